@@ -1,0 +1,28 @@
+# A room is a folder of sources that becomes one library; it may use only the rooms named behind USES.
+function(firmlane_room name folder)
+  cmake_parse_arguments(ARG "" "" "USES" ${ARGN})
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${folder}/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/${folder}/*.h)
+  if(NOT sources) # a room that nobody has moved into yet
+    add_library(${name} INTERFACE)
+    target_link_libraries(${name} INTERFACE ${ARG_USES})
+    return()
+  endif()
+  add_library(${name} STATIC ${sources})
+  target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/simulator)
+  target_link_libraries(${name} PUBLIC ${ARG_USES})
+  set_target_properties(${name} PROPERTIES LINKER_LANGUAGE CXX)
+endfunction()
+
+# The tests of one subsystem: every source of a folder below tests/ in one program.
+function(firmlane_tests folder)
+  cmake_parse_arguments(ARG "" "" "USES" ${ARGN})
+  file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${folder}/*.cpp)
+  if(NOT sources)
+    return()
+  endif()
+  string(REPLACE "/" "_" name ${folder})
+  add_executable(test_${name} ${sources})
+  target_include_directories(test_${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests/support)
+  target_link_libraries(test_${name} PRIVATE ${ARG_USES} test_support GTest::gmock GTest::gtest_main)
+  gtest_discover_tests(test_${name} TEST_PREFIX ${folder}. DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120)
+endfunction()

@@ -1,0 +1,49 @@
+// Every command that goes out on the main port. A sender builds the bytes and writes them in a single write; it does not wait,
+// retry or look at the answer.
+#pragma once
+
+#include <cstdint>
+
+#include "platform/serial_port.h"
+#include "state/auto_form.h"
+#include "state/run_state.h"
+
+namespace firmlane {
+
+class CommandSet {
+ public:
+  CommandSet(SerialPort& port, const RunState& state, FrmAuto& frmAuto, FrmVRCAuto& frmVRCAuto)
+      : port_(port), state_(state), frmAuto_(frmAuto), frmVRCAuto_(frmVRCAuto) {}
+
+  // All throw Failure when the port is closed, but those that open it first.
+
+  /// Opens the port if it is closed. Address 999 stands for 0.
+  void Send_Who_is_there(std::int32_t address);
+  void SendResetLink();
+  void Send_ForceReset();
+  void SendLoadPreset();
+  /// Sends SerialNumber without its model digit.
+  void SetSerial();
+
+  // Answers to the announcement of a boot loader. RF1, RF2 and the fronts open the port if it is closed.
+  void Send_WantToProgram();
+  void Send_WantToProgramNH();
+  void Send_WantToProgramRF1();
+  void Send_WantToProgramRF2();
+  void Send_WantToProgramFront();
+  void Send_WantToProgramFront1();
+  void Send_WantToProgramFront2();
+  void SendWantToProgramMic();
+
+ private:
+  void openIfClosed();
+  void write(const Bytes& frame);
+  void noteTimeSent();
+
+  SerialPort& port_;
+  const RunState& state_;
+  FrmAuto& frmAuto_;
+  FrmVRCAuto& frmVRCAuto_;
+};
+
+}  // namespace firmlane

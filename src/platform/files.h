@@ -1,0 +1,36 @@
+// The program's own directory: firmware images, lists, system version files. Names in it are found without regard to case, so
+// `HUBSL.s19` and `hubSL.s19` are one file, and kept as the program writes them.
+#pragma once
+
+#include <filesystem>
+#include <string>
+
+#include "platform/bytes.h"
+
+namespace firmlane {
+
+class Files {
+ public:
+  explicit Files(std::filesystem::path programDirectory) : directory_(std::move(programDirectory)) {}
+
+  /// The directory as a text, without a separator behind it unless it is a root.
+  [[nodiscard]] std::string programDirectory() const;
+  /// Full path of a plain name in the program's directory: of the file there whose name differs in case alone, else of the name
+  /// as given. Of several such files the one named exactly so is taken, else the first in name order.
+  [[nodiscard]] std::string path(const std::string& name) const;
+
+  // All of these take a full path and throw Failure, with a description for the user, when the file is missing, unreadable or not
+  // a plain file.
+  [[nodiscard]] static std::int64_t length(const std::string& path);
+  [[nodiscard]] static Bytes read(const std::string& path);
+  [[nodiscard]] static std::string readText(const std::string& path);
+  /// Writes the whole file beside its target and gives it the target's name when it is complete, so a failure leaves the old
+  /// file as it was. Throws Failure.
+  static void replace(const std::string& path, ByteSpan content);
+  static void replaceText(const std::string& path, const std::string& content);
+
+ private:
+  std::filesystem::path directory_;
+};
+
+}  // namespace firmlane

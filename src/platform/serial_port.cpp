@@ -1,0 +1,143 @@
+#include "platform/serial_port.h"
+
+#include <algorithm>
+#include <charconv>
+
+namespace firmlane {
+
+namespace {
+
+constexpr int kBitsPerByte = 10;
+constexpr std::size_t kBacklog = 64;
+constexpr Micros kDrainLimit = 500 * kMillisecond;
+constexpr Micros kHeldBackPoll = 5 * kMillisecond;
+
+int parseSpeed(const std::string& settings) {
+  int baud = 0;
+  const char* end = settings.data() + settings.size();
+  const auto [rest, error] = std::from_chars(settings.data(), end, baud);
+  const std::string format(rest, end);
+  if (error != std::errc() || baud <= 0 || (format != ",N,8,1" && format != ",n,8,1")) {
+    throw Failure(failure_number::kInvalidArgument, "Invalid serial port settings: " + settings);
+  }
+  return baud;
+}
+
+}  // namespace
+
+SerialPort::SerialPort(EventQueue& queue, SerialDriver& driver)
+    : queue_(queue), driver_(driver), receiveEvent_(queue, [this] {
+        // The handler that ran just before may have read what this event was raised for.
+        if (!waiting_.empty() && OnComm) {
+          OnComm();
+        }
+      }) {
+  driver_.received = [this](ByteSpan bytes) { take(bytes); };
+  driver_.lost = [this](const Failure& failure) {
+    open_ = false;
+    lost_ = failure;
+  };
+}
+
+SerialPort::~SerialPort() {
+  if (open_) {
+    driver_.close();
+  }
+  driver_.received = nullptr;
+  driver_.lost = nullptr;
+}
+
+void SerialPort::setSettings(const std::string& settings) { apply({parseSpeed(settings), settings_.handshake}); }
+
+void SerialPort::setHandshake(Handshake handshake) { apply({settings_.baud, handshake}); }
+
+void SerialPort::apply(const LineSettings& settings) {
+  if (settings == settings_) {
+    return;
+  }
+  settings_ = settings;
+  if (open_) {
+    driver_.configure(settings_);
+  }
+}
+
+void SerialPort::Open() {
+  if (open_) {
+    throw Failure(failure_number::kPortInUse, "The serial port is already open");
+  }
+  if (number_ < 1 || number_ > 16) {
+    throw Failure(failure_number::kPortNumber, "Invalid port number " + std::to_string(number_));
+  }
+  driver_.open(number_, settings_);
+  open_ = true;
+  lost_.reset();
+  waiting_.clear();
+  lineFreeAt_ = queue_.now();
+}
+
+void SerialPort::Close() {
+  if (!open_) {
+    return;
+  }
+  const Micros limit = std::max(queue_.now(), lineFreeAt_) + kDrainLimit;
+  queue_.holdUntilTime(lineFreeAt_);
+  while (open_ && driver_.unsent() > 0 && queue_.now() < limit) {
+    queue_.holdUntilTime(std::min(limit, queue_.now() + kHeldBackPoll));
+  }
+  if (open_) {
+    driver_.close();
+  }
+  open_ = false;
+  waiting_.clear();
+  receiveEvent_.drop();
+}
+
+Bytes SerialPort::Read() {
+  Bytes bytes = std::move(waiting_);
+  waiting_.clear();
+  return bytes;
+}
+
+void SerialPort::take(ByteSpan bytes) {
+  waiting_.insert(waiting_.end(), bytes.begin(), bytes.end());
+  if (receiveThreshold_ > 0 && waiting_.size() >= static_cast<std::size_t>(receiveThreshold_)) {
+    receiveEvent_.raise();
+  }
+}
+
+void SerialPort::requireOpen() const {
+  if (open_) {
+    return;
+  }
+  throw lost_ ? *lost_ : Failure(failure_number::kPortClosed, "The serial port is not open");
+}
+
+Micros SerialPort::byteTime() const { return kBitsPerByte * kSecond / settings_.baud; }
+
+std::size_t SerialPort::backlogLimit() const { return std::min(kBacklog, static_cast<std::size_t>(std::max(1, outBufferSize_))); }
+
+void SerialPort::waitForRoom(std::size_t count) {
+  const std::size_t limit = backlogLimit();
+  const Micros ahead = static_cast<Micros>(limit - std::min(count, limit)) * byteTime();
+  if (lineFreeAt_ - queue_.now() <= ahead && driver_.unsent() <= limit) {
+    return;
+  }
+  // Once the backlog is full, half of it drains before the next byte: one sleep for many bytes, and still no gap on the line.
+  const Micros roomAt = lineFreeAt_ - std::min(ahead, static_cast<Micros>(limit / 2) * byteTime());
+  while (open_ && queue_.now() < roomAt) {
+    queue_.waitEventsUntil(roomAt);
+  }
+  while (open_ && driver_.unsent() > limit) {
+    queue_.waitEventsUntil(queue_.now() + kHeldBackPoll);
+  }
+}
+
+void SerialPort::Write(ByteSpan bytes) {
+  requireOpen();
+  waitForRoom(bytes.size());
+  requireOpen();
+  driver_.send(bytes);
+  lineFreeAt_ = std::max(lineFreeAt_, queue_.now()) + static_cast<Micros>(bytes.size()) * byteTime();
+}
+
+}  // namespace firmlane

@@ -1,0 +1,108 @@
+// The serial port as the program uses it. The rules of a slow line stand here, once: pacing of what is written, the receive
+// threshold and its event, what closing does. A driver below moves the bytes: a real device, or a line in memory.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+
+#include "platform/bytes.h"
+#include "platform/event_queue.h"
+
+namespace firmlane {
+
+enum class Handshake { None, XonXoff, Rts };
+
+/// How the line is set: 8 data bits, no parity, 1 stop bit, and these.
+struct LineSettings {
+  int baud = 9600;
+  Handshake handshake = Handshake::None;
+  friend bool operator==(const LineSettings&, const LineSettings&) = default;
+};
+
+/// What a serial port needs of the platform. All calls but `open` are made while it is open.
+class SerialDriver {
+ public:
+  virtual ~SerialDriver() = default;
+  /// Opens port `number` (1 to 16). Throws Failure with the platform's description and number when it is missing, in use or not
+  /// permitted.
+  virtual void open(int number, const LineSettings& settings) = 0;
+  virtual void configure(const LineSettings& settings) = 0;
+  /// Closes; nothing of the driver is called for this port until the next open.
+  virtual void close() = 0;
+  /// Takes all bytes, in order, at once.
+  virtual void send(ByteSpan bytes) = 0;
+  /// Bytes taken that are known not to have left, because the unit holds them back or the device has not come to them.
+  [[nodiscard]] virtual std::size_t unsent() const = 0;
+
+  /// Called by the driver, outside of any handler: bytes have arrived.
+  std::function<void(ByteSpan)> received;
+  /// Called by the driver, outside of any handler: the device has vanished; the driver has closed itself.
+  std::function<void(const Failure&)> lost;
+};
+
+class SerialPort {
+ public:
+  SerialPort(EventQueue& queue, SerialDriver& driver);
+  ~SerialPort();
+  SerialPort(const SerialPort&) = delete;
+  SerialPort& operator=(const SerialPort&) = delete;
+
+  /// Port number 1 to 16; takes effect at the next Open.
+  void setNumber(int number) { number_ = number; }
+  [[nodiscard]] int number() const { return number_; }
+  /// Settings text such as "57600,N,8,1"; of it the speed may differ. Takes effect at once. Throws Failure for any other text.
+  void setSettings(const std::string& settings);
+  void setHandshake(Handshake handshake);
+  /// Size of the output buffer in bytes; one smaller than 64 also bounds how far writing runs ahead of the line.
+  void setOutBufferSize(int bytes) { outBufferSize_ = bytes; }
+  /// Number of waiting bytes from which an arrival raises OnComm; 0 for no events.
+  void setReceiveThreshold(int bytes) { receiveThreshold_ = bytes; }
+  /// Kept for the record: 0 means that no send events are wanted, and none are made.
+  void setSendThreshold(int bytes) { sendThreshold_ = bytes; }
+
+  [[nodiscard]] const LineSettings& lineSettings() const { return settings_; }
+  [[nodiscard]] int receiveThreshold() const { return receiveThreshold_; }
+
+  /// Opens the port. Throws Failure with the platform's words when it is missing, in use, not permitted, or open already.
+  void Open();
+  /// Lets what was written leave the line (for at most half a second when the unit holds it back), then closes. Bytes that wait
+  /// are dropped. Runs no handler. No effect on a closed port.
+  void Close();
+  [[nodiscard]] bool IsOpen() const { return open_; }
+
+  /// All waiting bytes; empty when the port is closed.
+  Bytes Read();
+  [[nodiscard]] std::size_t waiting() const { return waiting_.size(); }
+
+  /// Hands bytes over whole and in order. Waits, passing events, while more than a small backlog is ahead of the line or the
+  /// unit holds the line back; so when it returns the bytes are as good as sent. Throws Failure when the port is or gets closed.
+  void Write(ByteSpan bytes);
+  void Write(std::initializer_list<std::uint8_t> bytes) { Write(ByteSpan(bytes.begin(), bytes.size())); }
+
+  /// Receive event: bytes have arrived, and at least as many as the threshold wait.
+  std::function<void()> OnComm;
+
+ private:
+  void take(ByteSpan bytes);
+  void requireOpen() const;
+  void waitForRoom(std::size_t count);
+  void apply(const LineSettings& settings);
+  [[nodiscard]] Micros byteTime() const;
+  [[nodiscard]] std::size_t backlogLimit() const;
+
+  EventQueue& queue_;
+  SerialDriver& driver_;
+  EventSlot receiveEvent_;
+  int number_ = 1;
+  LineSettings settings_;
+  int outBufferSize_ = 512;
+  int receiveThreshold_ = 0;
+  int sendThreshold_ = 0;
+  bool open_ = false;
+  std::optional<Failure> lost_;
+  Bytes waiting_;
+  Micros lineFreeAt_ = 0;  // when the last byte written will have left at the set speed
+};
+
+}  // namespace firmlane

@@ -1,0 +1,68 @@
+#include "progress/supervision.h"
+
+namespace firmlane {
+
+namespace {
+constexpr int kFull = 100;
+constexpr int kFrontFactor = 4;
+constexpr int kBarStep = 5;
+constexpr int kSlowBarStep = 1;
+}  // namespace
+
+Supervision::Supervision(EventQueue& queue, RunState& state, Form1& form1, WizardInCharge& wizard)
+    : queue_(queue), state_(state), form1_(form1), wizard_(wizard) {
+  form1.Watchdog.OnTimer = [this] { onWatchdog(); };
+  form1.Timer1.OnTimer = [this] { onTimer1(); };
+}
+
+void Supervision::setLimit(int limit) {
+  WatchdogTicks = 0;
+  WatchdogLimit = static_cast<std::int16_t>(limit);
+}
+
+void Supervision::onWatchdog() {
+  if (WatchdogTicks < INT16_MAX) {
+    ++WatchdogTicks;
+  }
+  if (WatchdogTicks >= WatchdogLimit) {
+    state_.TimedOut = true;
+  }
+  if (Sending) {
+    showProgress(percentSent(1));
+    queue_.PumpEvents();
+  }
+}
+
+void Supervision::onTimer1() {
+  if (state_.ImageDone) {
+    wizard_.setBar(kFull);
+    return;
+  }
+  BarValue = static_cast<std::int16_t>((BarValue + (SlowBar ? kSlowBarStep : kBarStep)) % kFull);
+  wizard_.setBar(BarValue);
+}
+
+void Supervision::UpdateProgress() {
+  showProgress(percentSent(progressFactor()));
+  queue_.PumpEvents();
+}
+
+int Supervision::progressFactor() const {
+  const std::string& target = state_.FlashTarget;
+  return target == "FrontFlash" || target == "Front1Flash" || target == "Front2Flash" ? kFrontFactor : 1;
+}
+
+int Supervision::percentSent(int factor) const {
+  if (BytesTotal == 0) {
+    throw Failure(failure_number::kDivisionByZero, "Division by zero");
+  }
+  return static_cast<int>(std::int64_t{BytesSent} * factor * kFull / BytesTotal);
+}
+
+void Supervision::showProgress(int percent) {
+  state_.ProgressPercent = static_cast<std::int16_t>(percent);
+  form1_.lblProgressInfo.Caption = "Programmed " + std::to_string(BytesSent) + " bytes (" + std::to_string(percent) + "%)";
+  wizard_.setBar(percent);
+}
+
+}  // namespace firmlane
