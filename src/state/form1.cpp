@@ -25,11 +25,11 @@ Form1::Form1(FormHost& host)
   Option5.Value.setAtStart(true);
 
   for (Control* control : std::initializer_list<Control*>{
-           &Command1, &VRCButton,  &VRColdButton, &LWXButton, &LWX300Button,   &frmFS,           &imgGUI,         &imgLWX,
-           &Image2,   &lblConnect, &lblStatus,    &List1,     &btnVRCrelnotef, &lblFirst,        &txtFirst,       &lblLast,
-           &txtLast,  &lblEmail,   &txtEmail,     &frmUC,     &ProgressBar1,   &lblProgressInfo, &lblResetSerial, &lblSerial,
-           &txtNum,   &btnSerial,  &frmModel,     &btnSN,     &btnMic,         &btnAuto,         &Command4,       &lblPage,
-           &msgcount, &msglength,  &msgcode,      &msgtext,   &txtstat,        &txtlen}) {
+           &Command1,   &VRCButton, &VRColdButton, &LWXButton,      &LWX300Button,    &frmFS,          &imgGUI,    &imgLWX,
+           &lblConnect, &lblStatus, &List1,        &btnVRCrelnotef, &lblFirst,        &txtFirst,       &lblLast,   &txtLast,
+           &lblEmail,   &txtEmail,  &frmUC,        &ProgressBar1,   &lblProgressInfo, &lblResetSerial, &lblSerial, &txtNum,
+           &btnSerial,  &frmModel,  &btnSN,        &btnMic,         &btnAuto,         &Command4,       &msgcount,  &msglength,
+           &msgcode,    &msgtext,   &txtstat,      &txtlen}) {
     control->hiddenAtStart();
   }
 }
