@@ -37,7 +37,9 @@ class CommandSet {
 
  private:
   void openIfClosed();
-  void write(const Bytes& frame);
+  void sendRun(std::int32_t address, std::uint8_t code, ByteSpan data);
+  void sendBoot(std::uint8_t code, std::uint8_t subCode);
+  void sendOpening(std::uint8_t subCode);
   void noteTimeSent();
 
   SerialPort& port_;

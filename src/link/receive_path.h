@@ -13,6 +13,8 @@
 
 namespace firmlane {
 
+struct SubCodeRule;
+
 class ReceivePath {
  public:
   /// Takes the port's receive event.
@@ -42,8 +44,15 @@ class ReceivePath {
   std::int32_t SerialReadBack = 0;
 
  private:
-  // to be settled by the implementation
+  bool startBuffer();
+  void takeOneAnswer();
+  /// Looks for a frame in a working copy of RxBuffer.
+  void cutFrame(Bytes work);
+  void showWork(const Bytes& work, std::int16_t end);
+  void deliver();
   void GetMsg();
+  void act(const SubCodeRule& rule, const Bytes& message);
+  void answer(const SubCodeRule& rule);
 
   FormHost& host_;
   SerialPort& port_;

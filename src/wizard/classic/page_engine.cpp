@@ -1,0 +1,154 @@
+#include "wizard/classic/page_engine.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace firmlane {
+
+namespace {
+constexpr int kFirmwareContact = 2;
+constexpr int kSoftwareContact = 21;
+
+constexpr const char* kWelcome =
+    "Welcome to the Tolvex Firmlane!\r\r"
+    "This Wizard will download the latest firmware and software from Tolvex "
+    "and install your choices on your computer and Wireless Receiver";
+}  // namespace
+
+struct PageEngine::Page {
+  std::int16_t number;
+  void (*next)(PageEngine&);
+};
+
+const PageEngine::Page PageEngine::kPages[] = {
+    {-2, [](PageEngine& e) { e.showProducts(); }},
+    {-1, [](PageEngine& e) { e.takeProduct(); }},
+    {0, [](PageEngine& e) { e.chooseTask(); }},
+    {1, [](PageEngine& e) { e.leaveFetched(kFirmwareContact); }},
+    {2, [](PageEngine& e) { e.leaveFirmwareContact(); }},
+    {3, [](PageEngine& e) { e.downloadFirmware(); }},
+    {4, [](PageEngine& e) { e.offerReleaseNotes(); }},
+    {5, [](PageEngine& e) { e.askPowerOff(); }},
+    {6, [](PageEngine& e) { e.flash(); }},
+    {7, [](PageEngine& e) { e.leaveFlash(); }},
+    {20, [](PageEngine& e) { e.leaveFetched(kSoftwareContact); }},
+    {21, [](PageEngine& e) { e.leaveSoftwareContact(); }},
+    {22, [](PageEngine& e) { e.downloadSoftware(); }},
+    {23, [](PageEngine& e) { e.install(); }},
+    {50, [](PageEngine& e) { e.leaveFailedFetch(); }},
+};
+
+PageEngine::PageEngine(FormHost& host, const Files& files, SerialPort& port, ReceivePath& receive, Supervision& supervision,
+                       WizardInCharge& wizard, RunState& state, Form1& form1, const ClassicForms& forms,
+                       ClassicOperations operations)
+    : host_(host),
+      files_(files),
+      port_(port),
+      receive_(receive),
+      supervision_(supervision),
+      wizard_(wizard),
+      state_(state),
+      form1_(form1),
+      forms_(forms),
+      operations_(std::move(operations)) {
+  form1.Command3.OnClick = [this] { Command3_Click(); };
+  form1.Command1.OnClick = [this] { Command1_Click(); };
+  form1.imgGUI.OnClick = [this] { form1_.Option6.Value = true; };
+  form1.imgLWX.OnClick = [this] { form1_.Option5.Value = true; };
+  for (int i = 0; i < form1.Option2.count(); ++i) {
+    form1.Option2(i).OnClick = [this] { form1_.Command3.Enable(); };
+  }
+}
+
+void PageEngine::Command3_Click() {
+  try {
+    turnPage();
+  } catch (const Failure& failure) {
+    state_.ErrorText = failureText("Error: ", failure);
+    host_.showMessageBox({.text = state_.ErrorText, .icon = MessageIcon::Critical});
+  }
+}
+
+void PageEngine::turnPage() {
+  if (askingForPort_) {
+    // A click further down the stack waits for the port window: nothing can go on before it.
+    forms_.frmPort.Show();
+    return;
+  }
+  form1_.Command5.Hide();
+  if (state_.FactoryBuild && state_.FactoryFirstPass) {
+    startFactoryUnit();
+  }
+  form1_.lblPage.Caption = std::to_string(state_.WizardPage);
+  const auto* page = std::find_if(std::begin(kPages), std::end(kPages),
+                                  [this](const Page& candidate) { return candidate.number == state_.WizardPage; });
+  if (page != std::end(kPages)) {
+    page->next(*this);
+  }
+}
+
+void PageEngine::startFactoryUnit() {
+  state_.FactoryFirstPass = false;
+  form1_.Option2(1).Value = true;
+  state_.ProductCode = "WS";
+  form1_.Option1(2).Value = true;
+  state_.WizardPage = 0;
+  state_.SerialOnly = false;
+}
+
+void PageEngine::Command1_Click() {
+  backToStart();
+  form1_.Command1.Hide();
+}
+
+void PageEngine::backToStart() {
+  form1_.lblTop.Caption = kWelcome;
+  form1_.lblTop.Show();
+  form1_.Option1(0).Value = true;
+  for (int i = 0; i <= 2; ++i) {
+    form1_.Option1(i).Show();
+  }
+  state_.WizardPage = 0;
+}
+
+void PageEngine::showProducts() {
+  form1_.lblTop.Caption = "Please select the product you would like to upgrade:";
+  form1_.VRCButton.Show();
+  form1_.LWXButton.Show();
+  form1_.VRColdButton.Show();
+  form1_.Command3.Disable();
+  form1_.lblFAQ.Hide();
+  state_.WizardPage = -1;
+}
+
+void PageEngine::takeProduct() {
+  if (form1_.Option2(0).Value) {
+    state_.ProductCode = "VC";
+    form1_.imgGUI.Picture = "VRCGui";
+    form1_.imgLWX.Picture = "VRCBox";
+  } else if (form1_.Option2(1).Value) {
+    state_.ProductCode = "WS";
+  }
+  form1_.Option2(0).Hide();
+  form1_.Option2(1).Hide();
+  if (!state_.OldVelarc) {
+    form1_.frmFS.Show();
+    form1_.imgGUI.Show();
+    form1_.imgLWX.Show();
+  }
+  for (int i = 0; i <= 2; ++i) {
+    form1_.Option1(i).Visible = state_.OldVelarc;
+  }
+  form1_.Option1(0).Value = true;
+  form1_.lblTop.Caption = "What would you like to do?";
+  state_.WizardPage = 0;
+}
+
+void PageEngine::leaveFailedFetch() {
+  form1_.ProgressBar1.Hide();
+  form1_.lblConnect.Hide();
+  form1_.lblStatus.Hide();
+  backToStart();
+}
+
+}  // namespace firmlane

@@ -1,0 +1,99 @@
+// The classic wizard: one window, a page number, and one operation, the click of Next, that does the page's work and turns it.
+// The auto wizards drive the same operation in code, with the window hidden. The pages stand in three files: first pages here,
+// download_pages.cpp and flash_pages.cpp.
+#pragma once
+
+#include <string>
+
+#include "link/receive_path.h"
+#include "platform/files.h"
+#include "platform/screen.h"
+#include "platform/serial_port.h"
+#include "progress/supervision.h"
+#include "state/frm_port.h"
+#include "state/frm_version.h"
+#include "state/small_forms.h"
+#include "wizard/classic/operations.h"
+
+namespace firmlane {
+
+/// The forms that the pages touch besides Form1.
+struct ClassicForms {
+  FrmPort& frmPort;
+  FrmVersion& frmVersion;
+  FrmAuto& frmAuto;
+  FrmVRCAuto& frmVRCAuto;
+  FrmInHouse& frmInHouse;
+  FrmDBUG& frmDBUG;
+};
+
+class PageEngine {
+ public:
+  PageEngine(FormHost& host, const Files& files, SerialPort& port, ReceivePath& receive, Supervision& supervision,
+             WizardInCharge& wizard, RunState& state, Form1& form1, const ClassicForms& forms, ClassicOperations operations);
+
+  /// What the next click does is told by WizardPage. Any Failure on the way is shown in a box and ends the click; the page stays
+  /// what it was at that moment.
+  void Command3_Click();
+
+  /// "More Options": back to the start.
+  void Command1_Click();
+
+ private:
+  struct Page;
+  static const Page kPages[];
+
+  void turnPage();
+  void startFactoryUnit();
+  void backToStart();
+
+  // First pages.
+  void showProducts();
+  void takeProduct();
+  void leaveFailedFetch();
+
+  // Download pages: firmware and remote software.
+  void leaveFetched(int contactPage);
+  void leaveFirmwareContact();
+  void leaveSoftwareContact();
+  void leaveContact();
+  void registerContact();
+  void downloadFirmware();
+  void offerReleaseNotes();
+  void downloadSoftware();
+  void install();
+  bool lineSelected(const std::string& request);
+  bool releaseNotesWanted(const std::string& what);
+  void startBar();
+
+  // Flash pages.
+  void chooseTask();
+  void openAutoWizard(AutoForm& wizard);
+  void fetchList(int page, const std::function<void()>& fetch);
+  void prepareFlash();
+  void showVersions();
+  void askPowerOff();
+  void flash();
+  void loadFront();
+  bool imageReady();
+  void setTarget();
+  void leaveFlash();
+  void serialNumberClick();
+  void endFactoryUnit();
+  bool portChosen();
+  void setBar(int value);
+
+  FormHost& host_;
+  const Files& files_;
+  SerialPort& port_;
+  ReceivePath& receive_;
+  Supervision& supervision_;
+  WizardInCharge& wizard_;
+  RunState& state_;
+  Form1& form1_;
+  ClassicForms forms_;
+  ClassicOperations operations_;
+  bool askingForPort_ = false;
+};
+
+}  // namespace firmlane

@@ -1,0 +1,314 @@
+#include "classic_fixture.h"
+
+namespace firmlane::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr const char* kBackToStart =
+    "Welcome to the Tolvex Firmlane!\r\rThis Wizard will download the latest firmware and software from Tolvex and install your "
+    "choices on your computer and Wireless Receiver";
+
+class PagesTest : public ClassicTest {
+ protected:
+  void product(CommandButton& button) {
+    next();
+    click(button);
+  }
+  [[nodiscard]] std::string top() const { return form1_.lblTop.Caption; }
+};
+
+// Page 0 by product and choice: the new page, and what was set off.
+TEST_F(PagesTest, TheChoiceOfTaskLeadsToItsPath) {
+  struct Case {
+    const char* name;
+    const char* product;
+    bool older;
+    bool software;  // Option6 instead of Option5
+    int option1;
+    bool driving;
+    int page;
+    std::vector<std::string> log;
+    const char* formShown;
+  };
+  for (const Case& c : {Case{"wireless firmware", "WS", false, false, 0, false, 0, {}, "frmAuto"},
+                        Case{"wireless driven", "WS", false, false, 0, true, 1, {"clear urls", "firmware list"}, "frmAuto"},
+                        Case{"wireless software", "WS", false, true, 0, false, 20, {"clear urls", "software list"}, "Form1"},
+                        Case{"Velarc2 firmware", "VC", false, false, 0, false, 0, {}, "frmVRCAuto"},
+                        Case{"Velarc2 software", "VC", false, true, 0, false, 20, {"clear urls", "software list"}, "Form1"},
+                        Case{"older list", "VC", true, false, 0, false, 1, {"clear urls", "firmware list"}, "Form1"},
+                        Case{"older software", "VC", true, false, 1, false, 20, {"clear urls", "software list"}, "Form1"},
+                        Case{"older program", "VC", true, false, 2, false, 5, {}, "Form1"}}) {
+    SCOPED_TRACE(c.name);
+    log_.clear();
+    form1_.Show();
+    state_.ProductCode = c.product;
+    state_.OldVelarc = c.older;
+    state_.AutoDriving = c.driving;
+    state_.WizardPage = 0;
+    (c.software ? form1_.Option6 : form1_.Option5).Value = true;
+    form1_.Option1(c.option1).Value = true;
+    next();
+    EXPECT_EQ(state_.WizardPage, c.page);
+    EXPECT_EQ(log_, c.log);
+    EXPECT_EQ(world_.host.onScreen().front()->name(), c.formShown);
+    EXPECT_EQ(form1_.Visible, std::string(c.formShown) == "Form1");
+    EXPECT_EQ(form1_.lblPage.Caption.get(), "0");
+    world_.frmAuto.Hide();
+    world_.frmVRCAuto.Hide();
+  }
+}
+
+TEST_F(PagesTest, AFetchStartsWithAnEmptyListAndAMovingBar) {
+  product(form1_.VRColdButton);
+  form1_.List1.AddItem("old");
+  next();
+  EXPECT_THAT(form1_.List1.Lines.get(), IsEmpty());
+  EXPECT_TRUE(form1_.lblConnect.Visible && form1_.ProgressBar1.Visible);
+  EXPECT_FALSE(form1_.lblTop.Visible || form1_.Option1(0).Visible);
+  EXPECT_TRUE(form1_.Timer1.enabled());
+  EXPECT_EQ(form1_.Timer1.interval(), 100);
+}
+
+TEST_F(PagesTest, TheOlderVelarcGoesFromListToDownloadToFlash) {
+  world_.screen.answerOthers();
+  product(form1_.VRColdButton);
+  next();
+  state_.CatalogueReady = true;
+  next();
+  EXPECT_EQ(state_.WizardPage, 2);
+  EXPECT_TRUE(form1_.txtEmail.Visible);
+  next();
+  EXPECT_TRUE(state_.ContactBlank);
+  EXPECT_FALSE(form1_.txtEmail.Visible);
+  EXPECT_EQ(top(), "Please select the firmware version you wish to download from Tolvex and then click Next to continue");
+  EXPECT_TRUE(form1_.btnVRCrelnotef.Visible);
+  next();
+  EXPECT_EQ(state_.WizardPage, 3);
+  EXPECT_EQ(world_.screen.boxes().back().text,
+            "Please click on one of the firmware versions in the list and then click Next to continue");
+  form1_.List1.AddItem("V4.90 - older");
+  EXPECT_EQ(world_.host.choose(form1_.List1, 0), std::nullopt);
+  next();
+  EXPECT_EQ(top(), "Downloading file to " + world_.directory.path().string());
+  EXPECT_EQ(state_.WizardPage, 4);
+  next();
+  EXPECT_EQ(world_.screen.boxes().back().text, "Would you like to see the Release Notes for this firmware now?");
+  EXPECT_EQ(
+      top(),
+      "If you are ready to update the firmware in your Vel-Arc now, click on Next\r\rOtherwise, click on Exit or More Options");
+  EXPECT_THAT(log_, ElementsAre("clear urls", "firmware list", "register", "firmware", "release notes"));
+  click(form1_.Command1);
+  EXPECT_EQ(top(), kBackToStart);
+  EXPECT_FALSE(form1_.Command1.Visible);
+  EXPECT_EQ(state_.WizardPage, 0);
+}
+
+TEST_F(PagesTest, RemoteSoftwareEndsInItsInstallerOrBackAtTheStart) {
+  for (const bool done : {true, false}) {
+    SCOPED_TRACE(done);
+    log_.clear();
+    downloadDone_ = done;
+    state_.CatalogueReady = true;
+    state_.WizardPage = 20;
+    next();
+    EXPECT_EQ(state_.WizardPage, 21);
+    form1_.txtFirst.Text = "Ada";
+    next();
+    EXPECT_FALSE(state_.ContactBlank);
+    EXPECT_EQ(top(), "Please select the software version you wish to download from Tolvex and then click Next to continue");
+    form1_.List1.AddItem("Remote 2");
+    form1_.List1.ListIndex = 0;
+    world_.screen.answerNext(MessageButton::No);
+    next();
+    EXPECT_EQ(state_.WizardPage, 23);
+    EXPECT_EQ(top(), "Downloading file from Tolvex...");
+    if (!done) {
+      world_.screen.answerNext(MessageButton::OK);
+    }
+    next();
+    if (done) {
+      EXPECT_THAT(log_, ElementsAre("register", "software", "install"));
+    } else {
+      EXPECT_EQ(world_.screen.boxes().back().text, "Error retreiving Remote Software, please try again");
+      EXPECT_EQ(top(), kBackToStart);
+    }
+  }
+}
+
+TEST_F(PagesTest, AnEmptyCatalogueIsToldAndLeadsBack) {
+  world_.screen.answerOthers();
+  state_.WizardPage = 1;
+  next();
+  EXPECT_EQ(world_.screen.boxes().back().text, "Error, didnt download any files");
+  EXPECT_EQ(state_.WizardPage, 0);
+}
+
+TEST_F(PagesTest, APageWithoutAHandlerChangesOnlyItsNumberOnScreen) {
+  const std::string before = top();
+  state_.WizardPage = 8;
+  next();
+  EXPECT_EQ(form1_.lblPage.Caption.get(), "8");
+  EXPECT_EQ(top(), before);
+  EXPECT_EQ(state_.WizardPage, 8);
+}
+
+TEST_F(PagesTest, ThePowerOffPageSpeaksOfTheUnit) {
+  state_.PortChosen = true;
+  struct Case {
+    const char* product;
+    const char* text;
+    bool processors;
+  };
+  for (
+      const Case& c :
+      {Case{
+           "VC",
+           "Before a Vel-Arc's FLASH RAM can be upgraded, you must make sure that only one Vel-Arc is connected to your computer "
+           "and that there are no other Vel-Arcs connected in the chain\r\rPlease turn off the power switch on your Vel-Arc now "
+           "and click Next",
+           false},
+       Case{"WS",
+            "Before a Receiver's FLASH RAM can be upgraded, you must make sure that only one Receiver is connected to your "
+            "computer and that there are no other Receivers connected on the network\r\rPlease turn off the power switch on your "
+            "Receiver now and click Next",
+            true}}) {
+    state_.ProductCode = c.product;
+    state_.WizardPage = 5;
+    next();
+    EXPECT_EQ(top(), c.text);
+    EXPECT_EQ(form1_.frmUC.Visible, c.processors);
+    EXPECT_EQ(state_.WizardPage, 6);
+  }
+}
+
+TEST_F(PagesTest, AUserWhoClosesThePortWindowStaysOnThePage) {
+  state_.ProductCode = "VC";
+  state_.WizardPage = 5;
+  world_.after(kSecond, [this] { world_.host.close(world_.frmPort); });
+  next();
+  EXPECT_EQ(state_.WizardPage, 5);
+  EXPECT_FALSE(world_.frmPort.Visible);
+
+  state_.WizardPage = 0;
+  state_.OldVelarc = true;
+  form1_.Option1(3).Value = true;
+  world_.after(kSecond, [this] { world_.host.close(world_.frmPort); });
+  next();
+  EXPECT_EQ(state_.WizardPage, 0);
+  EXPECT_FALSE(world_.frmVersion.Loaded);
+}
+
+TEST_F(PagesTest, NextWhileThePortWindowIsUpOnlyBringsItForward) {
+  state_.ProductCode = "VC";
+  state_.WizardPage = 5;
+  world_.after(kSecond, [this] { world_.host.click(form1_.Command3); });
+  world_.after(2 * kSecond, [this] {
+    state_.PortChosen = true;
+    world_.host.close(world_.frmPort);
+  });
+  next();
+  EXPECT_EQ(state_.WizardPage, 6);
+}
+
+TEST_F(PagesTest, TheVersionWindowStartsWithItsFlagsCleared) {
+  state_.PortChosen = true;
+  state_.OldVelarc = true;
+  state_.ProductCode = "VC";
+  state_.WizardPage = 0;
+  form1_.Option1(3).Value = true;
+  state_.VersionsComplete = state_.SerialRead = state_.GotId = state_.GetVersionsSent = state_.VersionsRead = true;
+  bool cleared = false;
+  world_.frmVersion.OnLoad = [&] {
+    cleared = !(state_.VersionsComplete || state_.SerialRead || state_.GotId || state_.GetVersionsSent || state_.VersionsRead);
+  };
+  world_.after(kSecond, [this] {
+    EXPECT_EQ(world_.host.click(form1_.Command3), "blocked by frmVersion");
+    world_.host.close(world_.frmVersion);
+  });
+  next();
+  EXPECT_TRUE(cleared);
+  EXPECT_EQ(state_.WizardPage, 0);
+}
+
+TEST_F(PagesTest, TheTargetFollowsProductAndProcessor) {
+  struct Case {
+    const char* product;
+    bool older;
+    std::array<const char*, 5> targets;
+  };
+  for (const Case& c : {Case{"VC", false, {"NewHubFlash", "DSPFlash", "Front1Flash", "Front2Flash", "OldVRCFlash"}},
+                        Case{"VC", true, {"OldVRCFlash", "OldVRCFlash", "OldVRCFlash", "OldVRCFlash", "OldVRCFlash"}},
+                        Case{"WS", false, {"NewHubFlash", "DSPFlash", "RF1Flash", "RF2Flash", "FrontFlash"}}}) {
+    for (int i = 0; i < 5; ++i) {
+      log_.clear();
+      state_.FrontImage = "48654865";
+      state_.ProductCode = c.product;
+      state_.OldVelarc = c.older;
+      state_.WizardPage = 6;
+      form1_.Option4(i).Value = true;
+      form1_.lblTop.Caption = "before";
+      next();
+      EXPECT_EQ(log_.back(), std::string("flash ") + c.targets.at(static_cast<std::size_t>(i)));
+      EXPECT_EQ(top(), std::string(c.product) == "VC" && !c.older
+                           ? "before"
+                           : "Please turn on the power switch on your Receiver now\r\rWaiting for a Receiver reset...");
+    }
+  }
+}
+
+TEST_F(PagesTest, ARunThatCannotBeginIsToldAndLeavesTheButtonsLive) {
+  world_.screen.answerOthers();
+  state_.ProductCode = "WS";
+  state_.WizardPage = 6;
+  form1_.Option4(0).Value = true;
+  onFlash_ = [] { throw Failure(2, "No such port"); };
+  next();
+  EXPECT_EQ(world_.screen.boxes().back().text, "Error: No such port (#2)");
+  EXPECT_EQ(world_.screen.boxes().back().icon, MessageIcon::Critical);
+  EXPECT_EQ(state_.ErrorText, "Error: No such port (#2)");
+  EXPECT_TRUE(form1_.Command3.Enabled);
+  EXPECT_TRUE(state_.TimedOut) << "an auto wizard must not tick the processor off";
+}
+
+TEST_F(PagesTest, AFrontPanelWithoutAnImageIsNotErased) {
+  struct Case {
+    const char* product;
+    int option;
+  };
+  velarcFrontReady_ = false;
+  for (const Case& c : {Case{"WS", 4}, Case{"VC", 2}, Case{"VC", 3}}) {
+    log_.clear();
+    state_.ProductCode = c.product;
+    state_.TimedOut = false;
+    state_.WizardPage = 6;
+    form1_.Option4(c.option).Value = true;
+    next();
+    EXPECT_THAT(log_, ElementsAre(std::string(c.product) == "WS" ? "convert" : "load Velarc front"));
+    EXPECT_TRUE(state_.TimedOut);
+    EXPECT_EQ(state_.WizardPage, 5);
+  }
+}
+
+TEST_F(PagesTest, AfterARunNextLeadsBackToTheStart) {
+  state_.WizardPage = 7;
+  state_.FlashTarget = "OldVRCFlash";
+  form1_.Option1(1).Value = true;
+  next();
+  EXPECT_EQ(top(), kBackToStart);
+  EXPECT_TRUE(form1_.Option1(0).Value);
+  EXPECT_TRUE(form1_.Option1(2).Visible);
+  EXPECT_EQ(state_.WizardPage, 0);
+}
+
+TEST_F(PagesTest, AFailedFetchLeadsBackToTheStart) {
+  state_.WizardPage = 50;
+  form1_.lblStatus.Show();
+  next();
+  EXPECT_FALSE(form1_.lblStatus.Visible);
+  EXPECT_EQ(top(), kBackToStart);
+}
+
+}  // namespace
+}  // namespace firmlane::test
