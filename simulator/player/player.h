@@ -53,7 +53,7 @@ class Player {
   Wishes wishes_;
   std::string told_;
   std::string instruction_;  // the last instruction about the power switch that was followed
-  bool switchOn_ = false;  // what was switched off is to be switched on again
+  bool switchOn_ = false;    // what was switched off is to be switched on again
   bool searching_ = false;
   bool reachedEnd_ = false;
   std::string failure_;
