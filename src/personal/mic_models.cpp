@@ -83,7 +83,8 @@ bool MicModels::connect() {
   form1_.ProgressBar1.Max = kFull;
   wizard_.setBar(0);
   receivePath_.MicMode = true;
-  receivePath_.ExpectFrameEnd = true;
+  // While whole frames are awaited, pieces of one must be put together; only the acknowledges come as single bytes.
+  receivePath_.ExpectFrameEnd = false;
   receivePath_.WantAnswered = false;
   receivePath_.RxBuffer.clear();
   form1_.Command3.Disable();
@@ -91,7 +92,8 @@ bool MicModels::connect() {
   port_.setReceiveThreshold(1);
   form1_.lblResetSerial.Caption =
       std::string("Ready to send Mic Models to the Receiver") + kCrLf + kCrLf + "Please cycle the power on the receiver now";
-  return answer_.await([this] { return receivePath_.WantAnswered; }, kStartSeconds, kStartInterval);
+  receivePath_.ExpectFrameEnd = answer_.await([this] { return receivePath_.WantAnswered; }, kStartSeconds, kStartInterval);
+  return receivePath_.ExpectFrameEnd;
 }
 
 bool MicModels::SendMicModels(const std::string& path) {

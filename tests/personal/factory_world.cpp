@@ -15,6 +15,7 @@ FactoryUnit::FactoryUnit(VirtualTime& time, VirtualWire& wire) : time_(time), wi
 }
 
 void FactoryUnit::startForMicrophones(std::size_t groups) {
+  start();
   acknowledges_ = groups;
   send(bytes("02 00 00 00 1F 01 20 3E 3E"), kBootSpeed);
 }

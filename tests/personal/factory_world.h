@@ -28,6 +28,8 @@ class FactoryUnit {
 
   /// Switches on into the boot loader, which takes the microphone table; acknowledges the first `groups` groups.
   void startForMicrophones(std::size_t groups);
+  /// Switches on into normal operation.
+  void start() { groups_ = false; }
 
  private:
   void take(std::uint8_t byte);
