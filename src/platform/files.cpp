@@ -1,5 +1,7 @@
 #include "platform/files.h"
 
+#include <fcntl.h>
+
 #include <algorithm>
 #include <cctype>
 #include <cerrno>
@@ -8,6 +10,12 @@
 #include <iterator>
 #include <optional>
 #include <system_error>
+
+#ifdef _WIN32
+#include <io.h>
+#else
+#include <unistd.h>
+#endif
 
 #include "platform/failure.h"
 
@@ -68,6 +76,55 @@ void writeWhole(const fs::path& path, ByteSpan content) {
   }
 }
 
+#ifdef _WIN32
+bool sync(const fs::path& path) {
+  const int file = _wopen(path.c_str(), _O_RDWR | _O_BINARY);
+  const bool done = file >= 0 && _commit(file) == 0;
+  if (file >= 0) {
+    _close(file);
+  }
+  return done;
+}
+
+// The system keeps its directories consistent by itself.
+void syncDirectoryOf(const std::string&) {}
+#else
+bool sync(const fs::path& path) {
+  const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  const bool done = file >= 0 && ::fsync(file) == 0;
+  const int error = errno;
+  if (file >= 0) {
+    ::close(file);
+  }
+  errno = error;
+  return done;
+}
+
+// The new name is on the disk only when the directory is. Some file systems refuse this; they have no more to give.
+void syncDirectoryOf(const std::string& path) {
+  const fs::path directory = fs::path(path).parent_path();
+  sync(directory.empty() ? fs::path(".") : directory);
+}
+#endif
+
+void replaceWhole(const std::string& path, ByteSpan content, bool durably) {
+  const fs::path temporary = path + ".part";
+  std::error_code error;
+  try {
+    writeWhole(temporary, content);
+    if (durably && !sync(temporary)) {
+      throwSystemError(errno, path);
+    }
+    fs::rename(temporary, path, error);
+    if (error) {
+      throwSystemError(error.value(), path);
+    }
+  } catch (const Failure&) {
+    fs::remove(temporary, error);
+    throw;
+  }
+}
+
 }  // namespace
 
 std::string Files::programDirectory() const { return directory_.string(); }
@@ -97,19 +154,11 @@ Bytes Files::read(const std::string& path) { return readAll<Bytes>(path); }
 
 std::string Files::readText(const std::string& path) { return readAll<std::string>(path); }
 
-void Files::replace(const std::string& path, ByteSpan content) {
-  const fs::path temporary = path + ".part";
-  std::error_code error;
-  try {
-    writeWhole(temporary, content);
-    fs::rename(temporary, path, error);
-    if (error) {
-      throwSystemError(error.value(), path);
-    }
-  } catch (const Failure&) {
-    fs::remove(temporary, error);
-    throw;
-  }
+void Files::replace(const std::string& path, ByteSpan content) { replaceWhole(path, content, false); }
+
+void Files::replaceDurably(const std::string& path, ByteSpan content) {
+  replaceWhole(path, content, true);
+  syncDirectoryOf(path);
 }
 
 void Files::replaceText(const std::string& path, const std::string& content) {

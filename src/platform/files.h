@@ -28,6 +28,9 @@ class Files {
   /// file as it was. Throws Failure.
   static void replace(const std::string& path, ByteSpan content);
   static void replaceText(const std::string& path, const std::string& content);
+  /// As replace, and when it returns the new content will be found even if the power fails at once. For the few files that must
+  /// never fall back to what they held before; it waits for the disk.
+  static void replaceDurably(const std::string& path, ByteSpan content);
 
  private:
   std::filesystem::path directory_;

@@ -1,0 +1,58 @@
+#include "forms/in_house_panel.h"
+
+#include "state/text.h"
+
+namespace firmlane {
+
+namespace {
+constexpr std::int16_t kInHousePort = 2;
+constexpr const char* kQuestion = "What would you like to do?";
+}  // namespace
+
+InHousePanel::InHousePanel(std::function<void()> updateReceiver, RunState& state, Form1& form1, FrmAuto& frmAuto,
+                           FrmInHouse& frmInHouse)
+    : updateReceiver_(std::move(updateReceiver)), state_(state), form1_(form1), frmAuto_(frmAuto), frmInHouse_(frmInHouse) {
+  frmInHouse.Command1.OnClick = [this] { go(); };
+  frmInHouse.OnQueryUnload = [this](bool& cancel) { askForTheEnd(cancel); };
+}
+
+void InHousePanel::go() {
+  frmInHouse_.Command1.Disable();
+  frmInHouse_.Label1.Caption = "Turn off your receiver and turn it back on to continue";
+  try {
+    program();
+  } catch (const Failure& failure) {
+    state_.ErrorText = failureText("Error: ", failure);
+    frmInHouse_.host().showMessageBox({.text = state_.ErrorText, .icon = MessageIcon::Critical});
+  }
+  // The main form is out of sight: what the run has to say stands here.
+  frmInHouse_.Label1.Caption = form1_.lblTop.Caption.get() + kCr + kCr + kQuestion;
+  frmInHouse_.Command1.Enable();
+}
+
+void InHousePanel::program() {
+  // The boxes would lose a value that is set before their form loads.
+  frmAuto_.Load();
+  // A processor that failed before is still checked; the panel is asked for this one alone.
+  for (CheckBox* check : frmAuto_.checks()) {
+    check->Value = 0;
+  }
+  // In the order of optUP; "Serial Number" behind them has none.
+  const std::array<CheckBox*, 5> selections = {&frmAuto_.Check2, &frmAuto_.Check1, &frmAuto_.Check3, &frmAuto_.Check4,
+                                               &frmAuto_.Check5};
+  const int selected = frmInHouse_.optUP.selected();
+  if (selected >= 0 && selected < static_cast<int>(selections.size())) {
+    selections.at(static_cast<std::size_t>(selected))->Value = 1;
+  }
+  state_.ProductCode = "WS";
+  state_.ComPort = kInHousePort;
+  updateReceiver_();
+}
+
+void InHousePanel::askForTheEnd(bool& cancel) {
+  // With the panel the program would lose its last window and run on unseen. The main form asks and, on OK, ends it.
+  form1_.Unload();
+  cancel = true;
+}
+
+}  // namespace firmlane

@@ -1,0 +1,42 @@
+// How a factory procedure ends: the page and the flags are made ready for the next unit.
+#pragma once
+
+#include <string>
+
+#include "link/receive_path.h"
+#include "personal/preset.h"
+#include "progress/supervision.h"
+
+namespace firmlane {
+
+class FactoryLine {
+ public:
+  FactoryLine(SerialPort& port, ReceivePath& receivePath, Preset& preset, Supervision& supervision, WizardInCharge& wizard,
+              RunState& state, Form1& form1);
+
+  /// Clears the flags of the serial number procedure, hides its text and the bar, shows lblTop.
+  void endProcedure();
+
+  /// Closes the port, shows `verdict` with the factory buttons, and has Next begin with the next unit.
+  void readyForNext(const std::string& verdict);
+
+  /// What page 7 shows when Next ends a procedure that went well.
+  [[nodiscard]] std::string verdict() const;
+
+  /// Whether a run has the line now. The factory buttons stay on screen during a run and must not disturb it.
+  [[nodiscard]] bool busy() const { return port_.IsOpen() && !form1_.Command3.Enabled; }
+
+  void showButtons();
+  void hideButtons();
+
+ private:
+  SerialPort& port_;
+  ReceivePath& receivePath_;
+  Preset& preset_;
+  Supervision& supervision_;
+  WizardInCharge& wizard_;
+  RunState& state_;
+  Form1& form1_;
+};
+
+}  // namespace firmlane

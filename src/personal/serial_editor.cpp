@@ -1,0 +1,60 @@
+#include "personal/serial_editor.h"
+
+#include <charconv>
+#include <limits>
+
+#include "state/text.h"
+
+namespace firmlane {
+
+namespace {
+// One below the highest number that the file holds, as the next one must fit too.
+constexpr std::int32_t kHighest = std::numeric_limits<std::int32_t>::max() - 1;
+}  // namespace
+
+SerialEditor::SerialEditor(SerialFile& file, RunState& state, Form1& form1, NewSerial& newserial)
+    : file_(file), state_(state), form1_(form1), newserial_(newserial) {
+  newserial.OnLoad = [this] { newserial_.Text1.Text = std::to_string(state_.SerialNumber); };
+  newserial.btnUp.OnClick = [this] { step(1); };
+  newserial.btnDown.OnClick = [this] { step(-1); };
+  newserial.btnOK.OnClick = [this] { take(); };
+  newserial.btnCancel.OnClick = [this] { newserial_.Unload(); };
+}
+
+std::optional<std::int32_t> SerialEditor::entered() const {
+  const std::string text = trimmed(newserial_.Text1.Text.get());
+  const char* end = text.data() + text.size();
+  std::int32_t number = 0;
+  const auto [rest, error] = std::from_chars(text.data(), end, number);
+  if (error != std::errc() || rest != end || number < 0 || number > kHighest) {
+    newserial_.host().showMessage("Please enter a whole number from 0 to " + std::to_string(kHighest));
+    return std::nullopt;
+  }
+  return number;
+}
+
+void SerialEditor::step(int by) {
+  if (const auto number = entered(); number && *number + by >= 0 && *number + by <= kHighest) {
+    newserial_.Text1.Text = std::to_string(*number + by);
+  }
+}
+
+void SerialEditor::take() {
+  const auto number = entered();
+  if (!number) {
+    return;
+  }
+  state_.SerialNumber = *number;
+  newserial_.Unload();
+  form1_.txtNum.Text = std::to_string(*number);
+  if (*number > state_.FileSerial) {
+    try {
+      file_.WriteSerialFile();
+    } catch (const Failure& failure) {
+      state_.ErrorText = failureText("Error: ", failure);
+      form1_.host().showMessageBox({.text = state_.ErrorText, .icon = MessageIcon::Critical});
+    }
+  }
+}
+
+}  // namespace firmlane

@@ -1,0 +1,195 @@
+#include "personal/serial_number.h"
+
+#include "state/text.h"
+
+namespace firmlane {
+
+namespace {
+constexpr int kProcedurePage = 7;
+constexpr std::int16_t kFactoryPort = 2;
+constexpr int kReportInterval = 100;
+constexpr int kShortestAnswer = 8;
+
+// Values of SerialStep.
+constexpr std::int16_t kPowerCycle = 1;
+constexpr std::int16_t kNumberShown = 2;
+constexpr std::int16_t kModelShown = 3;
+constexpr std::int16_t kProgramming = 4;
+constexpr std::int16_t kFinished = 5;
+}  // namespace
+
+SerialNumber::SerialNumber(FormHost& host, SerialPort& port, CommandSet& commands, ReceivePath& receivePath, UnitAnswer& answer,
+                           SerialFile& file, Preset& preset, FactoryLine& line, RunState& state, Form1& form1,
+                           NewSerial& newserial)
+    : host_(host),
+      port_(port),
+      commands_(commands),
+      receivePath_(receivePath),
+      answer_(answer),
+      file_(file),
+      preset_(preset),
+      line_(line),
+      state_(state),
+      form1_(form1),
+      newserial_(newserial) {}
+
+void SerialNumber::btnSN_Click() {
+  if (line_.busy()) {
+    return;
+  }
+  state_.WizardPage = kProcedurePage;
+  state_.FactoryFirstPass = false;
+  form1_.Option2(1).Value = true;
+  form1_.Option1(2).Value = true;
+  state_.ProductCode = "WS";
+  line_.hideButtons();
+  state_.ComPort = kFactoryPort;
+  state_.PortChosen = true;
+  port_.setNumber(state_.ComPort);
+  state_.SerialOnly = true;
+  form1_.Command3.Enable();
+  form1_.Command3.Click();
+}
+
+void SerialNumber::DoSerialNumber() {
+  try {
+    form1_.lblTop.Hide();
+    line_.hideButtons();
+    file_.ReadSerialFile();
+    confirmPower();
+    confirmNumber();
+    chooseModel();
+    ProgramSerialNum();
+  } catch (const Failure&) {
+    recover();
+    throw;
+  }
+  if (state_.SerialStep == kProgramming) {
+    state_.SerialStep = kFinished;
+  }
+}
+
+void SerialNumber::confirmPower() {
+  form1_.lblResetSerial.Caption = std::string("Programming the Serial Number is the next step.") + kCrLf + kCrLf +
+                                  "Please cycle the power on the LWX Receiver and" + kCrLf +
+                                  "click 'Next' when the unit has successfully rebooted";
+  form1_.lblResetSerial.Show();
+  waitWhileStep(kPowerCycle);
+}
+
+void SerialNumber::confirmNumber() {
+  form1_.lblResetSerial.Caption = std::string("Now check the Serial Number displayed below") + kCrLf +
+                                  "to make sure that it is the one you want" + kCrLf +
+                                  "sent to the unit. If you need to change it," + kCrLf + "Click on 'Edit Number' to adjust it" +
+                                  kCrLf + kCrLf + "Click 'Next' when you are finished";
+  form1_.lblResetSerial.Show();
+  form1_.txtNum.Show();
+  form1_.lblSerial.Show();
+  form1_.btnSerial.Show();
+  waitWhileStep(kNumberShown);
+  form1_.txtNum.Hide();
+  form1_.lblSerial.Hide();
+  form1_.btnSerial.Hide();
+  form1_.lblResetSerial.Hide();
+  // An editor left open must not change the number, or move the file back, once it is on its way to the unit.
+  newserial_.Unload();
+}
+
+void SerialNumber::chooseModel() {
+  form1_.frmModel.Show();
+  waitWhileStep(kModelShown);
+  form1_.frmModel.Hide();
+  form1_.lblResetSerial.Hide();
+}
+
+void SerialNumber::waitWhileStep(int step) {
+  while (state_.SerialStep == step) {
+    host_.queue().WaitEvents();
+  }
+}
+
+void SerialNumber::ProgramSerialNum() {
+  form1_.Command3.Disable();
+  if (!storeInUnit()) {
+    file_.giveBack();
+    giveUp("No answer from the receiver: the Serial Number was not programmed");
+    return;
+  }
+  ++state_.SerialNumber;  // the file is ahead already
+  while (form1_.Timer3.enabled()) {
+    host_.queue().WaitEvents();
+  }
+  state_.SerialAnswerTaken = false;
+  if (!preset_.SendPreset0()) {
+    giveUp("No answer from the receiver: the Serial Number was programmed, but Preset 0 was not loaded");
+    return;
+  }
+  port_.Close();
+  state_.SerialOnly = false;
+}
+
+bool SerialNumber::storeInUnit() {
+  for (bool first = true;; first = false) {
+    form1_.Timer3.start(kReportInterval);
+    port_.Open();
+    port_.setReceiveThreshold(kShortestAnswer);
+    if (first) {
+      file_.reserve();
+    }
+    const bool again = sendAndWait() || answer_.askAgain();
+    if (state_.GotId) {
+      if (readBackAgrees()) {
+        return true;
+      }
+    } else if (!again) {
+      return false;
+    }
+    port_.Close();
+    form1_.lblResetSerial.Hide();
+    answer_.pause();
+  }
+}
+
+bool SerialNumber::sendAndWait() {
+  // An answer of an earlier reading, or bytes from before, must not pass for this unit's answer.
+  receivePath_.RxBuffer.clear();
+  state_.GotId = false;
+  state_.SerialAnswerTaken = false;
+  commands_.SetSerial();
+  const bool answered = answer_.await([this] { return state_.GotId; });
+  form1_.Watchdog.stop();
+  return answered;
+}
+
+bool SerialNumber::readBackAgrees() {
+  if (receivePath_.SerialReadBack == state_.SerialNumber) {
+    return true;
+  }
+  host_.showMessage(std::string("Error programming Serial Number") + kCrLf + kCrLf + "Sent #" +
+                    std::to_string(state_.SerialNumber) + ", but read back #" + std::to_string(receivePath_.SerialReadBack) +
+                    kCrLf + kCrLf + "Trying again");
+  state_.GotId = false;
+  return false;
+}
+
+void SerialNumber::giveUp(const std::string& verdict) {
+  state_.SerialOnly = false;
+  line_.endProcedure();
+  line_.readyForNext(verdict);
+}
+
+void SerialNumber::recover() {
+  form1_.Watchdog.stop();
+  port_.Close();
+  for (Control* control :
+       std::initializer_list<Control*>{&form1_.txtNum, &form1_.lblSerial, &form1_.btnSerial, &form1_.frmModel}) {
+    control->Hide();
+  }
+  newserial_.Unload();
+  line_.endProcedure();
+  line_.showButtons();
+  form1_.lblTop.Caption = "Click 'Next' to Program the Serial Number";
+  form1_.Command3.Enable();
+}
+
+}  // namespace firmlane

@@ -1,0 +1,84 @@
+// A production line for tests: the factory's procedures over the real link, and a unit at the far end of port 2.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "personal/mic_models.h"
+#include "personal/serial_editor.h"
+#include "personal/serial_number.h"
+#include "world.h"
+
+namespace firmlane::test {
+
+/// What a receiver does with set serial, load preset and microphone groups. Answers 20 ms after it has heard a message whole.
+class FactoryUnit {
+ public:
+  FactoryUnit(VirtualTime& time, VirtualWire& wire);
+
+  /// Messages heard, as hex text.
+  std::vector<std::string> heard;
+  /// Numbers that the next answers report in place of the true one.
+  std::vector<std::int32_t> wrongReadBacks;
+  /// Messages that go unanswered, counted from the first.
+  std::size_t deafTo = 0;
+  /// Called for each message before it is answered.
+  std::function<void()> onMessage;
+
+  /// Switches on into the boot loader, which takes the microphone table; acknowledges the first `groups` groups.
+  void startForMicrophones(std::size_t groups);
+  /// Switches on into normal operation.
+  void start() { groups_ = false; }
+
+ private:
+  void take(std::uint8_t byte);
+  void answer(const Bytes& message);
+  void send(Bytes bytes, int baud);
+
+  VirtualTime& time_;
+  VirtualWire& wire_;
+  Bytes message_;
+  std::size_t acknowledges_ = 0;
+  bool groups_ = false;
+};
+
+class FactoryTest : public testing::Test {
+ protected:
+  FactoryTest();
+  ~FactoryTest() override { std::filesystem::current_path(before_); }
+
+  /// A user's click after so many seconds from now.
+  void clickAfter(double seconds, Control& control);
+  /// What page 7 does on Next.
+  void next();
+  /// A whole serial number run, with the clicks that lead through its steps.
+  void runSerial();
+  void writeNumber(std::int32_t number) const;
+  /// sn.wls as hex text.
+  [[nodiscard]] std::string file() const;
+  /// The port is closed and the user can go on.
+  void expectReady() const;
+
+  std::filesystem::path before_ = std::filesystem::current_path();
+  World world_;
+  RunState& state_ = world_.state;
+  Form1& form1_ = world_.form1;
+  VirtualWire& wire_ = world_.wires.add(2);
+  FactoryUnit unit_{world_.time, wire_};
+
+  CommandSet commands_{world_.mainPort, state_, world_.frmAuto, world_.frmVRCAuto};
+  ShortDelay delay_{world_.queue, state_, form1_};
+  ReceivePath receivePath_{world_.host, world_.mainPort, commands_, delay_, state_, form1_, world_.frmAuto, world_.frmVRCAuto};
+  UnitAnswer answer_{world_.host, world_.supervision, state_, form1_};
+  SerialFile serialFile_{state_, form1_};
+  Preset preset_{world_.mainPort, commands_, receivePath_, answer_, state_, form1_};
+  FactoryLine line_{world_.mainPort, receivePath_, preset_, world_.supervision, world_.wizard, state_, form1_};
+  SerialNumber serial_{world_.host, world_.mainPort, commands_, receivePath_, answer_,         serialFile_,
+                       preset_,     line_,           state_,    form1_,       world_.newserial};
+  SerialEditor editor_{serialFile_, state_, form1_, world_.newserial};
+  MicModels mic_{world_.host,   world_.mainPort, receivePath_, answer_, world_.supervision,
+                 world_.wizard, line_,           world_.files, state_,  form1_};
+};
+
+}  // namespace firmlane::test

@@ -1,0 +1,141 @@
+#include <numeric>
+
+#include "factory_world.h"
+
+namespace firmlane::test {
+namespace {
+
+using MicModelsTest = FactoryTest;
+
+constexpr const char* kWant = "02 00 00 00 50 01 51 3E 3E";
+
+/// 15 blocks of the same lines, but for the model's name in block `other`.
+std::string table(const std::string& model = "SM|20000|1.25|-84", const std::string& filter = "128|2.56|0", int other = 0,
+                  const std::string& otherModel = "") {
+  std::string text;
+  for (int i = 1; i <= MicFile::kModels; ++i) {
+    text += (i == other ? otherModel : model) + "\r\n";
+    for (int j = 0; j < MicFile::kFilterLines; ++j) {
+      text += filter + "\r\n";
+    }
+  }
+  return text;
+}
+
+TEST_F(MicModelsTest, LinesBecomeTheGroupsThatAUnitTakes) {
+  struct Case {
+    const char* line;
+    const char* name;
+    const char* filter;
+  };
+  for (const Case& c : {Case{"SM|20000|1.25|-84\r", "53 4D 20 20 20 20", "01 1C 20 00 00 7D"},
+                        {"NONE|128|2.56|0\r", "00 00 00 00 00 00", "00 01 00 54 02 00"},
+                        {" NONE |0|0|44\r", "00 00 00 00 00 00", "00 00 00 00 00 00"},
+                        {"none|32767|327.67| +6\r", "6E 6F 6E 65 20 20", "01 7F 7F 5A FF 7F"},
+                        {"LONGNAME|1|.5|1\r", "4C 4F 4E 47 4E 41", "00 00 01 55 00 32"}}) {
+    const MicFile::ModelLine line = MicFile(c.line).modelLine();
+    EXPECT_EQ(hex(line.name), c.name) << c.line;
+    EXPECT_EQ(hex(line.filter), c.filter) << c.line;
+  }
+}
+
+TEST_F(MicModelsTest, FailureOfTheFileNamesLineAndField) {
+  struct Case {
+    std::string text;
+    const char* message;
+  };
+  const Case cases[] = {
+      {"", "5,line 1, Name: the \"|\" behind it is missing"},
+      {"SM|1|1|1\r\n1|1\r\n", "5,line 2, Width: the \"|\" behind it is missing"},
+      {"SM|1|1|1\r\n1|1|1", "5,line 2, Depth: the line end (CR LF) is missing"},
+      {table("SM|1|1|1", "1|1|1", 2, "SM|x|1|1"), "13,line 7, Freq: \"x\" is not a whole number"},
+      {table("SM|32768|1|1"), "6,line 1, Freq: 32768 is not from 0 to 32767"},
+      {table("SM|1|1,5|1"), "13,line 1, Width: \"1,5\" is not a number"},
+      {table("SM|1|-1|1"), "6,line 1, Width: not from 0 to 327.67"},
+      {table("SM|1|1|-85"), "6,line 1, Depth: -85 is not from -84 to 32767"},
+      {table("SM|1|1|1|9"), "13,line 1, Depth: \"1|9\" is not a whole number"},
+      {std::string(32768, ' '), "6,micmodels.lmm is longer than 32767 bytes"},
+  };
+  world_.mainPort.setNumber(2);
+  for (const Case& c : cases) {
+    world_.directory.write("micmodels.lmm", c.text);
+    unit_.startForMicrophones(999);
+    world_.screen.answerNext(MessageButton::OK);
+    form1_.btnMic.Click();
+    EXPECT_EQ(world_.screen.boxes().back().text,
+              std::string("Error encountered while trying to open file, please retry, ") + c.message);
+    EXPECT_EQ(form1_.lblTop.Caption.get(), "The Mic Models were not sent to the receiver");
+    expectReady();
+    EXPECT_FALSE(receivePath_.MicMode);
+  }
+}
+
+TEST_F(MicModelsTest, TheWholeTableGoesOutGroupByGroup) {
+  world_.directory.write("MicModels.LMM", table("SM|20000|1.25|-84", "128|2.56|0", 3, "NONE|1|1|1"));
+  world_.after(5 * kSecond, [&] { unit_.startForMicrophones(105); });
+  std::vector<int> bar;
+  world_.screen.onChange = [&](Control& control) {
+    if (&control == &form1_.ProgressBar1 && form1_.ProgressBar1.Value > 0) {
+      bar.push_back(form1_.ProgressBar1.Value);
+    }
+  };
+  form1_.btnMic.Click();
+  EXPECT_TRUE(world_.screen.boxes().empty());
+  ASSERT_EQ(unit_.heard.size(), 106U);
+  EXPECT_EQ(unit_.heard[0], kWant);
+  EXPECT_EQ(unit_.heard[1], "53 4D 20 20 20 20");
+  EXPECT_EQ(unit_.heard[2], "01 1C 20 00 00 7D");
+  EXPECT_EQ(unit_.heard[7], "00 01 00 54 02 00");
+  EXPECT_EQ(unit_.heard[15], "00 00 00 00 00 00");
+  EXPECT_EQ(unit_.heard[16], "00 00 01 55 00 64");
+  EXPECT_EQ(unit_.heard[105], "00 01 00 54 02 00");
+  EXPECT_TRUE(std::is_sorted(bar.begin(), bar.end()));
+  EXPECT_EQ(bar.back(), 99);
+  EXPECT_EQ(form1_.lblResetSerial.Caption.get(), "Finished sending new Mic Models to the receiver");
+  EXPECT_FALSE(wire_.isOpen());
+  EXPECT_TRUE(receivePath_.MicMode);
+  form1_.Command3.Click();
+  EXPECT_EQ(form1_.lblTop.Caption.get(), "Microphone Model Load Complete");
+  EXPECT_FALSE(receivePath_.MicMode);
+  EXPECT_FALSE(form1_.Timer1.enabled());
+  expectReady();
+
+  // The acknowledges that lay in the receive buffer must not spoil what comes next.
+  unit_.start();
+  runSerial();
+  EXPECT_EQ(state_.SerialStep, 5);
+}
+
+TEST_F(MicModelsTest, AUnitThatStopsAcknowledgingEndsTheTransferAfterTenSeconds) {
+  world_.directory.write("micmodels.lmm", table());
+  unit_.startForMicrophones(50);
+  world_.screen.answerNext(MessageButton::OK);
+  form1_.btnMic.Click();
+  EXPECT_EQ(unit_.heard.size(), 1 + 51U);
+  EXPECT_EQ(world_.screen.boxes().at(0).text,
+            "Error encountered while trying to open file, please retry, 8012,the receiver has stopped answering");
+  EXPECT_EQ(world_.time.now() / kSecond, 12);
+  expectReady();
+}
+
+TEST_F(MicModelsTest, AUnitThatDoesNotStartIsAskedForAgainForTwentySecondsEachTime) {
+  world_.directory.write("micmodels.lmm", table());
+  world_.screen.answerNext(MessageButton::Yes, 100 * kSecond);
+  world_.screen.answerNext(MessageButton::No);
+  form1_.btnMic.Click();
+  ASSERT_EQ(world_.screen.boxes().size(), 2U);
+  EXPECT_EQ(world_.screen.boxes()[0].text, "Unable to connect to receiver, try again?");
+  EXPECT_EQ(world_.time.now() / kSecond, 20 + 100 + 20 + 1);
+  EXPECT_EQ(form1_.lblTop.Caption.get(), "Unable to connect to the receiver");
+  expectReady();
+  EXPECT_TRUE(form1_.btnMic.Visible);
+
+  wire_.openFailure = Failure(failure_number::kPortInUse, "The port is in use");
+  world_.screen.answerNext(MessageButton::OK);
+  form1_.btnMic.Click();
+  EXPECT_EQ(world_.screen.boxes().back().text, "Error: The port is in use (#8005)");
+  expectReady();
+}
+
+}  // namespace
+}  // namespace firmlane::test
