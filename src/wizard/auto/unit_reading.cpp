@@ -4,10 +4,11 @@ namespace firmlane {
 
 namespace {
 constexpr int kReadLimit = 30'000;  // ms
-// The bar of the reading moves by one part in a hundred for this many ticks of 20 us and starts again when it is full.
-constexpr Micros kReadTick = 20;
-constexpr Micros kTicksPerPart = 10'000;
-constexpr Micros kTicksPerSweep = 1'000'000;
+// The bar of the reading counts passes of an idle event loop, one in 20 us, in sweeps of a million. To count them by the clock
+// and look ten times a second shows the same and leaves the processor alone.
+constexpr Micros kPass = 20;
+constexpr Micros kSweep = 1'000'000;
+constexpr Micros kPassesPerPart = 10'000;
 constexpr Micros kBarRest = 100 * kMillisecond;
 }  // namespace
 
@@ -78,12 +79,12 @@ void UnitReading::loadVersion() {
 
 void UnitReading::awaitVersions() {
   EventQueue& queue = setting_.host.queue();
-  Micros waited = 0;
+  Micros ReadTicks = 0;
   while (!setting_.state.VersionsComplete && !setting_.state.ReadTimedOut) {
     const Micros before = queue.now();
     queue.waitEventsUntil(before + kBarRest);
-    waited += queue.now() - before;
-    form_.Progress1.Value = static_cast<int>(waited / kReadTick % kTicksPerSweep / kTicksPerPart);
+    ReadTicks = (ReadTicks + (queue.now() - before) / kPass) % kSweep;
+    form_.Progress1.Value = static_cast<int>(ReadTicks / kPassesPerPart);
   }
 }
 
