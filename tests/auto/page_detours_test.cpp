@@ -124,8 +124,8 @@ TEST_F(DetoursTest, AFailedDownloadEndsTheDownloadingAndStaysOnThePage) {
   expectPage(3, page, "Back Next RelNote List");
   world.click(form.btnNext);
   EXPECT_EQ(state.AutoPage, 4);
-  EXPECT_THAT(asked(), ElementsAre("fetch WS", "page 1", "page 2", "get 0 of 0", "get 1 of 0", "get 0 of 0", "get 1 of 0",
-                                   "get 2 of 0", "get 3 of 0"));
+  EXPECT_THAT(asked(), ElementsAre("fetch WS", "page 1 product 1", "page 2 product 1", "get 0 of 0", "get 1 of 0", "get 0 of 0",
+                                   "get 1 of 0", "get 2 of 0", "get 3 of 0"));
 }
 
 TEST_F(DetoursTest, BackEndsTheWaitsOfTheOnlinePath) {
@@ -174,7 +174,7 @@ TEST_F(DetoursTest, NextAfterBackTakesUpTheFetchThatIsStillUnderWay) {
   world.click(form.btnNext);
   EXPECT_EQ(state.AutoPage, 3);
   EXPECT_EQ(state.SelectedSystem, 1);
-  EXPECT_THAT(asked(), ElementsAre("fetch WS", "page 1", "page 2"));
+  EXPECT_THAT(asked(), ElementsAre("fetch WS", "page 1 product 1", "page 2 product 1"));
 }
 
 TEST_F(DetoursTest, WhatTheUserDoesBesideAFetchLeftBehindStaysOnTheScreen) {

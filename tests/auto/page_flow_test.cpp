@@ -66,7 +66,7 @@ TEST_F(PageFlowTest, OnlineFromTheReadingToTheVerdict) {
              "versions are listed below. Please select a version to download and then click Next to continue the upgrade "
              "process.",
              "Back Next RelNote List");
-  EXPECT_THAT(asked(), ElementsAre("fetch WS", "page 1", "page 2"));
+  EXPECT_THAT(asked(), ElementsAre("fetch WS", "page 1 product 1", "page 2 product 1"));
   EXPECT_EQ(state.LwxSysFile[0].SystemVersion.trimmed(), "3.0");
   world.click(form.btnRelNote);
   EXPECT_THAT(asked(), ElementsAre("open /LWX/firmware/version-firmware.html"));
@@ -77,6 +77,7 @@ TEST_F(PageFlowTest, OnlineFromTheReadingToTheVerdict) {
   expectPage(4, "Download Complete!\r\r\r\r", "reset Next bar");
   EXPECT_EQ(form.lblReset.Caption, "Click Next to continue");
   EXPECT_EQ(form.lblTotal.Caption, "Overall Progress (Step 2 of 101)");
+  EXPECT_EQ(form.prgTotal.Value, 1);
   EXPECT_THAT(asked(), ElementsAre("get 0 of 0", "get 1 of 0", "get 2 of 0", "get 3 of 0"));
   EXPECT_EQ(state.LwxSysFile[0].SystemVersion.trimmed(), "3.1");
 
@@ -157,7 +158,9 @@ TEST_F(PageFlowTest, AReleasedSetAndAUnitOnTheOlderLinkAreNamed) {
              "Programming Complete.\r\n\r\nCongratulations, you have successfully programmed your LWX receiver!\r\r\r\n(Your "
              "receiver will display 'Tolvex Version 2.3' on power up)",
              "More total lblTotal");
-  EXPECT_THAT(asked(), ElementsAre("read", "read", "flash 1", "read"));
+  world.click(form.btnMore);
+  EXPECT_FALSE(state.LegacyLink) << "another receiver starts on the normal link";
+  EXPECT_THAT(asked(), ElementsAre("read", "read", "flash 1", "read", "read"));
 }
 
 TEST_F(PageFlowTest, ADownloadAloneNeedsNoUnitAndGoesOnWithTheReceiver) {
@@ -179,7 +182,8 @@ TEST_F(PageFlowTest, ADownloadAloneNeedsNoUnitAndGoesOnWithTheReceiver) {
   world.click(form.btnNext);
   expectPage(0, kOptionsPage, "Next Off Rec imgDL imgFlash");
   EXPECT_TRUE(form.chkReceiver.checked() && !form.ChkOffline.checked());
-  EXPECT_THAT(asked(), ElementsAre("fetch WS", "page 1", "page 2", "get 0 of 0", "get 1 of 0", "get 2 of 0", "get 3 of 0"));
+  EXPECT_THAT(asked(), ElementsAre("fetch WS", "page 1 product 1", "page 2 product 1", "get 0 of 0", "get 1 of 0", "get 2 of 0",
+                                   "get 3 of 0"));
   world.click(form.btnNext);
   world.click(form.btnNext);
   EXPECT_THAT(asked(), ElementsAre("ask for port", "read", "flash 0"));
@@ -231,8 +235,8 @@ TEST_F(PageFlowTest, TheOnlineWayAfterATimeOutLeavesOutWhatTheUnitDoesNotHave) {
     world.click(form.btnNext);
   }
   EXPECT_EQ(state.AutoPage, 6);
-  EXPECT_THAT(asked(), ElementsAre("read", "fetch WS", "page 1", "page 2", "get 0 of 0", "get 1 of 0", "get 2 of 0", "get 3 of 0",
-                                   "flash 0", "flash 1", "flash 2", "flash 4"));
+  EXPECT_THAT(asked(), ElementsAre("read", "fetch WS", "page 1 product 1", "page 2 product 1", "get 0 of 0", "get 1 of 0",
+                                   "get 2 of 0", "get 3 of 0", "flash 0", "flash 1", "flash 2", "flash 4"));
 }
 
 struct CurrentUnitTest : PageFlowTest {

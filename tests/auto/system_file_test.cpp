@@ -100,6 +100,8 @@ TEST_F(SystemFileTest, AnUnusedRowIsWrittenAsZeroBytesAndReadBackAsSuch) {
   file.ReadSysFile();
   EXPECT_EQ(rows(), "3.2");
   EXPECT_EQ(state.LwxSysFile[1], SystemRecord());
+  pick(0);
+  EXPECT_EQ(rows(), "3.2 3.2") << "row 0 is the set on disk, not a system seen";
 }
 
 TEST_F(SystemFileTest, AFullTableIsOverwrittenFromRow0) {

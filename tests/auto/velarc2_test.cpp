@@ -44,8 +44,8 @@ TEST_F(Velarc2Test, OnlineFromTheWelcomeToTheVerdict) {
                "Back Next RelNote List");
   world.click(velarc.btnRelNote);
   world.click(velarc.btnNext);
-  EXPECT_THAT(asked(), ElementsAre("read", "fetch VC", "page 1", "page 2", "open /Velarc/Firmware/version.html", "get 0 of 0",
-                                   "get 1 of 0", "get 2 of 0"));
+  EXPECT_THAT(asked(), ElementsAre("read", "fetch VC", "page 1 product 1", "page 2 product 1",
+                                   "open /Velarc/Firmware/version.html", "get 0 of 0", "get 1 of 0", "get 2 of 0"));
   world.click(velarc.btnNext);
   EXPECT_EQ(velarc.lblTotal.Caption, "Overall Progress (Step 1 of 7)");
   world.click(velarc.btnNext);

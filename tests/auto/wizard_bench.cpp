@@ -72,13 +72,13 @@ void WizardBench::clickLater(Micros span, Control& control) {
 void WizardBench::pressNextOfForm1() {
   switch (state.WizardPage) {
     case 0:
-      log.push_back("fetch " + state.ProductCode);
+      log.push_back("fetch " + state.ProductCode + (state.AutoDriving ? "" : ", but the form would only show the wizard"));
       state.WizardPage = 1;
       fetch();
       break;
     case 1:
     case 2:
-      log.push_back("page " + std::to_string(state.WizardPage));
+      log.push_back("page " + std::to_string(state.WizardPage) + " product " + std::to_string(form1.Option2.selected()));
       ++state.WizardPage;
       break;
     case 6:
@@ -106,7 +106,9 @@ bool WizardBench::getFirmware() {
 }
 
 void WizardBench::loadVersion() {
-  log.push_back("read");
+  const bool stale =
+      state.VersionsComplete || state.SerialRead || state.GotId || state.GetVersionsSent || state.VersionsRead || state.VrcOldDsp;
+  log.push_back(stale ? "read with stale flags" : "read");
   if (versionPortFailure) {
     throw Failure(*versionPortFailure);
   }
@@ -116,7 +118,7 @@ void WizardBench::loadVersion() {
       queue.post([this] {
         if (frmVersion.Loaded) {
           unit();
-          state.VersionsComplete = true;
+          state.SerialRead = state.GotId = state.GetVersionsSent = state.VersionsRead = state.VersionsComplete = true;
         }
       });
     });
