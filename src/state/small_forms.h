@@ -14,7 +14,7 @@ struct FrmRecover : Form {
   CommandButton btnComPort{*this, "btnComPort", "Com Port"};
   CommandButton btnExit{*this, "btnExit", "Exit"};
   /// Clickable.
-  Label Label1{*this, "Label1"};
+  Label Label1{*this, "Label1", "Click here to launch the FAQ at www.tolvex.example/Mic_FAQ_LWX_index.htm in your browser"};
 };
 
 struct FrmAbout : Form {

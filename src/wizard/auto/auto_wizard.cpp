@@ -1,0 +1,231 @@
+#include "wizard/auto/auto_wizard.h"
+
+#include "state/text.h"
+
+namespace firmlane {
+
+namespace {
+constexpr int kMainHeightShort = 1215;  // leaves room for the options
+constexpr std::int16_t kWelcome = -1;
+constexpr std::int16_t kOptions = 0;
+constexpr const char* kFaq = "/Mic_FAQ_LWX_index.htm";
+}  // namespace
+
+/// A page and what Next and Back do on it; null for nothing.
+struct AutoWizard::Page {
+  std::int16_t number;
+  void (AutoWizard::*next)();
+  void (AutoWizard::*back)();
+};
+
+const AutoWizard::Page AutoWizard::kPages[] = {
+    {kWelcome, &AutoWizard::nextOnWelcome, &AutoWizard::backToMainForm},
+    {kOptions, &AutoWizard::nextOnOptions, &AutoWizard::backToWelcome},
+    {2, &AutoWizard::nextOnUnit, &AutoWizard::backToOptions},
+    {3, &AutoWizard::nextOnSystems, &AutoWizard::backToOptions},
+    {4, &AutoWizard::nextOnDownloaded, &AutoWizard::backToOptions},
+    {5, &AutoWizard::nextOnProcessorDone, nullptr},
+    {6, &AutoWizard::nextOnAllDone, nullptr},
+    {10, &AutoWizard::nextOnDownloadOnly, nullptr},
+    {20, &AutoWizard::nextOnRestart, nullptr},
+};
+
+AutoWizard::AutoWizard(const AutoWizardSetting& setting, AutoWizardTies ties, const WizardWindow& window,
+                       const ProductParameters& product)
+    : setting_(setting),
+      ties_(std::move(ties)),
+      window_(window),
+      product_(product),
+      state_(setting.state),
+      form_(window.form),
+      progress_(state_, window_, product),
+      texts_(setting.files, form_, progress_, product),
+      file_(setting_, window_, product),
+      table_(setting_, window_, progress_, product),
+      driver_(setting_, ties_, window_, texts_, product),
+      reading_(setting_, form_, texts_, product) {
+  tieEvents();
+}
+
+void AutoWizard::tieEvents() {
+  form_.OnLoad = [this] { Form_Load(); };
+  form_.OnUnload = [] { throw ProgramEnded(); };
+  form_.cmdQuit.OnClick = [this] { form_.Unload(); };
+  form_.btnNext.OnClick = [this] { btnNext_Click(); };
+  form_.btnBack.OnClick = [this] { btnBack_Click(); };
+  form_.btnMore.OnClick = [this] { btnMore_Click(); };
+  form_.btnRelNote.OnClick = [this] { btnRelNote_Click(); };
+  form_.VersionList.OnClick = [this] { VersionList_Click(); };
+  form_.ChkOffline.OnClick = [this] { options_Click(); };
+  form_.chkReceiver.OnClick = [this] { options_Click(); };
+  form_.Watch.OnTimer = [this] { reading_.Watch_Timer(); };
+  for (CheckBox* check : form_.checks()) {
+    check->OnClick = [check] { check->Caption = check->checked() ? "YES" : "NO"; };
+  }
+}
+
+void AutoWizard::Form_Load() {
+  const Form1& form1 = setting_.form1;
+  form_.Left = form1.Left.get();
+  form_.Top = form1.Top.get();
+  form_.Caption = "Tolvex Firmlane Version " + dotted(kVersionMajor, kVersionMinor);
+  setting_.form1.Hide();
+  state_.InAutoWizard = true;
+  if (product_.ownFlag != nullptr) {
+    state_.*product_.ownFlag = true;
+  }
+  state_.AutoPage = kWelcome;
+  form_.lblMain.Caption = product_.texts.welcome;
+  form_.centre();
+  if (product_.opensDebugView && state_.DebugView) {
+    setting_.frmDBUG.Show();
+    form_.Left = setting_.frmDBUG.Left + setting_.frmDBUG.Width;
+  }
+  form_.ChkOffline.Caption = product_.texts.downloadOption;
+  form_.chkReceiver.Caption = product_.texts.updateOption;
+  form_.ChkOffline.Hide();
+  form_.chkReceiver.Hide();
+}
+
+void AutoWizard::options_Click() {
+  for (Label* step : window_.downloadSteps) {
+    step->Enabled = form_.ChkOffline.checked();
+  }
+  for (Label* step : window_.updateSteps) {
+    step->Enabled = form_.chkReceiver.checked();
+  }
+  form_.btnNext.Enabled = form_.ChkOffline.checked() || form_.chkReceiver.checked();
+  noteView();
+}
+
+void AutoWizard::btnNext_Click() {
+  next();
+  noteView();
+}
+
+void AutoWizard::next() {
+  form_.lblPage.Caption = std::to_string(state_.AutoPage);
+  form_.ChkOffline.Hide();
+  form_.chkReceiver.Hide();
+  state_.ProductCode = product_.ProductCode;
+  form_.btnRelNote.Hide();
+  for (const Page& page : kPages) {
+    if (page.number == state_.AutoPage) {
+      (this->*page.next)();
+      return;
+    }
+  }
+}
+
+void AutoWizard::nextOnWelcome() {
+  form_.lblMain.Height = kMainHeightShort;
+  state_.AutoPage = kOptions;
+  form_.lblMain.Caption = kOptionsText;
+  form_.ChkOffline.Show();
+  form_.chkReceiver.Show();
+  form_.btnNext.Enabled = form_.ChkOffline.checked() || form_.chkReceiver.checked();
+  form_.imgFlash.Show();
+  form_.imgDL.Show();
+}
+
+void AutoWizard::btnBack_Click() {
+  form_.btnRelNote.Hide();
+  if (waiting_) {
+    // Also when a failed fetch has moved the page meanwhile: the wait is what the user leaves.
+    backToOptions();
+  } else {
+    for (const Page& page : kPages) {
+      if (page.number == state_.AutoPage && page.back != nullptr) {
+        (this->*page.back)();
+        break;
+      }
+    }
+  }
+  noteView();
+}
+
+void AutoWizard::backToMainForm() {
+  Form1& form1 = setting_.form1;
+  state_.WizardPage = 0;
+  form1.Option1(3).Hide();
+  state_.AutoDriving = false;
+  form1.Show();
+  form1.frmFS.Show();
+  form_.Hide();
+  form1.List1.Hide();
+  form1.imgGUI.Show();
+  form1.imgLWX.Show();
+}
+
+void AutoWizard::backToWelcome() {
+  state_.AutoPage = kWelcome;
+  form_.lblMain.Caption = product_.texts.welcomeAgain;
+  form_.centre();
+  form_.ChkOffline.Caption = product_.texts.downloadOptionAgain;
+  form_.chkReceiver.Caption = product_.texts.updateOptionAgain;
+  form_.ChkOffline.Hide();
+  form_.chkReceiver.Hide();
+  form_.lblMain.Height = kMainHeight;
+  form_.imgDL.Hide();
+  form_.imgFlash.Hide();
+  form_.btnNext.Enable();
+}
+
+void AutoWizard::backToOptions() {
+  waiting_ = false;
+  if (state_.VersionsCompared && state_.AutoPage == 4) {
+    // The user left a unit that is current alone; whatever comes next is compared anew.
+    state_.VersionsCompared = false;
+    state_.ProgressSized = false;
+    progress_.clear();
+  }
+  state_.AutoPage = kOptions;
+  showOptions();
+  form_.VersionList.Hide();
+}
+
+void AutoWizard::showOptions() {
+  form_.ChkOffline.Show();
+  form_.ChkOffline.Enable();
+  form_.chkReceiver.Show();
+  form_.chkReceiver.Enable();
+  form_.lblMain.Caption = kOptionsText;
+  form_.imgDL.Show();
+  form_.imgFlash.Show();
+  form_.Progress1.Hide();
+  form_.btnNext.Enable();
+}
+
+void AutoWizard::btnMore_Click() {
+  state_.AutoPage = kOptions;
+  form_.btnMore.Hide();
+  state_.VersionsComplete = false;
+  form_.btnNext.Show();
+  state_.ProgressSized = false;
+  state_.VersionsCompared = false;
+  progress_.clear();
+  reading_.finish();
+  btnNext_Click();
+}
+
+void AutoWizard::VersionList_Click() {
+  if (form_.VersionList.ListIndex < 0) {
+    return;
+  }
+  state_.SelectedSystem = static_cast<std::int16_t>(form_.VersionList.ListIndex);
+  state_.VersionPicked = true;
+}
+
+void AutoWizard::LaunchRelNote() { ties_.StartDoc(product_.releaseNotes); }
+
+void AutoWizard::LaunchFAQ() { ties_.StartDoc(kFaq); }
+
+void AutoWizard::noteView() { view_ = {state_.AutoPage, form_.lblMain.Caption, form_.btnNext.Enabled}; }
+
+void AutoWizard::restoreView() {
+  state_.AutoPage = view_.page;
+  form_.lblMain.Caption = view_.main;
+  form_.btnNext.Enabled = view_.nextEnabled;
+}
+
+}  // namespace firmlane

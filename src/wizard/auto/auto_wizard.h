@@ -1,0 +1,107 @@
+// The page state machine of the auto wizards: what Next, Back and "Program another" do on each page of AutoPage. It drives the
+// classic wizard behind it by WizardPage, the option controls of Form1 and clicks of Form1.Command3 in code. Which product it
+// serves stands in its parameters alone.
+#pragma once
+
+#include <string>
+
+#include "wizard/auto/auto_wizard_setting.h"
+#include "wizard/auto/overall_progress.h"
+#include "wizard/auto/page_texts.h"
+#include "wizard/auto/product_parameters.h"
+#include "wizard/auto/system_file.h"
+#include "wizard/auto/unit_reading.h"
+#include "wizard/auto/update_driver.h"
+#include "wizard/auto/version_table.h"
+
+namespace firmlane {
+
+class AutoWizard {
+ public:
+  /// Ties the events of the window to its operations. The parameters outlive the wizard.
+  AutoWizard(const AutoWizardSetting& setting, AutoWizardTies ties, const WizardWindow& window, const ProductParameters& product);
+  AutoWizard(const AutoWizard&) = delete;
+  AutoWizard& operator=(const AutoWizard&) = delete;
+
+  /// Runs the handler of the current page; returns when the wizard waits on a page, or has been sent back from a wait.
+  void btnNext_Click();
+  void btnBack_Click();
+  void btnMore_Click();
+  void btnRelNote_Click() { LaunchRelNote(); }
+  void VersionList_Click();
+
+  /// Programs the first selected processor; see UpdateDriver.
+  void UpdateReceiver() { driver_.UpdateReceiver(); }
+  void LaunchRelNote();
+  /// Opens the questions and answers page; the same for both products.
+  void LaunchFAQ();
+
+  [[nodiscard]] VersionTable& table() { return table_; }
+  [[nodiscard]] UpdateDriver& driver() { return driver_; }
+
+ private:
+  struct Page;
+  static const Page kPages[];
+
+  void Form_Load();
+  void options_Click();
+  void tieEvents();
+  void next();
+
+  // Next, by page.
+  void nextOnWelcome();
+  void nextOnOptions();
+  void nextOnUnit();
+  void nextOnSystems();
+  void nextOnDownloaded();
+  void nextOnProcessorDone();
+  void nextOnAllDone();
+  void nextOnDownloadOnly();
+  void nextOnRestart();
+
+  // Back, by page.
+  void backToMainForm();
+  void backToWelcome();
+  void backToOptions();
+
+  [[nodiscard]] bool readUnit();
+  [[nodiscard]] std::string versionText();
+  void takeListOfSystems();
+  [[nodiscard]] bool pressNextOfForm1();
+  void offerSystems();
+  void takeSystemPicked();
+  void takeSetOnDisk();
+  [[nodiscard]] bool confirmReflash();
+  void programOne();
+  void showVerdict();
+  void showOptions();
+  void noteView();
+  void restoreView();
+
+  AutoWizardSetting setting_;
+  AutoWizardTies ties_;
+  WizardWindow window_;
+  const ProductParameters& product_;
+  RunState& state_;
+  AutoForm& form_;
+
+  OverallProgress progress_;
+  PageTexts texts_;
+  SystemFile file_;
+  VersionTable table_;
+  UpdateDriver driver_;
+  UnitReading reading_;
+
+  /// The waits for the list of systems and for the user's pick go on. Back ends them.
+  bool waiting_ = false;
+  /// A click of Form1.Command3 for the list is on the stack; Back can have left it behind.
+  bool fetching_ = false;
+  /// What the user sees while a fetch that was left behind is still on the stack.
+  struct View {
+    std::int16_t page = 0;
+    std::string main;
+    bool nextEnabled = true;
+  } view_;
+};
+
+}  // namespace firmlane

@@ -1,0 +1,40 @@
+// What an auto wizard needs of the program around it.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "platform/files.h"
+#include "platform/screen.h"
+#include "state/form1.h"
+#include "state/frm_port.h"
+#include "state/frm_version.h"
+#include "state/run_state.h"
+#include "state/small_forms.h"
+
+namespace firmlane {
+
+/// The forms and values that both wizards share.
+struct AutoWizardSetting {
+  FormHost& host;
+  const Files& files;
+  RunState& state;
+  Form1& form1;
+  FrmPort& frmPort;
+  FrmVersion& frmVersion;
+  FrmRecover& frmRecover;
+  FrmDBUG& frmDBUG;
+};
+
+/// Operations of other subsystems, tied by whoever builds the wizards.
+struct AutoWizardTies {
+  /// Downloads the file of the selected line of Form1.List1. Tells a failure itself; returns whether the file is complete.
+  std::function<bool()> GetFirmware2;
+  /// Opens a path of the maker's web site in the user's browser. Tells a failure itself.
+  std::function<void(const std::string& path)> StartDoc;
+};
+
+/// Keeps a failure in ErrorText and tells it in a critical box.
+void tellFailure(const AutoWizardSetting& setting, const std::string& context, const Failure& failure);
+
+}  // namespace firmlane

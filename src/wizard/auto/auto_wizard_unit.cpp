@@ -1,0 +1,191 @@
+// Pages up to the download: the unit is read, the list of systems fetched, a system picked.
+#include "state/text.h"
+#include "wizard/auto/auto_wizard.h"
+
+namespace firmlane {
+
+namespace {
+
+/// Raises a flag for as long as it lives.
+class Raised {
+ public:
+  explicit Raised(bool& flag) : flag_(flag) { flag_ = true; }
+  ~Raised() { flag_ = false; }
+  Raised(const Raised&) = delete;
+  Raised& operator=(const Raised&) = delete;
+
+ private:
+  bool& flag_;
+};
+
+}  // namespace
+
+void AutoWizard::nextOnOptions() {
+  form_.lblMain.Height = kMainHeight;
+  form_.lblMain.Caption = "";
+  form_.imgFlash.Hide();
+  form_.imgDL.Hide();
+  file_.ReadSysFile();
+  if (form_.chkReceiver.checked()) {
+    try {
+      if (readUnit()) {
+        return;
+      }
+    } catch (const Failure& failure) {
+      form_.btnBack.Enable();
+      backToOptions();
+      tellFailure(setting_, "Error opening port: ", failure);
+      return;
+    }
+  }
+  state_.AutoPage = 2;
+  form_.btnNext.Enable();
+  next();
+}
+
+/// Whether the unit was read and its version is on the screen; false when the user goes on without a reading.
+bool AutoWizard::readUnit() {
+  if (reading_.readUnit() == UnitReading::Outcome::Recover) {
+    table_.selectAll();
+    texts_.instruct(kClickNext);
+    form_.btnNext.Enable();
+    reading_.finish();
+    return false;
+  }
+  table_.ClearVersions();
+  table_.LoadVersions();
+  file_.ShowSysVer();
+  form_.lblMain.Caption = versionText();
+  reading_.finish();
+  state_.AutoPage = 2;
+  form_.btnNext.Enable();
+  return true;
+}
+
+std::string AutoWizard::versionText() {
+  std::string text = std::string(product_.texts.versionInUnit) + kCrLf;
+  const SystemRecord* matched = file_.matched();
+  if (state_.LegacyLink) {
+    text += "Version " + dotted(state_.VerDspMajor, state_.VerDspMinor) + "0";
+  } else if (matched == nullptr) {
+    text += "Your version is NOT a released set";
+  } else {
+    text += "Version " + matched->SystemVersion.trimmed() + ", released " + matched->ReleaseDate.trimmed();
+  }
+  if (!form_.ChkOffline.checked()) {
+    const SystemRecord& onDisk = file_.setOnDisk();
+    text += "\r\n\r\nThe firmware version available on your hard drive is:\r\nVersion " +
+            (state_.LegacyLink ? onDisk.DspVersion.trimmed() : onDisk.SystemVersion.trimmed()) + ", released " +
+            onDisk.ReleaseDate.trimmed();
+  }
+  return text;
+}
+
+void AutoWizard::nextOnUnit() {
+  form_.btnNext.Disable();
+  if (form_.ChkOffline.checked()) {
+    takeListOfSystems();
+  } else {
+    takeSetOnDisk();
+  }
+}
+
+/// The online path. Both its waits, for the list and for the user's pick, have no limit of their own: Back and Exit end them.
+void AutoWizard::takeListOfSystems() {
+  waiting_ = true;
+  if (fetching_) {
+    return;  // the fetch that Back left behind is still on the stack below; it goes on for this press
+  }
+  state_.WizardPage = 0;
+  state_.ProductCode = product_.ProductCode;
+  state_.AutoDriving = true;
+  if (!pressNextOfForm1()) {
+    return;
+  }
+  EventQueue& queue = setting_.host.queue();
+  while (!state_.CatalogueReady) {
+    queue.WaitEvents();
+    if (!waiting_) {
+      return;
+    }
+  }
+  setting_.form1.Option2(1).Value = true;
+  if (!pressNextOfForm1()) {
+    return;
+  }
+  queue.PumpEvents();
+  if (!waiting_ || !pressNextOfForm1()) {
+    return;
+  }
+  offerSystems();
+  while (!state_.VersionPicked) {
+    queue.WaitEvents();
+    if (!waiting_) {
+      return;
+    }
+  }
+  takeSystemPicked();
+}
+
+/// False when the user has meanwhile gone back; the screen is then as Back, and what came after it, left it.
+bool AutoWizard::pressNextOfForm1() {
+  {
+    const Raised fetching(fetching_);
+    setting_.form1.Command3.Click();
+  }
+  if (!waiting_) {
+    restoreView();
+  }
+  return waiting_;
+}
+
+void AutoWizard::offerSystems() {
+  texts_.LoadGotVersionsMsg();
+  table_.LoadVersionList();
+  form_.btnRelNote.Show();
+}
+
+void AutoWizard::takeSystemPicked() {
+  waiting_ = false;
+  table_.ParseVersionsSys();
+  table_.selectAll();
+  form_.btnNext.Enable();
+  file_.UpdateFileSysVer();
+  file_.SaveSysFile();
+  state_.AutoPage = 3;
+}
+
+void AutoWizard::takeSetOnDisk() {
+  file_.ReadSysFile();
+  (state_.*product_.systems)[0] = file_.setOnDisk();
+  table_.ParseVersionsSys();
+  state_.SelectedSystem = 0;
+  form_.btnNext.Enable();
+  state_.AutoPage = 4;
+  next();
+}
+
+void AutoWizard::nextOnSystems() {
+  form_.btnBack.Hide();
+  form_.btnNext.Disable();
+  texts_.LoadDownloadMSG();
+  form_.VersionList.Hide();
+  form_.Progress1.Show();
+  if (!driver_.GetFirmware()) {
+    // Told already. The page is as before, so that the user can try again, or another system.
+    form_.Progress1.Hide();
+    offerSystems();
+    form_.btnBack.Show();
+    form_.btnNext.Enable();
+    return;
+  }
+  form_.btnNext.Enable();
+  texts_.LoadDLDoneMSG();
+  table_.ParseVersionsSys();  // the user may have clicked another line after the first
+  file_.UpdateFileSysVer();
+  file_.SaveSysFile();
+  state_.AutoPage = 4;
+  form_.prgTotal.Value = 1;
+}
+
+}  // namespace firmlane

@@ -1,0 +1,126 @@
+#include "wizard/auto/system_file.h"
+
+#include <algorithm>
+
+#include "state/text.h"
+
+namespace firmlane {
+
+namespace {
+
+// The last row is written with the others, but a file is read only up to the row before it.
+constexpr std::size_t kRowsRead = 200;
+
+void append(Bytes& content, const SystemRecord& record) {
+  SystemRecord::forEachField(record, [&content](const char*, const auto& field) {
+    content.insert(content.end(), field.view().begin(), field.view().end());
+  });
+}
+
+SystemRecord recordFrom(ByteSpan bytes) {
+  SystemRecord record;
+  const char* next = reinterpret_cast<const char*>(bytes.data());
+  SystemRecord::forEachField(record, [&next](const char*, auto& field) {
+    field = std::string_view(next, field.kSize);
+    next += field.kSize;
+  });
+  return record;
+}
+
+bool isFree(const SystemRecord& row) {
+  const std::string_view version = row.SystemVersion.view();
+  return version.front() == '\0' || version.find_first_not_of(' ') == std::string_view::npos;
+}
+
+}  // namespace
+
+void SystemFile::ReadSysFile() {
+  try {
+    take(Files::read(path()));
+  } catch (const Failure& failure) {
+    if (failure.number() != failure_number::kFileNotFound) {
+      tellFailure(setting_, std::string("Error reading ") + product_.sysFileName + ": ", failure);
+      return;
+    }
+    try {
+      Files::replace(path(), {});
+    } catch (const Failure& unwritable) {
+      tellFailure(setting_, std::string("Error creating ") + product_.sysFileName + ": ", unwritable);
+    }
+  }
+}
+
+void SystemFile::take(ByteSpan content) {
+  const std::size_t rows = std::min(content.size() / kSystemRecordBytes, kRowsRead);
+  for (std::size_t i = 0; i < rows; ++i) {
+    table()[i] = recordFrom(content.subspan(i * kSystemRecordBytes, kSystemRecordBytes));
+  }
+}
+
+void SystemFile::SaveSysFile() {
+  Bytes content;
+  content.reserve(kSystemFileRows * kSystemRecordBytes);
+  for (const SystemRecord& row : table()) {
+    append(content, row);
+  }
+  try {
+    Files::replace(path(), content);
+  } catch (const Failure& failure) {
+    tellFailure(setting_, std::string("Error writing ") + product_.sysFileName + ": ", failure);
+  }
+}
+
+void SystemFile::UpdateFileSysVer() {
+  const std::array<SystemRecord, kSystems>& systems = setting_.state.*product_.systems;
+  int free = firstFreeRow();
+  for (const SystemRecord& system : systems) {
+    if (!knows(system)) {
+      table()[static_cast<std::size_t>(free)] = system;
+      free = (free + 1) % kSystemFileRows;  // behind the last row none is free, which counts as row 0
+    }
+  }
+  setOnDisk() = systems.at(static_cast<std::size_t>(setting_.state.SelectedSystem));
+}
+
+int SystemFile::firstFreeRow() {
+  const auto found = std::find_if(table().begin(), table().end(), isFree);
+  return found == table().end() ? 0 : static_cast<int>(found - table().begin());
+}
+
+bool SystemFile::knows(const SystemRecord& system) {
+  return std::any_of(table().begin() + 1, table().end(),
+                     [&system](const SystemRecord& row) { return row.SystemVersion == system.SystemVersion; });
+}
+
+void SystemFile::ShowSysVer() {
+  RunState& state = setting_.state;
+  if (state.LegacyLink) {
+    if (window_.form.DSP1.Caption == setOnDisk().DspVersion.trimmed()) {
+      state.MatchedSystem = 0;
+    }
+    return;
+  }
+  state.MatchedSystem = kNoSystem;
+  for (int i = 0; i <= product_.lastRowLookedUp; ++i) {
+    if (unitRuns(table()[static_cast<std::size_t>(i)])) {
+      state.MatchedSystem = static_cast<std::int16_t>(i);  // no stop: the system seen last names the set
+    }
+  }
+}
+
+bool SystemFile::unitRuns(const SystemRecord& system) const {
+  for (std::size_t i = 0; i < kVersionRows; ++i) {
+    const ProcessorRow& row = product_.rows[i];
+    if (row.tellsSystem && trimmed(window_.rows[i].inUnit.Caption.get()) != (system.*row.inSystem).trimmed()) {
+      return false;
+    }
+  }
+  return true;
+}
+
+const SystemRecord* SystemFile::matched() {
+  const int row = setting_.state.MatchedSystem;
+  return row == kNoSystem ? nullptr : &table().at(static_cast<std::size_t>(row));
+}
+
+}  // namespace firmlane

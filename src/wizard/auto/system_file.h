@@ -1,0 +1,50 @@
+// The system version file: which released systems the program has seen, and in row 0 which set of firmware files lies on disk.
+// It is the wizard's memory between runs and all that it knows without a network.
+#pragma once
+
+#include "wizard/auto/auto_wizard_setting.h"
+#include "wizard/auto/product_parameters.h"
+
+namespace firmlane {
+
+/// Bytes of one record in the file: the fields of SystemRecord one behind the other.
+inline constexpr std::size_t kSystemRecordBytes = 190;
+
+/// No row of the system version file matches the unit.
+inline constexpr std::int16_t kNoSystem = 99;
+
+class SystemFile {
+ public:
+  SystemFile(const AutoWizardSetting& setting, const WizardWindow& window, const ProductParameters& product)
+      : setting_(setting), window_(window), product_(product) {}
+
+  /// File into table. A missing file is made; rows behind the end of a short one stay as they are. A file that cannot be opened
+  /// is told in a box, and the table stays.
+  void ReadSysFile();
+  /// Table into file, always all rows. A file that cannot be written is told in a box and stays as it was.
+  void SaveSysFile();
+  /// Takes the systems of the update list into the table and makes the chosen one row 0.
+  void UpdateFileSysVer();
+  /// Looks up the unit's versions, as the version table shows them; sets MatchedSystem.
+  void ShowSysVer();
+
+  /// The set on disk.
+  [[nodiscard]] SystemRecord& setOnDisk() { return table()[0]; }
+  /// The row that ShowSysVer found, nullptr for none.
+  [[nodiscard]] const SystemRecord* matched();
+
+ private:
+  using Table = std::array<SystemRecord, kSystemFileRows>;
+  [[nodiscard]] Table& table() { return setting_.state.*product_.sysFile; }
+  [[nodiscard]] std::string path() const { return setting_.files.path(product_.sysFileName); }
+  void take(ByteSpan content);
+  [[nodiscard]] int firstFreeRow();
+  [[nodiscard]] bool knows(const SystemRecord& system);
+  [[nodiscard]] bool unitRuns(const SystemRecord& system) const;
+
+  const AutoWizardSetting& setting_;
+  const WizardWindow& window_;
+  const ProductParameters& product_;
+};
+
+}  // namespace firmlane

@@ -1,0 +1,51 @@
+// Reads which firmware the connected unit runs: asks for the port if none is chosen, loads frmVersion and waits for it. The 30 s
+// that a unit has to answer are owned here; after them the user recovers, chooses the port again, or ends the program.
+#pragma once
+
+#include "wizard/auto/auto_wizard_setting.h"
+#include "wizard/auto/page_texts.h"
+#include "wizard/auto/product_parameters.h"
+
+namespace firmlane {
+
+class UnitReading {
+ public:
+  UnitReading(const AutoWizardSetting& setting, AutoForm& form, PageTexts& texts, const ProductParameters& product)
+      : setting_(setting), form_(form), texts_(texts), product_(product) {}
+
+  enum class Outcome {
+    /// The versions are in the run state; frmVersion is still loaded.
+    Read,
+    /// The unit stays silent and the user goes on without a reading.
+    Recover,
+  };
+  /// Reads a unit that has just come to the wizard. Throws Failure when no port was chosen or it cannot be opened; the next
+  /// reading then asks for the port anew.
+  Outcome readUnit();
+
+  /// Reads the unit again after it was programmed, without a time limit. Throws Failure when the port cannot be opened.
+  void readAgain();
+
+  /// Unloads frmVersion, which closes its port.
+  void finish();
+
+  /// Clears the flags of the readout.
+  void clearFlags();
+
+  /// Tick of Watch: the time is up.
+  void Watch_Timer();
+
+ private:
+  void choosePort();
+  void loadVersion();
+  void readOnce();
+  void awaitVersions();
+  void askUser();
+
+  const AutoWizardSetting& setting_;
+  AutoForm& form_;
+  PageTexts& texts_;
+  const ProductParameters& product_;
+};
+
+}  // namespace firmlane

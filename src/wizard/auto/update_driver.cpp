@@ -1,0 +1,52 @@
+#include "wizard/auto/update_driver.h"
+
+#include <algorithm>
+
+#include "state/text.h"
+
+namespace firmlane {
+
+namespace {
+constexpr std::int16_t kFlashPage = 6;  // of the classic wizard: Next starts a flash run
+}  // namespace
+
+bool UpdateDriver::GetFirmware() {
+  for (int line = 0; line < product_.firmwareLines; ++line) {
+    setting_.form1.List1.ListIndex = line;
+    if (!ties_.GetFirmware2()) {
+      return false;
+    }
+  }
+  return true;
+}
+
+void UpdateDriver::UpdateReceiver() {
+  Label& page = window_.form.lblPage;
+  page.Caption = plainNumber(leadingNumber(page.Caption.get()) + 1);
+  const auto selected = [this](const UpdateStep& step) {
+    return window_.rows[static_cast<std::size_t>(step.row)].selection.checked();
+  };
+  const auto step = std::find_if(product_.steps.begin(), product_.steps.end(), selected);
+  if (step == product_.steps.end()) {
+    return;
+  }
+  choose(step->ProcessorNo, step->option);
+  if (step->toldToDebugView) {
+    setting_.frmDBUG.lblStage.Caption = "Initializing";
+    setting_.frmDBUG.lblBytes.Caption = "0";
+    setting_.frmDBUG.lblErrors.Caption = "About to Start Communications with Receiver";
+  }
+  setting_.form1.Command3.Click();
+  if (!setting_.state.TimedOut) {
+    window_.rows[static_cast<std::size_t>(step->row)].selection.Value = 0;
+  }
+}
+
+void UpdateDriver::choose(const char* processorNo, int option) {
+  setting_.form1.Option4(option).Value = true;
+  setting_.state.WizardPage = kFlashPage;
+  texts_.ProcessorNo = processorNo;
+  texts_.LoadProgramMSG();
+}
+
+}  // namespace firmlane

@@ -1,0 +1,35 @@
+// Turns the wizard's selections into work below it: the firmware set comes down, one selected processor is programmed. Both press
+// Next of the classic wizard in code and have no protocol of their own.
+#pragma once
+
+#include "wizard/auto/auto_wizard_setting.h"
+#include "wizard/auto/page_texts.h"
+#include "wizard/auto/product_parameters.h"
+
+namespace firmlane {
+
+class UpdateDriver {
+ public:
+  UpdateDriver(const AutoWizardSetting& setting, const AutoWizardTies& ties, const WizardWindow& window, PageTexts& texts,
+               const ProductParameters& product)
+      : setting_(setting), ties_(ties), window_(window), texts_(texts), product_(product) {}
+
+  /// Downloads the files of the set one after the other. Returns whether all are complete; the first that fails ends it.
+  [[nodiscard]] bool GetFirmware();
+  /// Programs the first selected processor and clears its selection; leaves it when the run has timed out. Returns when the run
+  /// is over, at once when nothing is selected.
+  void UpdateReceiver();
+
+  /// Makes everything ready for the run of one processor: `processorNo` as the user knows it, `option` the index of
+  /// Form1.Option4.
+  void choose(const char* processorNo, int option);
+
+ private:
+  const AutoWizardSetting& setting_;
+  const AutoWizardTies& ties_;
+  const WizardWindow& window_;
+  PageTexts& texts_;
+  const ProductParameters& product_;
+};
+
+}  // namespace firmlane

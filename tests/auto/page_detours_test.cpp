@@ -1,0 +1,255 @@
+// Away from the straight path: silence, missing ports, failed fetches and downloads, Back and Exit in the middle of waits.
+#include "flow.h"
+
+namespace firmlane::test {
+namespace {
+
+using testing::ElementsAre;
+
+using DetoursTest = FlowTest;
+
+TEST_F(DetoursTest, ASilentUnitIsRecoveredWithAllProcessorsAndNoComparison) {
+  state.PortChosen = true;
+  state.LwxSysFile[0] = system("3.1", "2.31", "2.30", "1.2", "1.9");
+  world.unit = nullptr;
+  world.open(form, false, true);
+  world.after(29'050 * kMillisecond, [&] {
+    expectPage(0,
+               "Now attempting to read the firmware versions in the connected receiver.\r\n\r\nYour receiver should be "
+               "turned on now.",
+               "Back- Next- bar");
+    EXPECT_EQ(form.Progress1.Value, 45) << "in the second sweep of 20 s";
+    EXPECT_FALSE(world.frmRecover.Visible);
+  });
+  world.after(31 * kSecond, [&] {
+    EXPECT_EQ(world.frmRecover.lblMain.Caption,
+              "Unable to connect to your receiver\r\n\r\nPlease check your connections and COM port and make sure your "
+              "receiver is turned on.\r\n\r\nIf you are still unable to connect, click the 'Recover' button.\r\nUse this "
+              "option if you think that the firmware in your receiver may be corrupt.");
+    EXPECT_FALSE(world.frmVersion.Loaded);
+    EXPECT_EQ(world.screen.pointer(), Pointer::Normal);
+    world.host.click(world.frmRecover.Label1);
+    world.host.click(world.frmRecover.btnRecover);
+  });
+  world.click(form.btnNext);
+  EXPECT_THAT(asked(), ElementsAre("read", "open /Mic_FAQ_LWX_index.htm", "flash 0"));
+  expectPage(5, "Processor 1 Programmed!\r\r\r\r", "reset Next bar total lblTotal");
+  EXPECT_EQ(form.lblTotal.Caption, "Overall Progress (Step 1 of 11)");
+  for (int press = 0; press < 4; ++press) {
+    world.click(form.btnNext);
+  }
+  EXPECT_THAT(asked(), ElementsAre("flash 1", "flash 2", "flash 3", "flash 4"));
+}
+
+TEST_F(DetoursTest, ComPortReadsAgainWithThirtySecondsOfItsOwn) {
+  state.PortChosen = true;
+  world.unit = nullptr;
+  world.open(form, false, true);
+  world.clickLater(31 * kSecond, world.frmRecover.btnComPort);
+  world.after(32500 * kMillisecond, [&] {
+    world.unit = [&] { report(2, 30, 2, 20); };
+    world.unitAnswersAfter = 29 * kSecond;
+  });
+  // The port window takes a second; the unit is there for the third reading.
+  world.clickLater(64 * kSecond, world.frmRecover.btnComPort);
+  world.click(form.btnNext);
+  EXPECT_EQ(state.AutoPage, 2);
+  EXPECT_THAT(asked(), ElementsAre("read", "ask for port", "read", "ask for port", "read"));
+}
+
+TEST_F(DetoursTest, TheLimitOfAnEarlierReadingDoesNotEndALaterOne) {
+  state.PortChosen = true;
+  world.open(form, false, true);
+  world.click(form.btnNext);  // read in time; its limit still runs
+  world.run(20 * kSecond);
+  world.click(form.btnBack);
+  state.PortChosen = false;
+  world.frmPort.OnLoad = [&] {
+    world.after(15 * kSecond, [&] {
+      state.PortChosen = true;
+      world.host.close(world.frmPort);
+    });
+  };
+  world.click(form.btnNext);
+  EXPECT_EQ(state.AutoPage, 2);
+  EXPECT_FALSE(world.frmRecover.Loaded);
+}
+
+TEST_F(DetoursTest, WithoutAPortTheOptionsComeBackAndTheFailureIsTold) {
+  world.screen.answerOthers();
+  world.portChosen = 0;
+  world.open(form, false, true);
+  world.click(form.btnNext);
+  expectPage(0, kOptionsPage, "Back Next Off Rec imgDL imgFlash");
+  world.portChosen = 3;
+  world.versionPortFailure = Failure(13, "Permission denied");
+  world.click(form.btnNext);
+  expectPage(0, kOptionsPage, "Back Next Off Rec imgDL imgFlash");
+  EXPECT_FALSE(world.frmVersion.Loaded);
+  world.versionPortFailure.reset();
+  world.click(form.btnNext);
+  EXPECT_EQ(state.AutoPage, 2);
+  EXPECT_THAT(asked(), ElementsAre("ask for port", "ask for port", "read", "ask for port", "read"));
+  ASSERT_EQ(world.screen.boxes().size(), 2U);
+  EXPECT_EQ(world.screen.boxes()[0].text, "Error opening port: No COM port has been chosen (#8002)");
+  EXPECT_EQ(world.screen.boxes()[1].text, "Error opening port: Permission denied (#13)");
+  EXPECT_EQ(world.screen.boxes()[1].icon, MessageIcon::Critical);
+  EXPECT_EQ(state.ErrorText, world.screen.boxes()[1].text);
+}
+
+TEST_F(DetoursTest, APortThatIsGoneAtTheFinalCheckCanBeTriedAgain) {
+  world.screen.answerOthers();
+  state.PortChosen = true;
+  state.LwxSysFile[0] = system("3.1", "2.31", "2.20", "1.2", "1.9");
+  world.open(form, false, true);
+  world.click(form.btnNext);
+  world.click(form.btnNext);
+  world.versionPortFailure = Failure(2, "No such device");
+  world.click(form.btnNext);
+  expectPage(6, "All Selected Processors Programmed!\r\r\r\r", "reset Next total lblTotal");
+  EXPECT_EQ(form.lblReset.Caption, "Click Next to continue");
+  world.versionPortFailure.reset();
+  world.click(form.btnNext);
+  EXPECT_EQ(state.AutoPage, 19);
+}
+
+TEST_F(DetoursTest, AFailedDownloadEndsTheDownloadingAndStaysOnThePage) {
+  state.VersionPicked = true;
+  world.open(form, true, false);
+  world.click(form.btnNext);
+  int files = 0;
+  world.download = [&] { return ++files != 2; };
+  const std::string page = form.lblMain.Caption;
+  world.click(form.btnNext);
+  expectPage(3, page, "Back Next RelNote List");
+  world.click(form.btnNext);
+  EXPECT_EQ(state.AutoPage, 4);
+  EXPECT_THAT(asked(), ElementsAre("fetch WS", "page 1 product 1", "page 2 product 1", "get 0 of 0", "get 1 of 0", "get 0 of 0",
+                                   "get 1 of 0", "get 2 of 0", "get 3 of 0"));
+}
+
+TEST_F(DetoursTest, BackEndsTheWaitsOfTheOnlinePath) {
+  struct Wait {
+    const char* name;
+    std::function<void(Flow&)> arrange;
+  };
+  const Wait waits[] = {
+      {"the pick", [](Flow&) {}},
+      {"a list that never comes", [](Flow& flow) { flow.world.fetched = nullptr; }},
+      {"a fetch that failed",
+       [](Flow& flow) {
+         flow.world.fetched = [&flow] {
+           flow.form.lblMain.Caption = "no connection";
+           flow.state.AutoPage = 19;
+           flow.form.btnNext.Enable();
+         };
+       }},
+      {"a fetch that goes on and fails",
+       [](Flow& flow) {
+         flow.world.fetchTakes = 5 * kSecond;
+         flow.world.fetched = [&flow] {
+           flow.form.lblMain.Caption = "no connection";
+           flow.state.AutoPage = 19;
+         };
+       }},
+  };
+  for (const Wait& wait : waits) {
+    SCOPED_TRACE(wait.name);
+    Flow flow;
+    wait.arrange(flow);
+    flow.world.open(flow.form, true, false);
+    flow.world.clickLater(3 * kSecond, flow.form.btnBack);
+    flow.world.click(flow.form.btnNext);
+    flow.expectPage(0, kOptionsPage, "Back Next Off Rec imgDL imgFlash");
+    EXPECT_FALSE(flow.state.VersionPicked);
+  }
+}
+
+TEST_F(DetoursTest, NextAfterBackTakesUpTheFetchThatIsStillUnderWay) {
+  world.fetchTakes = 10 * kSecond;
+  world.open(form, true, false);
+  world.clickLater(2 * kSecond, form.btnBack);
+  world.clickLater(4 * kSecond, form.btnNext);
+  world.after(12 * kSecond, [&] { world.host.choose(form.VersionList, 1); });
+  world.click(form.btnNext);
+  EXPECT_EQ(state.AutoPage, 3);
+  EXPECT_EQ(state.SelectedSystem, 1);
+  EXPECT_THAT(asked(), ElementsAre("fetch WS", "page 1 product 1", "page 2 product 1"));
+}
+
+TEST_F(DetoursTest, WhatTheUserDoesBesideAFetchLeftBehindStaysOnTheScreen) {
+  state.PortChosen = true;
+  world.fetchTakes = 10 * kSecond;
+  world.fetched = [this] {
+    form.lblMain.Caption = "no connection";
+    state.AutoPage = 19;
+    form.btnNext.Enable();
+  };
+  world.open(form, true, false);
+  world.clickLater(2 * kSecond, form.btnBack);
+  world.clickLater(3 * kSecond, form.chkReceiver);
+  world.clickLater(4 * kSecond, form.btnNext);
+  world.click(form.btnNext);
+  expectPage(2, "The firmware version in your receiver is:\r\nYour version is NOT a released set", "Back Next");
+}
+
+TEST_F(DetoursTest, TheSecondHalfOfADoubleClickStartsNoSecondRun) {
+  state.PortChosen = true;
+  state.LwxSysFile[0] = system("3.1", "2.31", "2.30", "1.2", "1.9");
+  world.open(form, false, true);
+  world.click(form.btnNext);
+  world.host.click(form.btnNext);
+  world.host.click(form.btnNext);
+  world.run(kSecond);
+  EXPECT_THAT(asked(), ElementsAre("read", "flash 0"));
+  EXPECT_EQ(state.AutoPage, 5);
+}
+
+TEST_F(DetoursTest, ExitEndsTheProgramInEveryWait) {
+  struct Wait {
+    const char* name;
+    std::function<void(Flow&)> arrange;
+    int presses;
+  };
+  const Wait waits[] = {
+      {"reading", [](Flow& flow) { flow.world.unit = nullptr; }, 1},
+      {"fetching", [](Flow& flow) { flow.world.fetchTakes = 50 * kSecond; }, 2},
+      {"no list", [](Flow& flow) { flow.world.fetched = nullptr; }, 2},
+      {"picking", [](Flow&) {}, 2},
+      {"programming",
+       [](Flow& flow) {
+         flow.state.VersionPicked = true;
+         flow.world.flash = [&flow] { flow.world.run(50 * kSecond); };
+       },
+       4},
+      {"final check",
+       [](Flow& flow) {
+         flow.state.VersionPicked = true;
+         flow.world.flash = [&flow] { flow.world.unit = nullptr; };
+       },
+       6},
+  };
+  for (const Wait& wait : waits) {
+    SCOPED_TRACE(wait.name);
+    Flow flow;
+    flow.state.PortChosen = true;
+    wait.arrange(flow);
+    flow.world.open(flow.form, true, true);
+    for (int press = 1; press < wait.presses; ++press) {
+      flow.world.click(flow.form.btnNext);
+    }
+    flow.world.clickLater(10 * kSecond, flow.form.cmdQuit);
+    EXPECT_THROW(flow.world.click(flow.form.btnNext), ProgramEnded);
+  }
+}
+
+TEST_F(DetoursTest, RecoveryCanEndTheProgram) {
+  state.PortChosen = true;
+  world.unit = nullptr;
+  world.open(form, false, true);
+  world.clickLater(31 * kSecond, world.frmRecover.btnExit);
+  EXPECT_THROW(world.click(form.btnNext), ProgramEnded);
+}
+
+}  // namespace
+}  // namespace firmlane::test
