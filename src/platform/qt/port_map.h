@@ -1,0 +1,38 @@
+// Which device a port number stands for. Users know numbers, 1 to 16; the machine knows devices.
+#pragma once
+
+#include <filesystem>
+#include <map>
+#include <string>
+
+namespace firmlane {
+
+inline constexpr int kHighestPort = 16;
+
+class PortMap {
+ public:
+  using Devices = std::map<int, std::string>;
+
+  /// `given` names the device of each number; once one is given, numbers not in it have no hardware. With none given, a link
+  /// ports/comN in `directory` decides, and numbers without a link stand for the machine's own serial devices in natural order,
+  /// USB adapters first. On Windows number N is COMN.
+  explicit PortMap(std::filesystem::path directory, Devices given = {})
+      : directory_(std::move(directory)), given_(std::move(given)) {}
+
+  /// The device of a number as the system opens it (a path, or COMN); empty when there is no hardware behind it.
+  [[nodiscard]] std::string device(int number) const;
+
+  /// A hint for the user beside the number, such as "ttyUSB0, USB Serial"; empty when there is no hardware behind it.
+  [[nodiscard]] std::string hint(int number) const;
+
+ private:
+  [[nodiscard]] std::filesystem::path link(int number) const;
+
+  std::filesystem::path directory_;
+  Devices given_;
+};
+
+/// Whether `a` stands before `b` when numbers in names count as numbers: ttyS2 before ttyS10.
+bool naturallyBefore(const std::string& a, const std::string& b);
+
+}  // namespace firmlane

@@ -1,0 +1,207 @@
+#include "platform/qt/qt_serial_driver.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <QFileInfo>
+#include <chrono>
+#include <thread>
+
+#include "platform/failure.h"
+#include "platform/qt/qt_text.h"
+
+#ifdef Q_OS_UNIX
+#include <sys/ioctl.h>
+#include <termios.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#endif
+
+namespace firmlane {
+
+namespace {
+
+#ifdef Q_OS_UNIX
+constexpr int kMissing = ENOENT;
+constexpr int kNotPermitted = EACCES;
+constexpr int kBusy = EBUSY;
+constexpr int kOther = EIO;
+#else  // Windows' own numbers
+constexpr int kMissing = 2;
+constexpr int kNotPermitted = 5;
+constexpr int kBusy = 5;
+constexpr int kOther = 31;
+#endif
+
+QSerialPort::FlowControl flowControl(Handshake handshake) {
+  switch (handshake) {
+    case Handshake::XonXoff:
+      return QSerialPort::SoftwareControl;
+    case Handshake::Rts:
+      return QSerialPort::HardwareControl;
+    case Handshake::None:
+      break;
+  }
+  return QSerialPort::NoFlowControl;
+}
+
+std::string portName(int number, const std::string& device) {
+  const std::string name = "COM " + std::to_string(number);
+  return device.empty() ? name : name + " (" + device + ")";
+}
+
+[[noreturn]] void throwNotPermitted(const std::string& name, const QFileInfo& device) {
+  const QString group = device.group();
+  throw Failure(kNotPermitted,
+                "No permission to use " + name +
+                    (group.isEmpty() ? std::string()
+                                     : ". It belongs to the group " + fromQt(group) + "; your user has to be a member of it"));
+}
+
+/// What the system would refuse, told before Qt is asked: Qt has one error for "not permitted" and "in use".
+void requireUsable(const std::string& name, const QFileInfo& device) {
+#ifdef Q_OS_UNIX
+  if (!device.exists()) {
+    throw Failure(kMissing, "There is no serial port " + name);
+  }
+  if (::access(device.filePath().toLocal8Bit().constData(), R_OK | W_OK) != 0) {
+    throwNotPermitted(name, device);
+  }
+#else
+  Q_UNUSED(name);
+  Q_UNUSED(device);
+#endif
+}
+
+[[noreturn]] void throwOpenFailure(const std::string& name, const QSerialPort& port) {
+  switch (port.error()) {
+    case QSerialPort::DeviceNotFoundError:
+      throw Failure(kMissing, "There is no serial port " + name);
+    case QSerialPort::PermissionError:
+      throw Failure(kBusy, "Serial port " + name + " is in use by another program");
+    default:
+      throw Failure(kOther, "Serial port " + name + " does not open: " + fromQt(port.errorString()));
+  }
+}
+
+/// Closing sets the device back to the speed it had before, which would strike the last bytes in the device's own transmitter.
+void waitForTransmitter(const QSerialPort& port) {
+#ifdef Q_OS_UNIX
+  ::tcdrain(port.handle());
+#else
+  Q_UNUSED(port);
+#endif
+}
+
+}  // namespace
+
+QtSerialDriver::~QtSerialDriver() = default;
+
+void QtSerialDriver::open(int number, const LineSettings& settings) {
+  const std::string device = ports_.device(number);
+  name_ = portName(number, device);
+  if (device.empty()) {
+    throw Failure(kMissing, "There is no serial port " + name_);
+  }
+  QString path = toQt(device);
+#ifdef Q_OS_UNIX
+  const QFileInfo info(path);
+  requireUsable(name_, info);
+  path = info.canonicalFilePath();  // so that two links to one device meet in one lock
+#endif
+  auto port = std::make_unique<QSerialPort>();
+  port->setPortName(path);
+  port->setBaudRate(settings.baud);
+  port->setFlowControl(flowControl(settings.handshake));
+  if (!port->open(QIODevice::ReadWrite)) {
+    throwOpenFailure(name_, *port);
+  }
+  port->clearError();  // of modem lines that a pseudo-terminal does not have
+  port_ = std::move(port);
+  QObject::connect(port_.get(), &QSerialPort::readyRead, &context_, [this] { takeBytes(); });
+  QObject::connect(port_.get(), &QSerialPort::errorOccurred, &context_, [this](QSerialPort::SerialPortError error) {
+    // A device that has gone raises its error again and again, so the first one ends it.
+    if (error == QSerialPort::ResourceError || error == QSerialPort::WriteError || error == QSerialPort::ReadError) {
+      lose(fromQt(port_->errorString()));
+    }
+  });
+}
+
+void QtSerialDriver::configure(const LineSettings& settings) {
+  if (port_) {
+    port_->setBaudRate(settings.baud);
+    port_->setFlowControl(flowControl(settings.handshake));
+  }
+}
+
+void QtSerialDriver::close() {
+  if (!port_) {
+    return;
+  }
+  QObject::disconnect(port_.get(), nullptr, &context_, nullptr);
+  for (int tries = 0; tries < 100 && unsent() + heldByDevice() > 0 && port_->error() == QSerialPort::NoError; ++tries) {
+    port_->flush();
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+  if (unsent() + heldByDevice() > 0) {
+    port_->clear(QSerialPort::Output);
+  }
+  waitForTransmitter(*port_);
+  port_.reset();
+}
+
+void QtSerialDriver::send(ByteSpan bytes) {
+  if (!port_) {
+    return;
+  }
+  port_->write(reinterpret_cast<const char*>(bytes.data()), static_cast<qint64>(bytes.size()));
+  // One flush hands one piece to the system; what it does not take now goes later, as the event loop finds room.
+  for (qint64 left = port_ ? port_->bytesToWrite() : 0; port_ && left > 0; left = port_->bytesToWrite()) {
+    port_->flush();
+    if (!port_ || port_->bytesToWrite() >= left) {
+      break;
+    }
+  }
+}
+
+std::size_t QtSerialDriver::unsent() const {
+  if (!port_) {
+    return 0;
+  }
+  const auto waiting = static_cast<std::size_t>(port_->bytesToWrite());
+  // Without handshake the line never stops, and the device's own count only tells how deep its buffers are.
+  return port_->flowControl() == QSerialPort::HardwareControl ? waiting + heldByDevice() : waiting;
+}
+
+std::size_t QtSerialDriver::heldByDevice() const {
+#ifdef Q_OS_UNIX
+  int count = 0;
+  if (port_ && ::ioctl(port_->handle(), TIOCOUTQ, &count) == 0 && count > 0) {
+    return static_cast<std::size_t>(count);
+  }
+#endif
+  return 0;
+}
+
+void QtSerialDriver::takeBytes() {
+  const QByteArray bytes = port_->readAll();
+  if (!bytes.isEmpty() && received) {
+    received({reinterpret_cast<const std::uint8_t*>(bytes.constData()), static_cast<std::size_t>(bytes.size())});
+  }
+}
+
+void QtSerialDriver::lose(const std::string& reason) {
+  if (!port_) {
+    return;
+  }
+  QObject::disconnect(port_.get(), nullptr, &context_, nullptr);
+  // Qt is still inside this object; it goes when that has returned. Until then it must not report again.
+  port_->blockSignals(true);
+  port_.release()->deleteLater();
+  if (lost) {
+    lost(Failure(failure_number::kPortGone, "Serial port " + name_ + " has gone: " + reason));
+  }
+}
+
+}  // namespace firmlane
