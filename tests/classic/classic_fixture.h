@@ -37,12 +37,14 @@ class ClassicTest : public testing::Test {
   ShortDelay delay_{world_.queue, world_.state, world_.form1};
   ReceivePath receive_{world_.host,  world_.mainPort, commands_,      delay_,
                        world_.state, world_.form1,    world_.frmAuto, world_.frmVRCAuto};
+  UnitAnswer answer_{world_.host, world_.supervision, world_.state, world_.form1};
+  Preset preset_{world_.mainPort, commands_, receive_, answer_, world_.state, world_.form1};
+  FactoryLine line_{world_.mainPort, receive_, preset_, world_.supervision, world_.wizard, world_.state, world_.form1};
   StartUp start_;
   PageEngine engine_{world_.host,
                      world_.files,
                      world_.mainPort,
-                     receive_,
-                     world_.supervision,
+                     line_,
                      world_.wizard,
                      world_.state,
                      world_.form1,
@@ -67,8 +69,7 @@ class ClassicTest : public testing::Test {
                             log_.emplace_back("flash " + world_.state.FlashTarget);
                             onFlash_();
                           },
-                      .DoSerialNumber = note("serial number"),
-                      .clearPresetPending = note("no preset pending")}};
+                      .DoSerialNumber = note("serial number")}};
   Form1& form1_ = world_.form1;
   RunState& state_ = world_.state;
 };

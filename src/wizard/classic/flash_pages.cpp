@@ -229,15 +229,9 @@ void PageEngine::leaveFlash() {
     serialNumberClick();
     return;
   }
-  operations_.clearPresetPending();
-  state_.SerialStep = 0;
-  state_.GotId = false;
-  receive_.PresetLoaded = false;
-  form1_.lblResetSerial.Hide();
-  form1_.ProgressBar1.Hide();
-  form1_.lblTop.Show();
+  line_.endProcedure();
   if (state_.FactoryBuild) {
-    endFactoryUnit();
+    line_.readyForNext(line_.verdict());
   } else {
     backToStart();
   }
@@ -253,18 +247,6 @@ void PageEngine::serialNumberClick() {
     port_.setSettings("57600,N,8,1");
     operations_.DoSerialNumber();
   }
-}
-
-void PageEngine::endFactoryUnit() {
-  form1_.lblTop.Caption = "Serial Number and Preset Load Complete";
-  form1_.Command3.Enable();
-  port_.Close();
-  receive_.MicMode = false;
-  supervision_.BarValue = 0;
-  state_.ProgressPercent = 0;
-  setBar(0);
-  form1_.btnSN.Show();
-  state_.WizardPage = 0;
 }
 
 void PageEngine::setBar(int value) {

@@ -27,8 +27,6 @@ struct ClassicOperations {
 
   // Factory.
   std::function<void()> DoSerialNumber;
-  /// Forgets that a preset load was started.
-  std::function<void()> clearPresetPending;
 };
 
 }  // namespace firmlane

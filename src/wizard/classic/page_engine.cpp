@@ -38,14 +38,12 @@ const PageEngine::Page PageEngine::kPages[] = {
     {50, [](PageEngine& e) { e.leaveFailedFetch(); }},
 };
 
-PageEngine::PageEngine(FormHost& host, const Files& files, SerialPort& port, ReceivePath& receive, Supervision& supervision,
-                       WizardInCharge& wizard, RunState& state, Form1& form1, const ClassicForms& forms,
-                       ClassicOperations operations)
+PageEngine::PageEngine(FormHost& host, const Files& files, SerialPort& port, FactoryLine& line, WizardInCharge& wizard,
+                       RunState& state, Form1& form1, const ClassicForms& forms, ClassicOperations operations)
     : host_(host),
       files_(files),
       port_(port),
-      receive_(receive),
-      supervision_(supervision),
+      line_(line),
       wizard_(wizard),
       state_(state),
       form1_(form1),

@@ -5,11 +5,11 @@
 
 #include <string>
 
-#include "link/receive_path.h"
+#include "personal/factory_line.h"
 #include "platform/files.h"
 #include "platform/screen.h"
 #include "platform/serial_port.h"
-#include "progress/supervision.h"
+#include "progress/wizard_in_charge.h"
 #include "state/frm_port.h"
 #include "state/frm_version.h"
 #include "state/small_forms.h"
@@ -29,8 +29,8 @@ struct ClassicForms {
 
 class PageEngine {
  public:
-  PageEngine(FormHost& host, const Files& files, SerialPort& port, ReceivePath& receive, Supervision& supervision,
-             WizardInCharge& wizard, RunState& state, Form1& form1, const ClassicForms& forms, ClassicOperations operations);
+  PageEngine(FormHost& host, const Files& files, SerialPort& port, FactoryLine& line, WizardInCharge& wizard, RunState& state,
+             Form1& form1, const ClassicForms& forms, ClassicOperations operations);
 
   /// What the next click does is told by WizardPage. Any Failure on the way is shown in a box and ends the click; the page stays
   /// what it was at that moment.
@@ -79,15 +79,13 @@ class PageEngine {
   void setTarget();
   void leaveFlash();
   void serialNumberClick();
-  void endFactoryUnit();
   bool portChosen();
   void setBar(int value);
 
   FormHost& host_;
   const Files& files_;
   SerialPort& port_;
-  ReceivePath& receive_;
-  Supervision& supervision_;
+  FactoryLine& line_;
   WizardInCharge& wizard_;
   RunState& state_;
   Form1& form1_;
