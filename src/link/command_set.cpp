@@ -1,5 +1,6 @@
 #include "link/command_set.h"
 
+#include "link/command_codes.h"
 #include "link/frame.h"
 
 namespace firmlane {
@@ -7,13 +8,8 @@ namespace firmlane {
 namespace {
 
 constexpr std::int32_t kAnyAddress = 999;
-constexpr std::uint8_t kWhoIsThere = 1;
-constexpr std::uint8_t kLoadPreset = 10;
 constexpr std::uint8_t kWantToProgram = 30;
-constexpr std::uint8_t kSetSerial = 39;
 constexpr std::uint8_t kWantToProgramMic = 80;
-constexpr std::uint8_t kResetLink = 114;
-constexpr std::uint8_t kForceReset = 119;
 constexpr std::size_t kSerialDigits = 6;
 
 // Sub-codes of want-to-program, one a processor.
@@ -62,25 +58,25 @@ void CommandSet::noteTimeSent() {
 
 void CommandSet::Send_Who_is_there(std::int32_t address) {
   openIfClosed();
-  sendRun(address == kAnyAddress ? 0 : address, kWhoIsThere, {});
+  sendRun(address == kAnyAddress ? 0 : address, command_code::kWhoIsThere, {});
 }
 
-void CommandSet::SendResetLink() { sendRun(0, kResetLink, {}); }
+void CommandSet::SendResetLink() { sendRun(0, command_code::kResetLink, {}); }
 
 void CommandSet::Send_ForceReset() {
-  sendRun(0, kForceReset, {});
+  sendRun(0, command_code::kForceReset, {});
   noteTimeSent();
 }
 
 void CommandSet::SendLoadPreset() {
   constexpr std::array<std::uint8_t, 2> kPreset0{};
-  sendRun(0, kLoadPreset, kPreset0);
+  sendRun(0, command_code::kLoadPreset, kPreset0);
 }
 
 void CommandSet::SetSerial() {
   const auto groups = sevenBitGroups(withoutModelDigit(state_.SerialNumber));
   const std::array<std::uint8_t, 6> data{groups[0], groups[1], groups[2]};
-  sendRun(0, kSetSerial, data);
+  sendRun(0, command_code::kSetSerial, data);
 }
 
 void CommandSet::Send_WantToProgram() { sendBoot(kWantToProgram, kDsp); }

@@ -5,8 +5,8 @@
 namespace firmlane {
 
 namespace {
-constexpr int kGroup = 128;
 constexpr std::uint8_t kSevenBits = 0x7F;
+constexpr int kGroupBits = 7;
 
 std::uint8_t sevenBitSum(ByteSpan bytes) {
   return static_cast<std::uint8_t>(std::accumulate(bytes.begin(), bytes.end(), 0U) & kSevenBits);
@@ -14,8 +14,10 @@ std::uint8_t sevenBitSum(ByteSpan bytes) {
 }  // namespace
 
 std::array<std::uint8_t, 3> sevenBitGroups(std::int32_t number) {
-  return {static_cast<std::uint8_t>(number / (kGroup * kGroup) % kGroup), static_cast<std::uint8_t>(number / kGroup % kGroup),
-          static_cast<std::uint8_t>(number % kGroup)};
+  // Masked, not divided: a number that is negative or too wide must not put a byte above 127 into a frame, which would end it.
+  const auto bits = static_cast<std::uint32_t>(number);
+  return {static_cast<std::uint8_t>(bits >> (2 * kGroupBits) & kSevenBits),
+          static_cast<std::uint8_t>(bits >> kGroupBits & kSevenBits), static_cast<std::uint8_t>(bits & kSevenBits)};
 }
 
 Bytes buildFrame(FrameKind kind, std::int32_t address, std::uint8_t code, ByteSpan data) {
@@ -45,7 +47,7 @@ std::int16_t FrameLengths::operator[](int code) const {
 
 int Valid_Check(ByteSpan message, const FrameLengths& lengths) {
   constexpr std::size_t kCodeIndex = 4;
-  if (message.size() <= kCodeIndex || message[kCodeIndex] >= kGroup) {
+  if (message.size() <= kCodeIndex || message[kCodeIndex] > kSevenBits) {
     return 0;
   }
   const auto length = static_cast<std::size_t>(lengths[message[kCodeIndex]]);

@@ -18,7 +18,7 @@ inline constexpr std::uint8_t kBootFrameEnd = 0x3E;  // ">", twice
 
 enum class FrameKind { RunFrame, BootFrame };
 
-/// A number of 21 bits as three groups of seven bits, high first.
+/// The low 21 bits of a number as three groups of seven bits, high first.
 std::array<std::uint8_t, 3> sevenBitGroups(std::int32_t number);
 
 /// The frame's bytes. `data` bytes are below 128.

@@ -99,21 +99,10 @@ void ReceivePath::cutFrame(Bytes work) {
   }
   std::int16_t end = findFrameEnd(work, RxSearchStart);
   showWork(work, end);
-  if (ExpectFrameEnd && end != kExpectedEnd) {
-    if (work.front() == kAcknowledge) {
-      state_.MicAck = true;
-      return;
-    }
-    work.erase(work.begin());
-    port_.Read();
-    end = findFrameEnd(work, RxSearchStart);
-    RxBuffer = work;
+  if (ExpectFrameEnd && end != kExpectedEnd && !dropFirstByte(work)) {
+    return;
   }
-  const auto start = std::find(work.begin(), work.end(), kFrameStart);
-  if (start != work.begin()) {
-    work.erase(work.begin(), start);
-    RxBuffer = work;
-  }
+  dropToFrameStart(work);
   end = findFrameEnd(work, RxSearchStart);
   showWork(work, end);
   if (work.size() >= kSmallestFrame && end >= 1) {
@@ -122,6 +111,25 @@ void ReceivePath::cutFrame(Bytes work) {
     }
   } else if (work.size() == kIdAnswerLength && state_.FlashPhase == 0 && state_.PortSearching) {
     state_.PortFound = true;
+  }
+}
+
+bool ReceivePath::dropFirstByte(Bytes& work) {
+  if (work.front() == kAcknowledge) {
+    state_.MicAck = true;
+    return false;
+  }
+  work.erase(work.begin());
+  port_.Read();
+  RxBuffer = work;
+  return true;
+}
+
+void ReceivePath::dropToFrameStart(Bytes& work) {
+  const auto start = std::find(work.begin(), work.end(), kFrameStart);
+  if (start != work.begin()) {
+    work.erase(work.begin(), start);
+    RxBuffer = work;
   }
 }
 

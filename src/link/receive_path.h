@@ -48,6 +48,9 @@ class ReceivePath {
   void takeOneAnswer();
   /// Looks for a frame in a working copy of RxBuffer.
   void cutFrame(Bytes work);
+  /// While only short answers are expected: notes an acknowledgement (false, nothing more to do), else gives up the first byte.
+  bool dropFirstByte(Bytes& work);
+  void dropToFrameStart(Bytes& work);
   void showWork(const Bytes& work, std::int16_t end);
   void deliver();
   void GetMsg();
