@@ -52,6 +52,7 @@ TEST_F(Gallery, EveryFormHasAWindowThatFindsItsControls) {
 }
 
 TEST_F(Gallery, PagesOfTheMainForm) {
+  form1.Show();
   form1.lblTop.Caption =
       "Welcome to the Tolvex Firmlane\r\n\r\nUse this Wizard to:\r\n\r\n- Download the latest Vel-Arc or LWX remote control "
       "software\r\n   (The remote control software that runs on your computer)\r\n\r\n                                          "
@@ -61,9 +62,6 @@ TEST_F(Gallery, PagesOfTheMainForm) {
       "with "
       "the latest firmware\r\n   (Copy firmware from your computer to the Tolvex product)";
   form1.lblFAQ.OnClick = [] {};
-  form1.Show();
-  const std::string welcome = form1.lblTop.Caption;
-  form1.lblTop.Caption = welcome;
   keep(form1, "Form1-welcome");
 
   form1.lblTop.Caption = "Please select the product you would like to upgrade:";
@@ -173,9 +171,9 @@ TEST_F(Gallery, Dialogs) {
   }
   keep(frmPort, "frmPort-manual");
   frmPort.Hide();
+  frmRecover.Label1.OnClick = [] {};
   frmRecover.Show();
   frmRecover.Label1.Caption = "Click here to launch the FAQ at www.tolvex.example/Mic_FAQ_LWX_index.htm in your browser";
-  frmRecover.Label1.OnClick = [] {};
   frmRecover.lblMain.Caption =
       "Your receiver did not answer.\r\rMake sure that it is connected and turned on, and that no other program uses the port.";
   keep(frmRecover, "frmRecover-page");

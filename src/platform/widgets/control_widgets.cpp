@@ -14,6 +14,7 @@ namespace {
 
 // The width at which a wrapped caption is taken to stand before its window has one.
 constexpr int kCaptionWidth = 340;
+constexpr int kRemarkWidth = 190;
 
 bool isClickOn(const QWidget& widget, const QMouseEvent& event) {
   return event.button() == Qt::LeftButton && widget.rect().contains(event.position().toPoint());
@@ -155,8 +156,29 @@ QString WrappedCheckBox::wrapped(int width) const {
   return lines.join(QLatin1Char('\n'));
 }
 
+Remark::Remark(QWidget& beside) : beside_(beside) {
+  setForegroundRole(QPalette::PlaceholderText);
+  setTextFormat(Qt::PlainText);
+  setVisible(!beside.isHidden());
+  beside.installEventFilter(this);
+}
+
+void Remark::setRemark(const QString& remark) {
+  setText(fontMetrics().elidedText(remark, Qt::ElideMiddle, kRemarkWidth));
+  setToolTip(remark);
+  beside_.setAccessibleDescription(remark);
+}
+
+bool Remark::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::ShowToParent || event->type() == QEvent::HideToParent) {
+    setVisible(event->type() == QEvent::ShowToParent);
+  }
+  return QLabel::eventFilter(watched, event);
+}
+
 LineList::LineList(QWidget* parent) : QListWidget(parent) {
   setUniformItemSizes(true);
+  setSpacing(2);
   setAlternatingRowColors(true);
   QObject::connect(this, &QListWidget::currentRowChanged, this, [this](int row) {
     if (!quiet_ && picked && row >= 0) {

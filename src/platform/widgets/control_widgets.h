@@ -83,6 +83,20 @@ class WrappedCheckBox : public QCheckBox {
   QString caption_;
 };
 
+/// A remark beside another widget: it comes and goes with it.
+class Remark : public QLabel {
+ public:
+  explicit Remark(QWidget& beside);
+  /// Shows the remark, cut in the middle where it is too long; a screen reader tells it with the widget.
+  void setRemark(const QString& remark);
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  QWidget& beside_;
+};
+
 /// A list that tells of each line the user picks: by click, also on the line that is selected already, and by keyboard.
 class LineList : public QListWidget {
  public:

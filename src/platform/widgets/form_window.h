@@ -33,6 +33,10 @@ class FormWindow : public QDialog {
   /// Whether Esc closes the window: that of a dialog does.
   void setEscapeCloses(bool closes) { escapeCloses_ = closes; }
 
+  /// The size in which the window comes up, if it needs no more.
+  void setUsualSize(QSize size) { usualSize_ = size; }
+  [[nodiscard]] QSize sizeHint() const override { return QDialog::sizeHint().expandedTo(usualSize_); }
+
   /// Marks a control as changed; false when this window does not show it.
   bool markStale(const Control& control);
   /// Brings what has changed up to date, and the window's own title.
@@ -53,6 +57,7 @@ class FormWindow : public QDialog {
   std::vector<ControlBinding*> stale_;
   QWidget* lastMade_ = nullptr;
   bool escapeCloses_ = false;
+  QSize usualSize_;
 };
 
 }  // namespace firmlane

@@ -1,5 +1,5 @@
 // The dialogs and the factory's panels.
-#include <QFontMetrics>
+#include <QStyle>
 #include <QTimer>
 #include <vector>
 
@@ -12,7 +12,6 @@ namespace firmlane {
 namespace {
 
 constexpr int kPorts = 16;
-constexpr int kHintWidth = 190;
 constexpr int kHintEveryMs = 1500;
 
 QVBoxLayout* dialog(FormWindow& window) {
@@ -22,20 +21,14 @@ QVBoxLayout* dialog(FormWindow& window) {
   return layout;
 }
 
-void bindHint(QLabel& label, QWidget& option, const std::string& hint) {
-  const QString text = hint.empty() ? QStringLiteral("no device") : displayText(hint);
-  label.setText(label.fontMetrics().elidedText(text, Qt::ElideMiddle, kHintWidth));
-  label.setToolTip(text);
-  option.setAccessibleDescription(text);
-}
-
-/// The devices that the numbers stand for, looked up anew as adapters come and go.
-void keepHints(FormWindow& window, const LayoutContext& context, std::vector<std::pair<QWidget*, QLabel*>> hints) {
-  const auto show = [options = std::move(hints), hint = context.portHint] {
-    for (std::size_t i = 0; i < options.size(); ++i) {
-      const auto [option, label] = options[i];
-      label->setVisible(!option->isHidden());
-      bindHint(*label, *option, hint ? hint(static_cast<int>(i) + 1) : std::string());
+/// Tells the devices that the numbers stand for, and looks them up anew as adapters come and go.
+void keepHints(FormWindow& window, const LayoutContext& context, std::vector<Remark*> remarks) {
+  const auto show = [remarks = std::move(remarks), hint = context.portHint] {
+    int number = 1;
+    for (Remark* remark : remarks) {
+      const std::string device = hint ? hint(number) : std::string();
+      remark->setRemark(device.empty() ? QStringLiteral("no device") : displayText(device));
+      ++number;
     }
   };
   show();
@@ -58,21 +51,18 @@ void layOutPort(FormWindow& window, const LayoutContext& context) {
   grid->setHorizontalSpacing(14);
   grid->setVerticalSpacing(4);
   constexpr int kRows = kPorts / 2;
-  std::vector<std::pair<QWidget*, QLabel*>> hints;
+  std::vector<Remark*> remarks;
   for (int i = 0; i < kPorts; ++i) {
     QWidget* option = window["Option1(" + std::to_string(i) + ")"];
-    auto* hint = new QLabel;
-    dimmed(hint)->setObjectName(QStringLiteral("hint%1").arg(i));
     grid->addWidget(option, i % kRows, 2 * (i / kRows));
-    grid->addWidget(hint, i % kRows, 2 * (i / kRows) + 1);
-    hints.emplace_back(option, hint);
+    grid->addWidget(remarks.emplace_back(new Remark(*option)), i % kRows, 2 * (i / kRows) + 1);
   }
   grid->setColumnStretch(1, 1);
   grid->setColumnStretch(3, 1);
   layout->addLayout(grid);
   layout->addStretch();
   layout->addLayout(row({nullptr, window["Command1"]}));
-  keepHints(window, context, std::move(hints));
+  keepHints(window, context, std::move(remarks));
   window.setDefaultButton("Command2");
 }
 
@@ -104,9 +94,15 @@ void layOutVersion(FormWindow& window, const LayoutContext& /*context*/) {
 }
 
 void layOutRecover(FormWindow& window, const LayoutContext& /*context*/) {
+  auto* sign = new QLabel;
+  const int side = window.style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, &window);
+  sign->setPixmap(window.style()->standardIcon(QStyle::SP_MessageBoxWarning, nullptr, &window).pixmap(side));
+  sign->setAlignment(Qt::AlignTop);
+  auto* upper = row({sign});
+  upper->setSpacing(kMargin);
+  upper->addLayout(column({heading(window["lblMain"]), window["Label1"]}), 1);
   auto* layout = dialog(window);
-  layout->addWidget(written(window["lblMain"], 1.05), 1);
-  layout->addWidget(window["Label1"]);
+  layout->addLayout(upper, 1);
   layout->addWidget(line());
   layout->addLayout(row({nullptr, window["btnRecover"], window["btnComPort"], window["btnExit"]}));
   window.setMinimumWidth(480);

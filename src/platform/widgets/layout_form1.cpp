@@ -80,9 +80,8 @@ QLayout* factory(FormWindow& window) {
 void layOutForm1(FormWindow& window, const LayoutContext& /*context*/) {
   auto* cover = new PictureWidget;
   cover->setPicture("Form1Cover");
-  cover->setFit(PictureFit::Covering);
 
-  auto* page = column({written(window["lblTop"], 1.1), written(window["lblConnect"], 1.1), written(window["lblStatus"], 1.1)});
+  auto* page = column({heading(window["lblTop"]), written(window["lblConnect"], 1.1), written(window["lblStatus"], 1.1)});
   page->addLayout(productButtons(window));
   page->addLayout(taskChoice(window));
   page->addLayout(choices(window, "Option1", 4));
@@ -99,7 +98,7 @@ void layOutForm1(FormWindow& window, const LayoutContext& /*context*/) {
 
   QLayout* buttons =
       row({window["Command5"], window["Command1"], window["btnVRCrelnotef"], nullptr, window["Command3"], window["Command2"]});
-  frameWizard(window, cover, page, buttons);
+  frameWizard(window, *cover, page, buttons);
   window.setDefaultButton("Command3");
 }
 

@@ -3,27 +3,35 @@
 namespace firmlane {
 
 namespace {
-constexpr QSize kWizardSize(760, 540);
+constexpr QSize kWizardSize(780, 560);
 constexpr int kCoverWidth = 164;
+constexpr int kPageLetters = 74;  // the page is at least so many letters wide, so that set lines stay lines
 }  // namespace
 
-void frameWizard(FormWindow& window, QWidget* cover, QLayout* page, QLayout* buttons) {
-  cover->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
-  cover->setFixedWidth(kCoverWidth);
-  page->setContentsMargins(kMargin + 6, kMargin, kMargin, kMargin);
-  buttons->setContentsMargins(kMargin, kSpacing + 2, kMargin, kMargin - 4);
+void frameWizard(FormWindow& window, PictureWidget& cover, QLayout* page, QLayout* buttons) {
+  cover.setFit(PictureFit::Covering);
+  cover.setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Ignored);
+  cover.setFixedWidth(kCoverWidth);
+  page->setContentsMargins(kMargin + 6, kMargin + 2, kMargin + 6, kMargin);
+  buttons->setContentsMargins(kMargin, kSpacing + 2, kMargin + 6, kMargin - 4);
+
+  auto* paper = new QWidget;
+  paper->setBackgroundRole(QPalette::Base);
+  paper->setAutoFillBackground(true);
+  paper->setMinimumWidth(kPageLetters * window.fontMetrics().averageCharWidth());
+  paper->setLayout(page);
 
   auto* upper = spaced(new QHBoxLayout);
   upper->setSpacing(0);
-  upper->addWidget(cover);
-  upper->addLayout(page, 1);
+  upper->addWidget(&cover);
+  upper->addWidget(paper, 1);
 
   auto* whole = spaced(new QVBoxLayout(&window));
   whole->setSpacing(0);
   whole->addLayout(upper, 1);
   whole->addWidget(line());
   whole->addLayout(buttons);
-  window.resize(kWizardSize);
+  window.setUsualSize(kWizardSize);
 }
 
 }  // namespace firmlane

@@ -59,12 +59,18 @@ inline QWidget* written(QWidget* widget, double factor, bool bold = false) {
   return widget;
 }
 
+/// The page's text: a little larger, with air below it.
+inline QWidget* heading(QWidget* widget) {
+  widget->setContentsMargins(0, 0, 0, kSpacing);
+  return written(widget, 1.1);
+}
+
 inline QWidget* dimmed(QWidget* widget) {
   widget->setForegroundRole(QPalette::PlaceholderText);
   return widget;
 }
 
 /// The window's whole content: a picture down the left side, the page beside it, a line, and the buttons below.
-void frameWizard(FormWindow& window, QWidget* cover, QLayout* page, QLayout* buttons);
+void frameWizard(FormWindow& window, PictureWidget& cover, QLayout* page, QLayout* buttons);
 
 }  // namespace firmlane

@@ -24,9 +24,7 @@ QLayout* progress(FormWindow& window) {
 
 void layOutWizard(FormWindow& window, const LayoutContext& /*context*/) {
   auto* cover = static_cast<PictureWidget*>(window["Cover"]);
-  cover->setFit(PictureFit::Covering);
-
-  auto* page = column({written(window["lblMain"], 1.1)});
+  auto* page = column({heading(window["lblMain"])});
   page->addLayout(option(window, "imgDL", "ChkOffline"));
   page->addLayout(option(window, "imgFlash", "chkReceiver"));
   page->addWidget(window.described("VersionList", "Released systems"), 1);
@@ -39,7 +37,7 @@ void layOutWizard(FormWindow& window, const LayoutContext& /*context*/) {
   QWidget* number = dimmed(window["lblPage"]);
   number->setAccessibleName(QStringLiteral("Page"));
   number->setMinimumWidth(40);
-  frameWizard(window, cover, page, row({number, nullptr, window["btnBack"], window["btnNext"], window["cmdQuit"]}));
+  frameWizard(window, *cover, page, row({number, nullptr, window["btnBack"], window["btnNext"], window["cmdQuit"]}));
   window.setDefaultButton("btnNext");
 }
 
