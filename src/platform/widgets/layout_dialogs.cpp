@@ -14,10 +14,11 @@ namespace {
 constexpr int kPorts = 16;
 constexpr int kHintEveryMs = 1500;
 
-QVBoxLayout* dialog(FormWindow& window) {
+QVBoxLayout* dialog(FormWindow& window, int leastWidth = 0) {
   auto* layout = new QVBoxLayout(&window);
   layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
   layout->setSpacing(kSpacing + 2);
+  layout->addStrut(leastWidth);
   return layout;
 }
 
@@ -71,7 +72,7 @@ void layOutVersion(FormWindow& window, const LayoutContext& /*context*/) {
     const char* name;
     const char* value;
   };
-  auto* layout = dialog(window);
+  auto* layout = dialog(window, 360);
   auto* serial = row({written(window["Label1"], 1.1), written(window["lblSN"], 1.1, true)});
   serial->setStretch(1, 1);
   layout->addLayout(serial);
@@ -89,7 +90,6 @@ void layOutVersion(FormWindow& window, const LayoutContext& /*context*/) {
   layout->addLayout(table);
   layout->addStretch();
   layout->addLayout(row({nullptr, window["Command1"]}));
-  window.setMinimumWidth(360);
   window.setDefaultButton("Command1");
 }
 
@@ -101,11 +101,10 @@ void layOutRecover(FormWindow& window, const LayoutContext& /*context*/) {
   auto* upper = row({sign});
   upper->setSpacing(kMargin);
   upper->addLayout(column({heading(window["lblMain"]), window["Label1"]}), 1);
-  auto* layout = dialog(window);
+  auto* layout = dialog(window, 480);
   layout->addLayout(upper, 1);
   layout->addWidget(line());
   layout->addLayout(row({nullptr, window["btnRecover"], window["btnComPort"], window["btnExit"]}));
-  window.setMinimumWidth(480);
   window.setDefaultButton("btnComPort");  // the choice that changes nothing in the unit
 }
 
@@ -118,15 +117,14 @@ void layOutAbout(FormWindow& window, const LayoutContext& /*context*/) {
   auto* upper = row({icon});
   upper->setSpacing(kMargin);
   upper->addLayout(words, 1);
-  auto* layout = dialog(window);
+  auto* layout = dialog(window, 400);
   layout->addLayout(upper, 1);
   layout->addLayout(row({nullptr, window["Command1"]}));
-  window.setMinimumWidth(400);
   window.setDefaultButton("Command1");
 }
 
 void layOutInHouse(FormWindow& window, const LayoutContext& /*context*/) {
-  auto* layout = dialog(window);
+  auto* layout = dialog(window, 340);
   layout->addWidget(written(window["Label1"], 1.1));
   for (int i = 0; i < 6; ++i) {
     layout->addWidget(window["optUP(" + std::to_string(i) + ")"]);
@@ -134,7 +132,6 @@ void layOutInHouse(FormWindow& window, const LayoutContext& /*context*/) {
   layout->addStretch();
   layout->addWidget(window.described("prg", "Progress"));
   layout->addLayout(row({nullptr, window["Command1"]}));
-  window.setMinimumWidth(340);
   window.setDefaultButton("Command1");
 }
 
@@ -143,7 +140,7 @@ void layOutDebug(FormWindow& window, const LayoutContext& /*context*/) {
     const char* name;
     const char* value;
   };
-  auto* layout = dialog(window);
+  auto* layout = dialog(window, 460);
   layout->addWidget(written(window["Label1"], 1.1, true));
   auto* table = spaced(new QGridLayout);
   table->setHorizontalSpacing(24);
@@ -154,14 +151,14 @@ void layOutDebug(FormWindow& window, const LayoutContext& /*context*/) {
     table->addWidget(dimmed(window[name]), next, 0);
     table->addWidget(window[value], next++, 1);
   }
-  table->setColumnStretch(1, 1);
+  table->setColumnStretch(0, 3);
+  table->setColumnStretch(1, 2);
   layout->addLayout(table);
   layout->addStretch();
-  window.setMinimumWidth(460);
 }
 
 void layOutSerial(FormWindow& window, const LayoutContext& /*context*/) {
-  auto* layout = dialog(window);
+  auto* layout = dialog(window, 360);
   layout->addWidget(window["Label1"]);
   auto* number = row({window["Text1"]});
   number->setStretch(0, 1);
@@ -171,7 +168,6 @@ void layOutSerial(FormWindow& window, const LayoutContext& /*context*/) {
   window.nameBy("Label1", "Text1");
   layout->addStretch();
   layout->addLayout(row({nullptr, window["btnOK"], window["btnCancel"]}));
-  window.setMinimumWidth(360);
   window.setDefaultButton("btnOK");
 }
 

@@ -78,9 +78,7 @@ QLayout* factory(FormWindow& window) {
 }  // namespace
 
 void layOutForm1(FormWindow& window, const LayoutContext& /*context*/) {
-  auto* cover = new PictureWidget;
-  cover->setPicture("Form1Cover");
-
+  auto* cover = static_cast<PictureWidget*>(window.described("Image2", "The product"));
   auto* page = column({heading(window["lblTop"]), written(window["lblConnect"], 1.1), written(window["lblStatus"], 1.1)});
   page->addLayout(productButtons(window));
   page->addLayout(taskChoice(window));
@@ -90,7 +88,6 @@ void layOutForm1(FormWindow& window, const LayoutContext& /*context*/) {
   page->addLayout(contactForm(window));
   page->addLayout(framed(window, "frmUC", "Option4", 5));
   page->addLayout(factory(window));
-  page->addWidget(window["Image2"], 0, Qt::AlignLeft);
   page->addStretch(0);
   page->addWidget(window["lblProgressInfo"]);
   page->addWidget(window.described("ProgressBar1", "Progress"));

@@ -8,17 +8,17 @@ constexpr int kCoverWidth = 164;
 constexpr int kPageLetters = 74;  // the page is at least so many letters wide, so that set lines stay lines
 }  // namespace
 
-void frameWizard(FormWindow& window, PictureWidget& cover, QLayout* page, QLayout* buttons) {
+void frameWizard(FormWindow& window, PictureWidget& cover, QVBoxLayout* page, QLayout* buttons) {
   cover.setFit(PictureFit::Covering);
   cover.setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Ignored);
   cover.setFixedWidth(kCoverWidth);
+  page->addStrut(kPageLetters * window.fontMetrics().averageCharWidth());
   page->setContentsMargins(kMargin + 6, kMargin + 2, kMargin + 6, kMargin);
   buttons->setContentsMargins(kMargin, kSpacing + 2, kMargin + 6, kMargin - 4);
 
   auto* paper = new QWidget;
   paper->setBackgroundRole(QPalette::Base);
   paper->setAutoFillBackground(true);
-  paper->setMinimumWidth(kPageLetters * window.fontMetrics().averageCharWidth());
   paper->setLayout(page);
 
   auto* upper = spaced(new QHBoxLayout);

@@ -71,6 +71,6 @@ inline QWidget* dimmed(QWidget* widget) {
 }
 
 /// The window's whole content: a picture down the left side, the page beside it, a line, and the buttons below.
-void frameWizard(FormWindow& window, PictureWidget& cover, QLayout* page, QLayout* buttons);
+void frameWizard(FormWindow& window, PictureWidget& cover, QVBoxLayout* page, QLayout* buttons);
 
 }  // namespace firmlane

@@ -34,7 +34,8 @@ void layOutWizard(FormWindow& window, const LayoutContext& /*context*/) {
   page->addStretch(0);
   page->addLayout(progress(window));
 
-  QWidget* number = dimmed(window["lblPage"]);
+  auto* number = static_cast<QLabel*>(dimmed(window["lblPage"]));
+  number->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   number->setAccessibleName(QStringLiteral("Page"));
   number->setMinimumWidth(40);
   frameWizard(window, *cover, page, row({number, nullptr, window["btnBack"], window["btnNext"], window["cmdQuit"]}));

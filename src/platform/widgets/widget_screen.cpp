@@ -99,7 +99,7 @@ FormWindow& WidgetScreen::windowFor(Form& form) {
 
 /// A dialog stands in the middle of the window it came from; so does a main window that takes another one's place.
 void WidgetScreen::place(FormWindow& window) const {
-  window.adjustSize();
+  window.resize(window.sizeHint().boundedTo(window.screen()->availableSize()));
   const QWidget* below = topWindow(&window);
   const QRect room = window.screen()->availableGeometry();
   const QPoint centre = below == nullptr ? room.center() : below->frameGeometry().center();
