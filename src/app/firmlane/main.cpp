@@ -1,0 +1,42 @@
+// The delivered program: the wizard in its windows. It takes no options.
+#include <QApplication>
+#include <QDesktopServices>
+#include <cstdio>
+
+#include "app/built_in_servers.h"
+#include "app/configured_switches.h"
+#include "app/program.h"
+#include "platform/qt/program_directory.h"
+#include "platform/qt/qt_desktop.h"
+#include "platform/qt/qt_platform.h"
+#include "platform/widgets/pictures.h"
+#include "platform/widgets/widget_screen.h"
+
+using namespace firmlane;
+
+int main(int argc, char** argv) {
+  if (argc > 1) {
+    std::fprintf(stderr, "firmlane takes no options\n");
+    return 2;
+  }
+  const QApplication application(argc, argv);
+  QApplication::setApplicationName(QStringLiteral("firmlane"));
+  QApplication::setWindowIcon(programIcon());
+
+  QtPlatform platform({.directory = programDirectory(), .ports = {}});
+  WidgetScreen screen([&platform](int number) { return platform.ports.hint(number); });
+  QtDesktop desktop(&QDesktopServices::openUrl);
+  Program program({.queue = platform.queue,
+                   .screen = screen,
+                   .mainDriver = platform.mainDriver,
+                   .versionDriver = platform.versionDriver,
+                   .http = platform.http,
+                   .desktop = desktop,
+                   .files = platform.files,
+                   .servers = builtInServers()},
+                  kConfiguredSwitches);
+  screen.attach(program.host());
+  program.start();
+  program.run();
+  return 0;
+}

@@ -1,0 +1,127 @@
+#include "platform/widgets/form_window.h"
+
+#include <QCloseEvent>
+#include <QLabel>
+#include <QLayout>
+#include <QPushButton>
+#include <QScreen>
+#include <algorithm>
+#include <stdexcept>
+
+#include "platform/widgets/display_text.h"
+
+namespace firmlane {
+
+FormWindow::FormWindow(Form& form) : form_(form) {
+  setWindowFlags(Qt::Window | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowMinMaxButtonsHint |
+                 Qt::WindowCloseButtonHint);
+  setObjectName(QString::fromStdString(form.name()));
+}
+
+FormWindow::~FormWindow() = default;
+
+QWidget* FormWindow::operator[](std::string_view name) {
+  Control* control = form_.control(name);
+  if (control == nullptr) {
+    throw std::out_of_range(form_.name() + " has no control " + std::string(name));
+  }
+  return binding(*control).widget();
+}
+
+QWidget* FormWindow::described(std::string_view name, const char* description) {
+  QWidget* widget = (*this)[name];
+  widget->setAccessibleName(QLatin1String(description));
+  return widget;
+}
+
+void FormWindow::nameBy(std::string_view label, std::string_view field) {
+  const auto* text = qobject_cast<QLabel*>((*this)[label]);
+  (*this)[field]->setAccessibleName(text == nullptr ? QString() : text->text());
+}
+
+ControlBinding& FormWindow::binding(Control& control) {
+  if (const auto found = bindings_.find(&control); found != bindings_.end()) {
+    return *found->second;
+  }
+  QWidget* parent = control.frame() == nullptr ? this : binding(*control.frame()).widget();
+  auto made = bindControl(control, parent);
+  made->widget()->setObjectName(QString::fromStdString(control.name()));
+  made->touched = [this, &control] {
+    // Comes with the next change that the screen shows, or with the event that the user has just set off.
+    markStale(control);
+    QMetaObject::invokeMethod(
+        this, [this] { refresh(); }, Qt::QueuedConnection);
+  };
+  made->refresh();
+  if (lastMade_ != nullptr) {
+    setTabOrder(lastMade_, made->widget());
+  }
+  lastMade_ = made->widget();
+  return *bindings_.emplace(&control, std::move(made)).first->second;
+}
+
+void FormWindow::setDefaultButton(std::string_view name) {
+  if (auto* button = qobject_cast<QPushButton*>((*this)[name])) {
+    button->setDefault(true);
+    button->setFocus();
+  }
+}
+
+bool FormWindow::markStale(const Control& control) {
+  const auto found = bindings_.find(&control);
+  if (found == bindings_.end()) {
+    return false;
+  }
+  if (!found->second->stale) {
+    found->second->stale = true;
+    stale_.push_back(found->second.get());
+  }
+  return true;
+}
+
+void FormWindow::refresh() {
+  setWindowTitle(displayText(form_.Caption));
+  if (stale_.empty()) {
+    return;
+  }
+  const std::vector<ControlBinding*> stale = std::exchange(stale_, {});
+  for (ControlBinding* binding : stale) {
+    binding->refresh();
+  }
+  makeRoom();
+}
+
+void FormWindow::refreshAll() {
+  for (const auto& [control, binding] : bindings_) {
+    markStale(*control);
+  }
+  refresh();
+}
+
+/// Wrapped texts need more height than the window's least size knows of. The window grows for them and never shrinks by itself.
+void FormWindow::makeRoom() {
+  if (layout() == nullptr) {
+    return;
+  }
+  layout()->activate();
+  const QSize room = screen()->availableSize();
+  const QSize least = layout()->totalMinimumSize();
+  const int width = std::clamp(std::max(this->width(), least.width()), 0, room.width());
+  const int height = std::max(layout()->hasHeightForWidth() ? layout()->totalHeightForWidth(width) : 0, least.height());
+  if (width > this->width() || height > this->height()) {
+    resize(width, std::min(std::max(height, this->height()), room.height()));
+  }
+}
+
+void FormWindow::reject() {
+  if (escapeCloses_) {
+    form_.host().close(form_);
+  }
+}
+
+void FormWindow::closeEvent(QCloseEvent* event) {
+  event->ignore();  // the form decides, and hides or unloads its window then
+  form_.host().close(form_);
+}
+
+}  // namespace firmlane

@@ -1,0 +1,63 @@
+// The window of one form. It shows the form's controls by widgets where the form's layout has put them, and tells the form host
+// what the user does with the window itself.
+#pragma once
+
+#include <QDialog>
+#include <memory>
+#include <unordered_map>
+#include <vector>
+
+#include "platform/widgets/control_binding.h"
+
+namespace firmlane {
+
+class FormWindow : public QDialog {
+ public:
+  explicit FormWindow(Form& form);
+  ~FormWindow() override;
+
+  [[nodiscard]] Form& form() const { return form_; }
+
+  /// The widget of the control of that name; made when it is first asked for, in the order in which Tab goes round. Controls that
+  /// nobody asks for have none. Throws std::out_of_range when the form has no such control.
+  QWidget* operator[](std::string_view name);
+  /// As above, for a control that has no text of its own to be told by: `description` is what a screen reader says.
+  QWidget* described(std::string_view name, const char* description);
+  /// The label becomes the name of the field that it stands at.
+  void nameBy(std::string_view label, std::string_view field);
+  /// Whether the form has a control of that name.
+  [[nodiscard]] bool has(std::string_view name) const { return form_.control(name) != nullptr; }
+
+  /// The button that Return presses; it has the focus when the window comes up.
+  void setDefaultButton(std::string_view name);
+  /// Whether Esc closes the window: that of a dialog does.
+  void setEscapeCloses(bool closes) { escapeCloses_ = closes; }
+
+  /// The size in which the window comes up, if it needs no more.
+  void setUsualSize(QSize size) { usualSize_ = size; }
+  [[nodiscard]] QSize sizeHint() const override { return QDialog::sizeHint().expandedTo(usualSize_); }
+
+  /// Marks a control as changed; false when this window does not show it.
+  bool markStale(const Control& control);
+  /// Brings what has changed up to date, and the window's own title.
+  void refresh();
+  void refreshAll();
+
+  void reject() override;
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+
+ private:
+  ControlBinding& binding(Control& control);
+  void makeRoom();
+
+  Form& form_;
+  std::unordered_map<const Control*, std::unique_ptr<ControlBinding>> bindings_;
+  std::vector<ControlBinding*> stale_;
+  QWidget* lastMade_ = nullptr;
+  bool escapeCloses_ = false;
+  QSize usualSize_;
+};
+
+}  // namespace firmlane

@@ -1,0 +1,174 @@
+// The dialogs and the factory's panels.
+#include <QStyle>
+#include <QTimer>
+#include <vector>
+
+#include "platform/widgets/display_text.h"
+#include "platform/widgets/form_layouts.h"
+#include "platform/widgets/layout_parts.h"
+
+namespace firmlane {
+
+namespace {
+
+constexpr int kPorts = 16;
+constexpr int kHintEveryMs = 1500;
+
+QVBoxLayout* dialog(FormWindow& window, int leastWidth = 0) {
+  auto* layout = new QVBoxLayout(&window);
+  layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+  layout->setSpacing(kSpacing + 2);
+  layout->addStrut(leastWidth);
+  return layout;
+}
+
+/// Tells the devices that the numbers stand for, and looks them up anew as adapters come and go.
+void keepHints(FormWindow& window, const LayoutContext& context, std::vector<Remark*> remarks) {
+  const auto show = [remarks = std::move(remarks), hint = context.portHint] {
+    int number = 1;
+    for (Remark* remark : remarks) {
+      const std::string device = hint ? hint(number) : std::string();
+      remark->setRemark(device.empty() ? QStringLiteral("no device") : displayText(device));
+      ++number;
+    }
+  };
+  show();
+  auto* again = new QTimer(&window);
+  QObject::connect(again, &QTimer::timeout, &window, show);
+  again->start(kHintEveryMs);
+}
+
+}  // namespace
+
+void layOutPort(FormWindow& window, const LayoutContext& context) {
+  auto* layout = dialog(window);
+  for (const char* name : {"Command2", "Command3"}) {
+    QWidget* button = written(window[name], 1.05);
+    button->setMinimumSize(260, 38);
+    layout->addWidget(button);
+  }
+  layout->addWidget(written(window["Label1"], 1.05, true));
+  auto* grid = spaced(new QGridLayout);
+  grid->setHorizontalSpacing(14);
+  grid->setVerticalSpacing(4);
+  constexpr int kRows = kPorts / 2;
+  std::vector<Remark*> remarks;
+  for (int i = 0; i < kPorts; ++i) {
+    QWidget* option = window["Option1(" + std::to_string(i) + ")"];
+    grid->addWidget(option, i % kRows, 2 * (i / kRows));
+    grid->addWidget(remarks.emplace_back(new Remark(*option)), i % kRows, 2 * (i / kRows) + 1);
+  }
+  grid->setColumnStretch(1, 1);
+  grid->setColumnStretch(3, 1);
+  layout->addLayout(grid);
+  layout->addStretch();
+  layout->addLayout(row({nullptr, window["Command1"]}));
+  keepHints(window, context, std::move(remarks));
+  window.setDefaultButton("Command2");
+}
+
+void layOutVersion(FormWindow& window, const LayoutContext& /*context*/) {
+  struct Row {
+    const char* name;
+    const char* value;
+  };
+  auto* layout = dialog(window, 360);
+  auto* serial = row({written(window["Label1"], 1.1), written(window["lblSN"], 1.1, true)});
+  serial->setStretch(1, 1);
+  layout->addLayout(serial);
+  layout->addWidget(line());
+  auto* table = spaced(new QGridLayout);
+  table->setHorizontalSpacing(40);
+  table->addWidget(dimmed(window["Label2"]), 0, 0);
+  table->addWidget(dimmed(window["Label3"]), 0, 1);
+  int next = 1;
+  for (const auto& [name, value] : {Row{"Label4", "lblHub"}, Row{"Label5", "lblDSP"}, Row{"Label6", "lblRF1"},
+                                    Row{"Label7", "lblRF2"}, Row{"Label8", "lblFront"}}) {
+    table->addWidget(window[name], next, 0);
+    table->addWidget(written(window[value], 1.0, true), next++, 1);
+  }
+  layout->addLayout(table);
+  layout->addStretch();
+  layout->addLayout(row({nullptr, window["Command1"]}));
+  window.setDefaultButton("Command1");
+}
+
+void layOutRecover(FormWindow& window, const LayoutContext& /*context*/) {
+  auto* sign = new QLabel;
+  const int side = window.style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, &window);
+  sign->setPixmap(window.style()->standardIcon(QStyle::SP_MessageBoxWarning, nullptr, &window).pixmap(side));
+  sign->setAlignment(Qt::AlignTop);
+  auto* upper = row({sign});
+  upper->setSpacing(kMargin);
+  upper->addLayout(column({heading(window["lblMain"]), window["Label1"]}), 1);
+  auto* layout = dialog(window, 480);
+  layout->addLayout(upper, 1);
+  layout->addWidget(line());
+  layout->addLayout(row({nullptr, window["btnRecover"], window["btnComPort"], window["btnExit"]}));
+  window.setDefaultButton("btnComPort");  // the choice that changes nothing in the unit
+}
+
+void layOutAbout(FormWindow& window, const LayoutContext& /*context*/) {
+  auto* icon = new PictureWidget;
+  icon->setPicture("firmlane");
+  icon->setFixedSize(72, 72);
+  auto* words = column({written(window["lblVersion"], 1.15, true), dimmed(window["lblCopyright"])});
+  words->addStretch();
+  auto* upper = row({icon});
+  upper->setSpacing(kMargin);
+  upper->addLayout(words, 1);
+  auto* layout = dialog(window, 400);
+  layout->addLayout(upper, 1);
+  layout->addLayout(row({nullptr, window["Command1"]}));
+  window.setDefaultButton("Command1");
+}
+
+void layOutInHouse(FormWindow& window, const LayoutContext& /*context*/) {
+  auto* layout = dialog(window, 340);
+  layout->addWidget(written(window["Label1"], 1.1));
+  for (int i = 0; i < 6; ++i) {
+    layout->addWidget(window["optUP(" + std::to_string(i) + ")"]);
+  }
+  layout->addStretch();
+  layout->addWidget(window.described("prg", "Progress"));
+  layout->addLayout(row({nullptr, window["Command1"]}));
+  window.setDefaultButton("Command1");
+}
+
+void layOutDebug(FormWindow& window, const LayoutContext& /*context*/) {
+  struct Row {
+    const char* name;
+    const char* value;
+  };
+  auto* layout = dialog(window, 460);
+  layout->addWidget(written(window["Label1"], 1.1, true));
+  auto* table = spaced(new QGridLayout);
+  table->setHorizontalSpacing(24);
+  int next = 0;
+  for (const auto& [name, value] :
+       {Row{"Label2", "lblStage"}, Row{"Label3", "lblBytes"}, Row{"Label4", "lblErrors"}, Row{"Label5", "LblL1"},
+        Row{"Label6", "lblL2"}, Row{"Label7", "lblHI"}, Row{"Label8", "lblHIR"}}) {
+    table->addWidget(dimmed(window[name]), next, 0);
+    table->addWidget(window[value], next++, 1);
+  }
+  table->setColumnStretch(0, 3);
+  table->setColumnStretch(1, 2);
+  layout->addLayout(table);
+  layout->addStretch();
+}
+
+void layOutSerial(FormWindow& window, const LayoutContext& /*context*/) {
+  auto* layout = dialog(window, 360);
+  layout->addWidget(window["Label1"]);
+  auto* number = row({window["Text1"]});
+  number->setStretch(0, 1);
+  auto* steps = column({window["btnUp"], window["btnDown"]});
+  number->addLayout(steps);
+  layout->addLayout(number);
+  window.nameBy("Label1", "Text1");
+  layout->addStretch();
+  layout->addLayout(row({nullptr, window["btnOK"], window["btnCancel"]}));
+  window.setDefaultButton("btnOK");
+}
+
+}  // namespace firmlane

@@ -1,0 +1,62 @@
+// The forms in real windows. The screen owns no value: it shows what the forms hold and tells the form host what the user does.
+// Its slots run no handler.
+#pragma once
+
+#include <QElapsedTimer>
+#include <QMessageBox>
+#include <QTimer>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+
+#include "platform/screen.h"
+#include "platform/widgets/form_window.h"
+
+namespace firmlane {
+
+class WidgetScreen : public Screen {
+ public:
+  /// `portHint` gives the text beside a port number, empty for a number without hardware. Needs a QApplication.
+  explicit WidgetScreen(std::function<std::string(int)> portHint);
+  ~WidgetScreen() override;
+  WidgetScreen(const WidgetScreen&) = delete;
+  WidgetScreen& operator=(const WidgetScreen&) = delete;
+
+  /// The host whose message boxes this screen shows. Before the program starts.
+  void attach(FormHost& host) { host_ = &host; }
+
+  /// Brings all windows up to date at once; else changes are gathered for a sixtieth of a second.
+  void refresh();
+
+  /// The window of a form that is on screen, or null. For screenshots and tests.
+  [[nodiscard]] FormWindow* window(const Form& form) const;
+  [[nodiscard]] QMessageBox* box() const { return box_.get(); }
+
+  void formShown(Form& form, bool modal) override;
+  void formHidden(Form& form) override;
+  void formUnloaded(Form& form) override;
+  void formChanged(Form& form) override;
+  void controlChanged(Control& control) override;
+  void messageBoxShown(const MessageBox& box) override;
+  void messageBoxClosed() override;
+  void setPointer(Pointer pointer) override;
+  [[nodiscard]] ScreenSize size() const override;
+
+ private:
+  FormWindow& windowFor(Form& form);
+  void place(FormWindow& window) const;
+  [[nodiscard]] QWidget* topWindow(const QWidget* except) const;
+  void gather();
+  void showPointer() const;
+
+  std::function<std::string(int)> portHint_;
+  FormHost* host_ = nullptr;
+  std::map<const Form*, std::unique_ptr<FormWindow>> windows_;
+  std::unique_ptr<QMessageBox> box_;
+  Pointer pointer_ = Pointer::Normal;
+  QTimer gathering_;
+  QElapsedTimer sinceRefresh_;
+};
+
+}  // namespace firmlane
