@@ -20,7 +20,6 @@ constexpr std::size_t kLengthAt = 8;
 constexpr std::size_t kHeadSize = 12;
 constexpr std::size_t kNumberSize = 4;
 constexpr std::size_t kLargestFirmware = 4U << 20U;
-constexpr std::size_t kLargestFront = 8190;
 
 enum class FileForm { Raw, Records, DigitText };
 
@@ -159,7 +158,7 @@ std::size_t usualImageSize(ImageKind kind) { return rowOf(kind).usualSize; }
 
 Bytes imageFile(ImageKind kind, const Version& version, std::size_t size) {
   const bool front = kind == ImageKind::WirelessFront || kind == ImageKind::Velarc2Front;
-  if (front && size > kLargestFront) {
+  if (front && size > kLargestFrontImage) {
     throw Failure(failure_number::kInvalidArgument, "A front panel takes images of at most 8190 bytes");
   }
   const Bytes code = makeFirmware(kind, version, size);

@@ -40,6 +40,8 @@ std::string versionText(const Version& version, int numbers);
 
 /// The smallest image: its head, its check value, and room for the vector table of a front panel.
 inline constexpr std::size_t kSmallestFirmware = 64;
+/// The largest image that a front panel takes.
+inline constexpr std::size_t kLargestFrontImage = 8190;
 
 /// The code of an image. The same arguments give the same bytes. Throws Failure for a size below kSmallestFirmware.
 Bytes makeFirmware(ImageKind kind, const Version& version, std::size_t size);
@@ -59,7 +61,7 @@ FirmwareCheck checkFirmware(ByteSpan code, ImageKind kind);
 std::string imageFileName(ImageKind kind);
 /// The file's content: raw code, S-record text with CR LF line ends, or the digit text of a wireless front panel.
 Bytes imageFile(ImageKind kind, const Version& version, std::size_t size);
-/// A size that is quick to send and still shows progress; front panels take at most 8190 bytes.
+/// A size that is quick to send and still shows progress.
 std::size_t usualImageSize(ImageKind kind);
 /// Writes the image file into a directory under its name.
 void writeImage(const std::filesystem::path& directory, ImageKind kind, const Version& version, std::size_t size);
