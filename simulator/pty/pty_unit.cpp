@@ -9,11 +9,14 @@ namespace firmlane::sim {
 namespace {
 constexpr int kBitsPerByte = 10;
 constexpr std::chrono::milliseconds kReopenWatch{5};
+// However fast the unit's time runs, a program that shares a busy machine may halt for this long without breaking off.
+constexpr Micros kLeastSilence = 250 * kMillisecond;
 }  // namespace
 
 PtyUnit::PtyUnit(const UnitModel& model, double timeScale)
     : timeScale_(timeScale), notifier_(terminal_.descriptor(), QSocketNotifier::Read), unit(model, *this, *this) {
   clock_.start();
+  unit.timing.leastSilence = std::llround(static_cast<double>(kLeastSilence) * timeScale);
   notifier_.setEnabled(false);
   connect(&notifier_, &QSocketNotifier::activated, this, &PtyUnit::listen);
   reopenWatch_.setTimerType(Qt::PreciseTimer);

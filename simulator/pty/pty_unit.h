@@ -17,6 +17,8 @@ class PtyUnit : public QObject, private UnitLine, private UnitClock {
   /// `timeScale`: the unit's time, its bytes' included, runs this many times as fast. Throws Failure without a pseudo-terminal.
   explicit PtyUnit(const UnitModel& model, double timeScale = 1);
   ~PtyUnit() override;
+  PtyUnit(const PtyUnit&) = delete;
+  PtyUnit& operator=(const PtyUnit&) = delete;
 
   /// The device that the program opens.
   [[nodiscard]] const std::string& path() const { return terminal_.path(); }

@@ -1,5 +1,7 @@
 #include "units/unit.h"
 
+#include <algorithm>
+
 #include "units/running_unit.h"
 
 namespace firmlane::sim {
@@ -238,7 +240,7 @@ void Unit::hearTransfer(std::uint8_t byte, const LineSettings& programEnd) {
   }
   lastHeard_ = clock_.now();
   if (state_.received++ == 0) {
-    watchSilence(loader_->silenceLimit());
+    watchSilence(silenceLimit());
   }
   const LoaderWish wish = loader_->take(byte);
   if (state_.received % kBytesPerChange == 0) {
@@ -268,7 +270,7 @@ void Unit::watchSilence(Micros span) {
     if (dead_ || complete_) {
       return;
     }
-    const Micros left = loader_->silenceLimit() - (clock_.now() - lastHeard_);
+    const Micros left = silenceLimit() - (clock_.now() - lastHeard_);
     if (left > 0) {
       watchSilence(left);
       return;
@@ -277,6 +279,8 @@ void Unit::watchSilence(Micros span) {
     finishTransfer();
   });
 }
+
+Micros Unit::silenceLimit() const { return std::max(loader_->silenceLimit(), timing.leastSilence); }
 
 void Unit::grant(LoaderWish wish) {
   if (dead_ || wish == LoaderWish::More) {

@@ -28,6 +28,8 @@ struct UnitTiming {
   Micros verdict = 500 * kMillisecond;  // from the last byte of an image
   /// Time to erase in place of the processor's own, when above 0.
   Micros erase = 0;
+  /// A stream counts as broken off after its loader's own span of silence, and never before this one.
+  Micros leastSilence = 0;
 };
 
 /// Something worth telling, as it happens. `what` is one of "power", "phase", "verdict", "stored", "complaint".
@@ -92,6 +94,7 @@ class Unit {
   void hearTransfer(std::uint8_t byte, const LineSettings& programEnd);
   void meetFaultsInStream();
   void watchSilence(Micros span);
+  [[nodiscard]] Micros silenceLimit() const;
   void grant(LoaderWish wish);
   void finishTransfer();
   void judge();
