@@ -19,6 +19,9 @@ PtyUnit::PtyUnit(const UnitModel& model, double timeScale)
   unit.timing.leastSilence = std::llround(static_cast<double>(kLeastSilence) * timeScale);
   notifier_.setEnabled(false);
   connect(&notifier_, &QSocketNotifier::activated, this, &PtyUnit::listen);
+  alarm_.setSingleShot(true);
+  alarm_.setTimerType(Qt::PreciseTimer);
+  alarm_.callOnTimeout(this, &PtyUnit::runDue);
   reopenWatch_.setTimerType(Qt::PreciseTimer);
   reopenWatch_.callOnTimeout(this, &PtyUnit::watchForProgram);
   reopenWatch_.start(kReopenWatch);
@@ -77,10 +80,24 @@ std::optional<LineSettings> PtyUnit::programEnd() const {
 Micros PtyUnit::now() const { return std::llround(static_cast<double>(clock_.nsecsElapsed()) * timeScale_ / 1000); }
 
 void PtyUnit::after(Micros span, std::function<void()> action) {
-  // Rounded up: an action that ran early would find its time not come and plan itself again and again.
-  const auto milliseconds = static_cast<std::int64_t>(std::ceil(static_cast<double>(span) / timeScale_ / kMillisecond));
-  QTimer::singleShot(std::chrono::milliseconds(std::max<std::int64_t>(milliseconds, 0)), Qt::PreciseTimer, this,
-                     std::move(action));
+  planned_.emplace(now() + span, std::move(action));
+  setAlarm();
+}
+
+void PtyUnit::runDue() {
+  while (!planned_.empty() && planned_.begin()->first <= now()) {
+    const auto due = planned_.extract(planned_.begin());
+    due.mapped()();
+  }
+  setAlarm();
+}
+
+void PtyUnit::setAlarm() {
+  if (planned_.empty()) {
+    return;
+  }
+  const double left = static_cast<double>(planned_.begin()->first - now()) / timeScale_ / kMillisecond;
+  alarm_.start(std::chrono::milliseconds(std::max<std::int64_t>(std::llround(std::ceil(left)), 0)));
 }
 
 }  // namespace firmlane::sim

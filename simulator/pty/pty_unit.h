@@ -6,6 +6,8 @@
 #include <QObject>
 #include <QSocketNotifier>
 #include <QTimer>
+#include <functional>
+#include <map>
 
 #include "pty/pseudo_terminal.h"
 #include "units/unit.h"
@@ -31,11 +33,15 @@ class PtyUnit : public QObject, private UnitLine, private UnitClock {
   [[nodiscard]] std::optional<LineSettings> programEnd() const override;
   [[nodiscard]] Micros now() const override;
   void after(Micros span, std::function<void()> action) override;
+  void runDue();
+  void setAlarm();
 
   PseudoTerminal terminal_;
   double timeScale_;
   QElapsedTimer clock_;
   QSocketNotifier notifier_;
+  std::multimap<Micros, std::function<void()>> planned_;
+  QTimer alarm_;           // for the first of them
   QTimer reopenWatch_;     // no notifier tells that a program opens the device
   Micros lineFreeAt_ = 0;  // when the last byte under way will have arrived
   bool held_ = false;

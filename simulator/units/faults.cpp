@@ -65,4 +65,18 @@ std::string faultsText(const Faults& faults) {
   return text;
 }
 
+void spoilFrame(Bytes& frame, std::size_t checksumAt, const Faults& faults, std::minstd_rand& random) {
+  constexpr unsigned kMostNoise = 8;
+  if (faults.wrongChecksum) {
+    frame[checksumAt] = static_cast<std::uint8_t>((frame[checksumAt] + 1) & 0x7F);
+  }
+  if (faults.noise) {
+    Bytes noise(1 + random() % kMostNoise);
+    for (std::uint8_t& byte : noise) {
+      byte = static_cast<std::uint8_t>(random());
+    }
+    frame.insert(frame.begin(), noise.begin(), noise.end());
+  }
+}
+
 }  // namespace firmlane::sim

@@ -1,9 +1,12 @@
 // Ways in which a unit misbehaves on request.
 #pragma once
 
+#include <random>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "platform/bytes.h"
 
 namespace firmlane::sim {
 
@@ -30,5 +33,8 @@ bool setFault(Faults& faults, std::string_view name);
 std::vector<std::string_view> faultNames();
 /// The names of the faults that are set, joined by blanks.
 std::string faultsText(const Faults& faults);
+
+/// Does to a frame what the faults wrong-checksum and noise say. `checksumAt` is the checksum's index.
+void spoilFrame(Bytes& frame, std::size_t checksumAt, const Faults& faults, std::minstd_rand& random);
 
 }  // namespace firmlane::sim

@@ -161,7 +161,7 @@ Bytes imageFile(ImageKind kind, const Version& version, std::size_t size) {
   if (front && size > kLargestFrontImage) {
     throw Failure(failure_number::kInvalidArgument, "A front panel takes images of at most 8190 bytes");
   }
-  const Bytes code = makeFirmware(kind, version, size);
+  Bytes code = makeFirmware(kind, version, size);
   switch (rowOf(kind).form) {
     case FileForm::Records:
       return writeRecords(code);

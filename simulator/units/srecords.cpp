@@ -108,7 +108,7 @@ Bytes writeDigitText(ByteSpan code) {
   Bytes text;
   for (const std::uint8_t byte : code) {
     for (const std::uint8_t nibble : {static_cast<std::uint8_t>(byte >> 4U), static_cast<std::uint8_t>(byte & 0x0FU)}) {
-      const int character = kHexDigits[nibble];
+      const int character = static_cast<unsigned char>(kHexDigits[nibble]);
       text.push_back(static_cast<std::uint8_t>('0' + character / 10));
       text.push_back(static_cast<std::uint8_t>('0' + character % 10));
     }

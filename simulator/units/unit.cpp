@@ -351,17 +351,7 @@ void Unit::report(std::uint8_t subCode) { sendFrame(FrameEnd::Boot, 0, kReport, 
 
 void Unit::sendFrame(FrameEnd end, std::int32_t address, std::uint8_t code, ByteSpan data) {
   Bytes frame = unitFrame(end, address, code, data);
-  if (faults.wrongChecksum) {
-    std::uint8_t& checksum = frame[frame.size() - (end == FrameEnd::Boot ? 3 : 2)];
-    checksum = static_cast<std::uint8_t>((checksum + 1) & 0x7F);
-  }
-  if (faults.noise) {
-    Bytes noise(1 + random_() % 8);
-    for (std::uint8_t& byte : noise) {
-      byte = static_cast<std::uint8_t>(random_());
-    }
-    frame.insert(frame.begin(), noise.begin(), noise.end());
-  }
+  spoilFrame(frame, frame.size() - (end == FrameEnd::Boot ? 3 : 2), faults, random_);
   send(std::move(frame));
 }
 

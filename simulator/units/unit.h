@@ -43,6 +43,7 @@ class Unit {
  public:
   /// The line and the clock must outlive the unit.
   Unit(const UnitModel& model, UnitLine& line, UnitClock& clock);
+  ~Unit() = default;
   Unit(const Unit&) = delete;
   Unit& operator=(const Unit&) = delete;
 
