@@ -1,0 +1,32 @@
+// The command line of firmlane-simulator.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "units/unit.h"
+
+namespace firmlane::sim {
+
+struct SimulatorOptions {
+  const UnitModel* model = nullptr;  // null: no unit, only images
+  std::string link;
+  double timeScale = 1;
+  Faults faults;
+  bool startsOff = false;
+  std::string directory = ".";
+  std::optional<Version> images;
+  std::size_t imageSize = 0;  // 0: the usual size of each
+  bool help = false;
+};
+
+/// Reads the arguments behind the program's name. Throws Failure, with a line for the user, for a wrong one.
+SimulatorOptions readOptions(const std::vector<std::string>& arguments);
+/// What --help prints.
+std::string usage();
+
+/// Writes the image files that the options ask for: those of the unit, or without a unit those of all models.
+void writeImages(const SimulatorOptions& options);
+
+}  // namespace firmlane::sim

@@ -1,0 +1,82 @@
+#include "units/faults.h"
+
+#include <array>
+
+namespace firmlane::sim {
+
+namespace {
+
+struct FaultName {
+  std::string_view name;
+  bool Faults::*field;
+};
+
+constexpr std::array<FaultName, 13> kFaults = {{
+    {"silent", &Faults::silent},
+    {"wrong-checksum", &Faults::wrongChecksum},
+    {"late-answer", &Faults::lateAnswer},
+    {"late-erase", &Faults::lateErase},
+    {"late-verdict", &Faults::lateVerdict},
+    {"refuses", &Faults::refuses},
+    {"refuses-erase", &Faults::refusesErase},
+    {"drops-acknowledgements", &Faults::dropsAcknowledgements},
+    {"dies", &Faults::diesInStream},
+    {"early-verdict", &Faults::earlyVerdict},
+    {"no-verdict", &Faults::noVerdict},
+    {"holds-line", &Faults::holdsLine},
+    {"noise", &Faults::noise},
+}};
+
+}  // namespace
+
+bool setFault(Faults& faults, std::string_view name) {
+  if (name == "none") {
+    faults = Faults{};
+    return true;
+  }
+  if (name == "late") {
+    faults.lateAnswer = faults.lateErase = faults.lateVerdict = true;
+    return true;
+  }
+  for (const FaultName& fault : kFaults) {
+    if (fault.name == name) {
+      faults.*fault.field = true;
+      return true;
+    }
+  }
+  return false;
+}
+
+std::vector<std::string_view> faultNames() {
+  std::vector<std::string_view> names = {"none", "late"};
+  for (const FaultName& fault : kFaults) {
+    names.push_back(fault.name);
+  }
+  return names;
+}
+
+std::string faultsText(const Faults& faults) {
+  std::string text;
+  for (const FaultName& fault : kFaults) {
+    if (faults.*fault.field) {
+      text += (text.empty() ? "" : " ") + std::string(fault.name);
+    }
+  }
+  return text;
+}
+
+void spoilFrame(Bytes& frame, std::size_t checksumAt, const Faults& faults, std::minstd_rand& random) {
+  constexpr unsigned kMostNoise = 8;
+  if (faults.wrongChecksum) {
+    frame[checksumAt] = static_cast<std::uint8_t>((frame[checksumAt] + 1) & 0x7F);
+  }
+  if (faults.noise) {
+    Bytes noise(1 + random() % kMostNoise);
+    for (std::uint8_t& byte : noise) {
+      byte = static_cast<std::uint8_t>(random());
+    }
+    frame.insert(frame.begin(), noise.begin(), noise.end());
+  }
+}
+
+}  // namespace firmlane::sim
