@@ -117,6 +117,10 @@ void AutoWizard::takeListOfSystems() {
   if (!waiting_ || !pressNextOfForm1()) {
     return;
   }
+  table_.LoadVersionList();
+  if (state_.VersionPicked && state_.SelectedSystem < form_.VersionList.ListCount()) {
+    form_.VersionList.ListIndex = state_.SelectedSystem;  // an earlier pick still holds; the user is to see which
+  }
   offerSystems();
   while (!state_.VersionPicked) {
     queue.WaitEvents();
@@ -141,7 +145,7 @@ bool AutoWizard::pressNextOfForm1() {
 
 void AutoWizard::offerSystems() {
   texts_.LoadGotVersionsMsg();
-  table_.LoadVersionList();
+  form_.VersionList.Show();
   form_.btnRelNote.Show();
 }
 
