@@ -28,7 +28,10 @@ void Supervision::onWatchdog() {
     state_.TimedOut = true;
   }
   if (Sending) {
-    showProgress(percentSent(1));
+    // Of an image without bytes there is nothing to show; the tick must not fail for it, again and again.
+    if (BytesTotal > 0) {
+      showProgress(percentSent(1));
+    }
     queue_.PumpEvents();
   }
 }
@@ -59,9 +62,19 @@ int Supervision::percentSent(int factor) const {
   return static_cast<int>(std::int64_t{BytesSent} * factor * kFull / BytesTotal);
 }
 
-void Supervision::showProgress(int percent) {
+void Supervision::beginSending(std::int32_t total) {
+  BytesSent = 0;
+  BytesTotal = total;
+  Sending = true;
+}
+
+void Supervision::showPercentText(int percent) {
   state_.ProgressPercent = static_cast<std::int16_t>(percent);
   form1_.lblProgressInfo.Caption = "Programmed " + std::to_string(BytesSent) + " bytes (" + std::to_string(percent) + "%)";
+}
+
+void Supervision::showProgress(int percent) {
+  showPercentText(percent);
   wizard_.setBar(percent);
 }
 

@@ -28,6 +28,9 @@ class Supervision {
   /// Starts counting anew towards `limit` ticks. TimedOut stays as it is.
   void setLimit(int limit);
 
+  /// An image or a stream of `total` bytes (for front panels, digits) begins: nothing of it is sent yet.
+  void beginSending(std::int32_t total);
+
   /// Shows BytesSent and the percentage of BytesTotal, then makes one pass of the event queue. Throws Failure when BytesTotal is
   /// 0.
   void UpdateProgress();
@@ -37,7 +40,9 @@ class Supervision {
   [[nodiscard]] int percentSent(int factor) const;
   /// 4 when FlashTarget is a front panel, else 1.
   [[nodiscard]] int progressFactor() const;
-  /// "Programmed ", BytesSent, " bytes (", `percent`, "%)" and the bar at that value, mirrored.
+  /// "Programmed ", BytesSent, " bytes (", `percent`, "%)".
+  void showPercentText(int percent);
+  /// That text, and the bar at that value, mirrored.
   void showProgress(int percent);
 
  private:

@@ -1,0 +1,194 @@
+#include "flash/flash_run.h"
+
+#include "flash/silence_limit.h"
+#include "flash/targets.h"
+
+namespace firmlane {
+
+namespace {
+
+constexpr std::int16_t kErasing = 1;
+constexpr std::int16_t kErased = 2;
+constexpr std::int16_t kFinished = 3;
+
+constexpr int kAnnounceLimit = 20;
+constexpr int kStreamLimit = 180;
+constexpr int kSecondTicks = 1000;
+constexpr int kSlowBarInterval = 1500;
+constexpr int kFrameSize = 9;
+
+constexpr const char* kCorruptFlash =
+    "Your receiver may have corrupt flash memory.\r\n\r\nPlease turn it off, click OK and then turn it back on to try again.";
+constexpr const char* kPortBusy =
+    "Your Serial Port is already open, please close your remote software if it is open and try again";
+
+}  // namespace
+
+void FlashRun::ConnectVelarc() {
+  setUpLink();
+  if (port_.IsOpen()) {
+    host_.showMessage(kPortBusy);
+    return;
+  }
+  openPort();
+  runStates();
+}
+
+void FlashRun::runStates() {
+  while (!awaitAnnouncement()) {
+    if (state_.ProductCode == "VC") {
+      return outcomes_.StoppedResponding();
+    }
+    if (state_.LegacyLink) {
+      return outcomes_.NoConnection();
+    }
+    offerSecondChance();
+  }
+  if (!awaitErase()) {
+    return outcomes_.StoppedResponding();
+  }
+  if (state_.FlashPhase == kErased) {
+    program();
+  }
+  awaitVerdict();
+  if (state_.TimedOut) {
+    return outcomes_.NoVerdict();
+  }
+  if (state_.FlashPhase != kFinished) {
+    return outcomes_.Undecided();
+  }
+  return receivePath_.FlashSucceeded ? outcomes_.Succeeded() : outcomes_.Refused();
+}
+
+void FlashRun::setUpLink() {
+  supervision_.BarValue = 0;
+  state_.ProgressPercent = 0;
+  state_.TimedOut = false;
+  supervision_.setLimit(kAnnounceLimit);
+  receivePath_.WantAnswered = false;
+  receivePath_.RxBuffer.clear();
+  port_.setNumber(state_.ComPort);
+  const LinkRule link = linkFor(state_);
+  if (link.settings != nullptr) {
+    port_.setSettings(link.settings);
+  }
+  if (link.outBuffer > 0) {
+    port_.setOutBufferSize(link.outBuffer);
+  }
+  port_.setHandshake(Handshake::None);
+  port_.setReceiveThreshold(kFrameSize);
+}
+
+void FlashRun::openPort() {
+  port_.Open();
+  port_.Read();
+}
+
+/// Returns whether the unit has announced itself and was answered.
+bool FlashRun::awaitAnnouncement() {
+  notes_.stage("Waiting for Receiver Response");
+  notes_.bytes(0);
+  form1_.Watchdog.start(kSecondTicks);
+  form1_.Timer1.setInterval(kSlowBarInterval);
+  state_.ImageDone = false;
+  while (!receivePath_.WantAnswered && !state_.TimedOut) {
+    host_.queue().WaitEvents();
+  }
+  return !state_.TimedOut;
+}
+
+void FlashRun::offerSecondChance() {
+  host_.showMessage(kCorruptFlash);
+  state_.LegacyLink = true;
+  port_.setSettings("9600,N,8,1");
+  state_.TimedOut = false;
+  supervision_.WatchdogTicks = 0;
+  frmAuto_.lblMain.Caption = "Now Programming Processor " + std::string(processorNumber(state_.FlashTarget));
+  for (CheckBox* check : frmAuto_.checks()) {
+    check->Value = 0;
+  }
+}
+
+/// Returns whether the unit has said anything in time.
+bool FlashRun::awaitErase() {
+  enterErase();
+  while (state_.FlashPhase == kErasing && !state_.TimedOut) {
+    host_.queue().WaitEvents();
+  }
+  return !state_.TimedOut;
+}
+
+void FlashRun::enterErase() {
+  notes_.note("Got Response from Receiver", 0, "About to Start Communications with Receiver");
+  form1_.ProgressBar1.Value = 0;
+  form1_.ProgressBar1.Show();
+  receivePath_.ExpectFrameEnd = true;
+  form1_.Watchdog.setEnabled(true);
+  form1_.Timer1.start(eraseBarIntervalFor(state_));
+  supervision_.setLimit(eraseLimitFor(state_));
+  wizard_.mirrorBar();
+  receivePath_.RxBuffer.clear();
+  form1_.lblTop.Caption = "Connected to " + unitName(state_) + ", now erasing FLASH Memory...";
+  setWizardReset("Erasing Flash Memory...");
+  form1_.Command3.Disable();
+  supervision_.BarValue = 0;
+  state_.FlashPhase = kErasing;
+  notes_.stage("Waiting for Erased Confirmation");
+}
+
+void FlashRun::program() {
+  enterProgram();
+  if (state_.ProductCode == "VC" && !state_.UnitIsVrc2) {
+    processors_.ProgramFlash();
+    return;
+  }
+  advanceOverallStep(wizard_);
+  sendImage();
+}
+
+void FlashRun::enterProgram() {
+  notes_.stage("Starting to Program Front");
+  setWizardReset("Programming Flash Memory...");
+  receivePath_.ExpectFrameEnd = false;
+  form1_.Watchdog.setEnabled(true);
+  form1_.Timer1.stop();
+  supervision_.setLimit(kStreamLimit);
+  wizard_.setBar(0);
+  receivePath_.RxBuffer.clear();
+  form1_.lblTop.Caption = "Connected to unit, now erasing FLASH Memory...";
+  form1_.Command3.Disable();
+  supervision_.BarValue = 0;
+}
+
+void FlashRun::sendImage() {
+  switch (routeFor(state_)) {
+    case ImageRoute::Flash:
+      return processors_.ProgramFlash();
+    case ImageRoute::NewHub:
+      return processors_.ProgramNewHub();
+    case ImageRoute::RF:
+      return processors_.ProgramRF();
+    case ImageRoute::Front:
+      return frontPanel_.ProgramFront();
+    case ImageRoute::None:
+      return;
+  }
+}
+
+void FlashRun::awaitVerdict() {
+  const SilenceLimit silence(host_.queue());
+  while (state_.FlashPhase == kErased && !state_.TimedOut) {
+    host_.queue().WaitEvents();
+    if (!form1_.Watchdog.enabled() && silence.passed() && state_.FlashPhase == kErased) {
+      state_.TimedOut = true;
+    }
+  }
+}
+
+void FlashRun::setWizardReset(const char* text) {
+  if (AutoForm* wizard = wizard_.form()) {
+    wizard->lblReset.Caption = text;
+  }
+}
+
+}  // namespace firmlane

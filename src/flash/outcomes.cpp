@@ -1,0 +1,111 @@
+#include "flash/outcomes.h"
+
+#include "flash/targets.h"
+#include "state/text.h"
+
+namespace firmlane {
+
+namespace {
+
+constexpr std::int16_t kFirstPage = 0;
+constexpr std::int16_t kPageBeforeRun = 5;
+constexpr std::int16_t kPageAfterRun = 7;
+constexpr int kBarInterval = 100;
+
+constexpr const char* kStoppedResponding =
+    "The unit has stopped responding. Please try programming the FLASH again.\r\rClick Next to try again";
+constexpr const char* kNoConnection =
+    "Firmlane was unable to connect to your unit\r\n\r\n"
+    "Please check your connections and make sure that there is only one unit connected\r\n"
+    "Click Next to try again or click Exit to quit";
+constexpr const char* kRefused =
+    "Your unit may require a successful FLASH upgrade to function properly.\r"
+    "Please check your connections and try to run the Wizard again.";
+
+}  // namespace
+
+void advanceOverallStep(const WizardInCharge& wizard) {
+  if (AutoForm* form = wizard.form()) {
+    form->prgTotal.Value = form->prgTotal.Value + 1;
+    form->lblTotal.Caption = "Overall Progress (Step " + std::to_string(form->prgTotal.Value + 1) + " of " +
+                             std::to_string(form->prgTotal.Max + 1) + ")";
+  }
+}
+
+void Outcomes::Succeeded() {
+  port_.Close();
+  receivePath_.ExpectFrameEnd = false;
+  if (AutoForm* wizard = wizard_.form()) {
+    wizard->lblReset.Hide();
+  }
+  form1_.lblProgressInfo.Hide();
+  form1_.lblTop.Caption = "Congratulations!\rYou have successfully upgraded the firmware in your " + unitName(state_) +
+                          "!\r\rClick Next to continue or click Exit to quit";
+  advanceOverallStep(wizard_);
+  if (state_.FactoryBuild) {
+    form1_.lblTop.Caption = "The Flash Memory has been Programmed, Click 'Next' to Program the Serial Number";
+  }
+  state_.WizardPage = kPageAfterRun;
+  form1_.Command3.Enable();
+  stopTimers();
+}
+
+void Outcomes::Refused() {
+  port_.Close();
+  receivePath_.ExpectFrameEnd = false;
+  host_.showMessage("Failure programming " + unitName(state_) + " FLASH");
+  stopTimers();
+  form1_.lblTop.Caption = kRefused;
+  state_.WizardPage = kFirstPage;
+  form1_.Command3.Enable();
+}
+
+void Outcomes::NoConnection() {
+  form1_.lblTop.Caption = kNoConnection;
+  stopTimers();
+  frmAuto_.lblTotal.Hide();
+  frmAuto_.prgTotal.Hide();
+  clearBar();
+  if (AutoForm* wizard = wizard_.form()) {
+    wizard->lblMain.Caption = form1_.lblTop.Caption.get();
+  }
+  offerAnotherTry();
+}
+
+void Outcomes::StoppedResponding() {
+  form1_.lblTop.Caption = kStoppedResponding;
+  notes_.stage("Timed Out");
+  stopTimers();
+  form1_.Timer1.setInterval(kBarInterval);
+  clearBar();
+  offerAnotherTry();
+}
+
+void Outcomes::NoVerdict() {
+  form1_.lblTop.Caption = kStoppedResponding;
+  stopTimers();
+  clearBar();
+  form1_.lblProgressInfo.Hide();
+  offerAnotherTry();
+}
+
+void Outcomes::Undecided() {
+  stopTimers();
+  port_.Close();
+}
+
+void Outcomes::stopTimers() {
+  form1_.Timer1.stop();
+  form1_.Watchdog.stop();
+}
+
+void Outcomes::clearBar() { wizard_.setBar(0); }
+
+void Outcomes::offerAnotherTry() {
+  form1_.ProgressBar1.Hide();
+  state_.WizardPage = kPageBeforeRun;
+  port_.Close();
+  form1_.Command3.Enable();
+}
+
+}  // namespace firmlane

@@ -1,0 +1,59 @@
+// Streams a firmware image to a unit, raw and without an answer in between. What a unit says to it is the flash run's business;
+// so is the time that it has for that.
+#pragma once
+
+#include <string>
+
+#include "platform/files.h"
+#include "platform/screen.h"
+#include "platform/serial_port.h"
+#include "progress/supervision.h"
+
+namespace firmlane {
+
+/// What the page says when an image is out.
+inline constexpr const char* kImageIsOut = "Finished sending new firmware to the unit, now waiting to get response from unit...";
+
+/// The one error exit of everything that streams an image: tells the user that it has ended early.
+void tellStreamFailed(FormHost& host);
+
+class ImageSender {
+ public:
+  /// `expectFrameEnd` is the receive path's mode for eight-byte answers; DumpFile2 sets it.
+  ImageSender(FormHost& host, SerialPort& port, Supervision& supervision, WizardInCharge& wizard, RunState& state, Form1& form1,
+              bool& expectFrameEnd)
+      : host_(host),
+        port_(port),
+        supervision_(supervision),
+        wizard_(wizard),
+        state_(state),
+        form1_(form1),
+        expectFrameEnd_(expectFrameEnd) {}
+
+  // Both take a full path, need the port open, and return when the last byte has been handed to it. When the file cannot be
+  // read or the port fails they tell the user and return early, with Sending and the timers as they were.
+
+  /// Start byte, image, seven-bit sum. The older Velarc gets each image byte in two. Leaves the unit 10 ticks of Watchdog for
+  /// its verdict.
+  void DumpFile2(const std::string& path);
+  /// The file byte for byte, under RTS handshake, for which the port is closed and opened. Leaves Watchdog off.
+  void DumpFile3(const std::string& path);
+
+ private:
+  void streamWithSum(const std::string& path);
+  void streamText(const std::string& path);
+  [[nodiscard]] bool sevenBitForm() const;
+  void writeImageByte(std::uint8_t byte, bool sevenBit);
+  void reopenUnderRts();
+  void showImageOut(int watchdogLimit);
+
+  FormHost& host_;
+  SerialPort& port_;
+  Supervision& supervision_;
+  WizardInCharge& wizard_;
+  RunState& state_;
+  Form1& form1_;
+  bool& expectFrameEnd_;
+};
+
+}  // namespace firmlane
