@@ -1,22 +1,39 @@
 #include "app/program.h"
 
-#include "progress/supervision.h"
+#include "flash/flash_run.h"
+#include "forms/about_box.h"
+#include "forms/debug_view.h"
+#include "forms/in_house_panel.h"
+#include "images/front_image_loader.h"
+#include "link/port_discovery.h"
+#include "link/version_readout.h"
+#include "personal/mic_models.h"
+#include "personal/serial_editor.h"
+#include "personal/serial_number.h"
 #include "state/frm_port.h"
 #include "state/frm_version.h"
 #include "state/small_forms.h"
+#include "wizard/auto/recovery.h"
+#include "wizard/auto/velarc2.h"
+#include "wizard/auto/wireless.h"
+#include "wizard/classic/page_engine.h"
+#include "wizard/classic/start_up.h"
 
 namespace firmlane {
 
-struct Program::Parts {
-  Parts(const Platform& platform, const BuildSwitches& buildSwitches)
+namespace {
+
+/// The ports, the shared record and every form: what the subsystems work on.
+struct Ground {
+  explicit Ground(const Platform& platform)
       : queue(platform.queue),
-        switches(buildSwitches),
+        files(platform.files),
         host(platform.queue, platform.screen),
         mainPort(platform.queue, platform.mainDriver),
         versionPort(platform.queue, platform.versionDriver) {}
 
   EventQueue& queue;
-  BuildSwitches switches;
+  const Files& files;
   FormHost host;
   SerialPort mainPort;
   SerialPort versionPort;
@@ -31,24 +48,168 @@ struct Program::Parts {
   FrmInHouse frmInHouse{host};
   FrmDBUG frmDBUG{host};
   NewSerial newserial{host};
-  WizardInCharge wizard{state, form1, frmAuto, frmVRCAuto};
-  Supervision supervision{queue, state, form1, wizard};
 };
+
+/// Everything on the serial line, and what supervises it.
+struct Line {
+  explicit Line(Ground& g) : ground(g) {}
+
+  Ground& ground;
+  WizardInCharge wizard{ground.state, ground.form1, ground.frmAuto, ground.frmVRCAuto};
+  Supervision supervision{ground.queue, ground.state, ground.form1, wizard};
+  CommandSet commands{ground.mainPort, ground.state, ground.frmAuto, ground.frmVRCAuto};
+  ShortDelay delay{ground.queue, ground.state, ground.form1};
+  ReceivePath receive{ground.host,  ground.mainPort, commands,       delay,
+                      ground.state, ground.form1,    ground.frmAuto, ground.frmVRCAuto};
+  PortDiscovery discovery{ground.mainPort, commands, receive, ground.state, ground.frmPort};
+  VersionReadout readout{ground.versionPort, ground.state, ground.frmVersion};
+};
+
+/// Images and the run that sends them.
+struct Flash {
+  Flash(Ground& g, Line& l) : ground(g), line(l) {}
+
+  Ground& ground;
+  Line& line;
+  DebugNotes notes{ground.state, ground.frmDBUG};
+  FrontImageLoader frontImage{ground.host, ground.files, notes, ground.state, ground.form1};
+  ImageSender sender{ground.host,  ground.mainPort, line.supervision,           line.wizard,
+                     ground.state, ground.form1,    line.receive.ExpectFrameEnd};
+  ProcessorProgramming processors{ground.files, ground.mainPort, sender,      line.supervision,
+                                  line.wizard,  ground.state,    ground.form1};
+  FrontPanel frontPanel{ground.host, ground.mainPort, line.delay,   line.supervision, line.wizard,
+                        notes,       ground.state,    ground.form1, ground.frmAuto};
+  Outcomes outcomes{ground.host, ground.mainPort, line.receive, line.wizard, notes, ground.state, ground.form1, ground.frmAuto};
+  FlashRun run{ground.host, ground.mainPort, line.receive, line.supervision, line.wizard,  processors,
+               frontPanel,  outcomes,        notes,        ground.state,     ground.form1, ground.frmAuto};
+};
+
+/// The factory's procedures.
+struct Personal {
+  Personal(Ground& g, Line& l) : ground(g), line(l) {
+    ground.form1.btnSN.OnClick = [this] { serialNumber.btnSN_Click(); };
+    ground.form1.btnSerial.OnClick = [this] { editor.btnSerial_Click(); };
+    ground.form1.btnMic.OnClick = [this] { micModels.btnMic_Click(); };
+  }
+
+  Ground& ground;
+  Line& line;
+  UnitAnswer answer{ground.host, line.supervision, ground.state, ground.form1};
+  SerialFile file{ground.state, ground.form1};
+  Preset preset{ground.mainPort, line.commands, line.receive, answer, ground.state, ground.form1};
+  FactoryLine factory{ground.mainPort, line.receive, preset, line.supervision, line.wizard, ground.state, ground.form1};
+  SerialNumber serialNumber{ground.host, ground.mainPort, line.commands, line.receive, answer,          file,
+                            preset,      factory,         ground.state,  ground.form1, ground.newserial};
+  SerialEditor editor{file, ground.state, ground.form1, ground.newserial};
+  MicModels micModels{ground.host, ground.mainPort, line.receive, answer,       line.supervision,
+                      line.wizard, factory,         ground.files, ground.state, ground.form1};
+};
+
+}  // namespace
+
+struct Program::Parts {
+  Parts(const Platform& platform, const BuildSwitches& switches);
+
+  void tieServiceButtons();
+  [[nodiscard]] ClassicOperations classicOperations();
+  [[nodiscard]] AutoWizardTies autoTies();
+  [[nodiscard]] AutoWizardSetting autoSetting() {
+    return {ground.host,    ground.files,      ground.state,      ground.form1,
+            ground.frmPort, ground.frmVersion, ground.frmRecover, ground.frmDBUG};
+  }
+  void notThereYet() { ground.host.showMessage("This is not available yet."); }
+
+  Ground ground;
+  Line line{ground};
+  Flash flash{ground, line};
+  Personal personal{ground, line};
+  StartUp startUp;
+  PageEngine classic;
+  WirelessWizard wireless;
+  Velarc2Wizard velarc2;
+  Recovery recovery;
+  AboutBox aboutBox{ground.frmAbout, ground.form1};
+  DebugView debugView{ground.frmDBUG, ground.form1};
+  InHousePanel inHousePanel{[this] { wireless.UpdateReceiver(); }, ground.state, ground.form1, ground.frmAuto, ground.frmInHouse};
+};
+
+Program::Parts::Parts(const Platform& platform, const BuildSwitches& switches)
+    : ground(platform),
+      startUp(ground.host, ground.mainPort, line.receive, ground.state, ground.form1, ground.frmInHouse, switches),
+      classic(ground.host, ground.files, ground.mainPort, personal.factory, line.wizard, ground.state, ground.form1,
+              {ground.frmPort, ground.frmVersion, ground.frmAuto, ground.frmVRCAuto, ground.frmInHouse, ground.frmDBUG},
+              classicOperations()),
+      wireless(autoSetting(), autoTies(), ground.frmAuto),
+      velarc2(autoSetting(), autoTies(), ground.frmVRCAuto),
+      recovery(ground.state, ground.frmRecover, [this] { wireless.LaunchFAQ(); }) {
+  tieServiceButtons();
+  // A handler that fails outside of any operation, such as an answer to a unit on a port that has just gone.
+  ground.queue.setFailureHandler([this](const Failure& failure) {
+    ground.state.ErrorText = failureText("Error: ", failure);
+    ground.host.showMessageBox({.text = ground.state.ErrorText, .icon = MessageIcon::Critical});
+  });
+}
+
+void Program::Parts::tieServiceButtons() {
+  Form1& form1 = ground.form1;
+  form1.Command5.OnClick = [this] { ground.frmAbout.Show(); };
+  form1.btnAuto.OnClick = [this] { ground.frmAuto.Show(); };
+  form1.lblFAQ.OnClick = [this] { wireless.LaunchFAQ(); };
+  form1.Command4.OnClick = [this] {
+    ground.mainPort.setSettings("57600,N,8,1");
+    ground.mainPort.setHandshake(Handshake::None);
+    ground.mainPort.setReceiveThreshold(9);
+    line.commands.Send_WantToProgramRF1();
+  };
+}
+
+ClassicOperations Program::Parts::classicOperations() {
+  const auto open = [this] { notThereYet(); };
+  return {
+      .clearUrls = [] {},
+      .GetUpdateText = open,
+      .GetUpdateSOFT = open,
+      .GetFirmware2 = open,
+      .GetSoftware = open,
+      .downloadDone = [] { return false; },
+      .InstallSoftware = open,
+      .LaunchRelNote = open,
+      .RegisterUserData = open,
+      .ConvertFront = [this] { flash.frontImage.ConvertFront(); },
+      .loadVelarcFront = [this] { return flash.frontImage.LoadFrontImage(); },
+      .ConnectVelarc = [this] { flash.run.ConnectVelarc(); },
+      .DoSerialNumber = [this] { personal.serialNumber.DoSerialNumber(); },
+  };
+}
+
+AutoWizardTies Program::Parts::autoTies() {
+  return {.GetFirmware2 =
+              [this] {
+                notThereYet();
+                return false;
+              },
+          .StartDoc = [this](const std::string&) { notThereYet(); }};
+}
 
 Program::Program(const Platform& platform, const BuildSwitches& switches) : parts_(std::make_unique<Parts>(platform, switches)) {}
 
 Program::~Program() = default;
 
-FormHost& Program::host() { return parts_->host; }
+FormHost& Program::host() { return parts_->ground.host; }
 
-const RunState& Program::state() const { return parts_->state; }
+const RunState& Program::state() const { return parts_->ground.state; }
 
-void Program::start() { parts_->form1.Show(); }
+void Program::start() {
+  parts_->ground.form1.Load();
+  if (!parts_->ground.state.InHouseBuild) {
+    parts_->ground.form1.Show();
+  }
+}
 
 void Program::run() {
   try {
     for (;;) {
-      parts_->queue.WaitEvents();
+      parts_->ground.queue.WaitEvents();
     }
   } catch (const ProgramEnded&) {
     // The one regular end; ports and files close with their owners.
