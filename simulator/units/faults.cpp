@@ -59,7 +59,10 @@ std::string faultsText(const Faults& faults) {
   std::string text;
   for (const FaultName& fault : kFaults) {
     if (faults.*fault.field) {
-      text += (text.empty() ? "" : " ") + std::string(fault.name);
+      if (!text.empty()) {
+        text += ' ';
+      }
+      text += fault.name;
     }
   }
   return text;

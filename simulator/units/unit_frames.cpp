@@ -20,9 +20,13 @@ std::uint8_t checksum(ByteSpan summed) {
 
 Bytes unitFrame(FrameEnd end, std::int32_t address, std::uint8_t code, ByteSpan data) {
   const auto number = static_cast<std::uint32_t>(address);
-  Bytes frame = {kStart, static_cast<std::uint8_t>(number >> 14U & kSevenBits),
-                 static_cast<std::uint8_t>(number >> 7U & kSevenBits), static_cast<std::uint8_t>(number & kSevenBits), code};
-  frame.insert(frame.end(), data.begin(), data.end());
+  const Bytes head = {kStart, static_cast<std::uint8_t>(number >> 14U & kSevenBits),
+                      static_cast<std::uint8_t>(number >> 7U & kSevenBits), static_cast<std::uint8_t>(number & kSevenBits), code};
+  Bytes frame;
+  frame.reserve(head.size() + data.size() + 3);
+  for (const ByteSpan part : {ByteSpan(head), data}) {
+    frame.insert(frame.end(), part.begin(), part.end());
+  }
   frame.push_back(checksum(ByteSpan(frame).subspan(1)));
   frame.push_back(end == FrameEnd::Run ? kRunEnd : kBootEnd);
   if (end == FrameEnd::Boot) {
