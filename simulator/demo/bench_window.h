@@ -1,0 +1,44 @@
+// The bench beside the wizard: what a user would see of the unit on the table, its power switch included.
+#pragma once
+
+#include <QComboBox>
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QTableWidget>
+#include <QTimer>
+#include <QWidget>
+#include <functional>
+
+#include "units/unit.h"
+
+namespace firmlane::sim {
+
+class BenchWindow : public QWidget {
+ public:
+  /// Shows the unit, which outlives the window, and takes its onChange.
+  explicit BenchWindow(Unit& unit);
+
+  /// Called when the user closes the window.
+  std::function<void()> onClosed;
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+
+ private:
+  void refresh();
+  void showProcessors();
+  void switchPower(bool on);
+  QWidget* makeFaults();
+
+  Unit& unit_;
+  QLabel* serial_;
+  QLabel* doing_;
+  QLabel* factory_;
+  QTableWidget* processors_;
+  QProgressBar* received_;
+  QPushButton* power_;
+  QTimer gathering_;
+};
+
+}  // namespace firmlane::sim

@@ -1,0 +1,64 @@
+#include "demo/demo_options.h"
+
+#include <QCommandLineParser>
+#include <cstdio>
+#include <cstdlib>
+
+namespace firmlane::sim {
+
+namespace {
+
+constexpr double kFastest = 1000;
+
+const QCommandLineOption kUnit("unit", "The unit on the bench.", "name", "lwx52");
+const QCommandLineOption kSpeed("speed", "Everything runs this many times as fast as in real life, 1 to 1000.", "factor", "4");
+const QCommandLineOption kPlay("play", "Work the whole update without a user; exit 0 only when it succeeds.");
+const QCommandLineOption kScreenshots("screenshots", "Where --play puts a picture of each page.", "directory");
+const QCommandLineOption kFactory("factory-build", "Start as the production line's build.");
+const QCommandLineOption kInHouse("in-house-build", "Start as the in-house build.");
+const QCommandLineOption kDebug("debug-view", "Show the debug view of front panel runs.");
+
+std::string unitNames() {
+  std::string names;
+  for (const UnitModel& model : unitModels()) {
+    names += std::string(names.empty() ? "" : ", ") + model.name;
+  }
+  return names;
+}
+
+}  // namespace
+
+std::optional<DemoOptions> readDemoOptions(const QStringList& arguments, std::string& error) {
+  QCommandLineParser parser;
+  parser.setApplicationDescription(QStringLiteral("The Firmlane wizard on a simulated unit. Units: ") +
+                                   QString::fromStdString(unitNames()));
+  const QCommandLineOption help = parser.addHelpOption();
+  parser.addOptions({kUnit, kSpeed, kPlay, kScreenshots, kFactory, kInHouse, kDebug});
+  if (!parser.parse(arguments) || !parser.positionalArguments().isEmpty()) {
+    error = parser.errorText().isEmpty() ? "firmlane-demo takes options only" : parser.errorText().toStdString();
+    return std::nullopt;
+  }
+  if (parser.isSet(help)) {
+    std::fputs(qPrintable(parser.helpText()), stdout);
+    std::exit(EXIT_SUCCESS);
+  }
+  bool isNumber = false;
+  DemoOptions options{
+      .model = findUnitModel(parser.value(kUnit).toStdString()),
+      .speed = parser.value(kSpeed).toDouble(&isNumber),
+      .play = parser.isSet(kPlay),
+      .screenshots = parser.value(kScreenshots).toStdString(),
+      .switches = {
+          .factoryBuild = parser.isSet(kFactory), .inHouseBuild = parser.isSet(kInHouse), .debugView = parser.isSet(kDebug)}};
+  if (options.model == nullptr) {
+    error = "There is no unit of that name; units are " + unitNames();
+    return std::nullopt;
+  }
+  if (!isNumber || !(options.speed >= 1 && options.speed <= kFastest)) {
+    error = "The speed is a number from 1 to 1000";
+    return std::nullopt;
+  }
+  return options;
+}
+
+}  // namespace firmlane::sim

@@ -1,0 +1,177 @@
+// firmlane-demo: the real windows on a simulated unit, for someone who has no unit. Beside the wizard stands a bench window with
+// the unit and its power switch. With --play it works the whole update by itself.
+#include <QApplication>
+#include <QDesktopServices>
+#include <QDir>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <cstdio>
+#include <filesystem>
+#include <iostream>
+#include <memory>
+
+#include "app/program.h"
+#include "demo/bench_window.h"
+#include "demo/demo_options.h"
+#include "demo/recorder.h"
+#include "platform/qt/qt_desktop.h"
+#include "platform/qt/qt_platform.h"
+#include "platform/widgets/pictures.h"
+#include "platform/widgets/widget_screen.h"
+#include "player/player.h"
+#include "pty/pty_unit.h"
+
+namespace {
+
+using namespace firmlane;
+using namespace firmlane::sim;
+
+constexpr int kPort = 3;
+constexpr int kWrongOption = 2;
+constexpr int kStepMilliseconds = 400;  // of the program's clock between two looks of the player
+constexpr Micros kPlayLimit = 30 * 60 * kSecond;
+
+/// The files that an update takes from disk.
+void writeImages(const std::filesystem::path& directory, const UnitModel& model) {
+  for (const ProcessorModel& processor : model.processors) {
+    Version version = processor.version;
+    ++version.second;
+    writeImage(directory, processor.image, version, usualImageSize(processor.image));
+  }
+}
+
+Wishes wishesFor(const UnitModel& model) {
+  Wishes wishes{.online = false};
+  switch (model.family) {
+    case Family::Wireless:
+      wishes.productButton = "LWXButton";
+      break;
+    case Family::Velarc2:
+      wishes.productButton = "VRCButton";
+      break;
+    case Family::OldVelarc:
+      wishes.productButton = "VRColdButton";
+      break;
+  }
+  return wishes;
+}
+
+/// Plays the user, from a timer of the event loop, until the update has ended in one way or other.
+class Play {
+ public:
+  Play(const DemoOptions& options, QtPlatform& platform, Program& program, WidgetScreen& screen, Unit& unit,
+       const std::filesystem::path& screenshots)
+      : platform_(platform),
+        host_(program.host()),
+        recorder_(platform.source, screen, screenshots),
+        player_(
+            program.host(), [&unit](bool on) { on ? unit.powerOn() : unit.powerOff(); }, wishesFor(*options.model)) {
+    player_.onText = [this](const std::string& text) { recorder_.page(host_, text); };
+    onUnit_ = std::exchange(unit.onChange, nullptr);
+    unit.onChange = [this, &unit] {
+      recorder_.unitChanged(unit.state());
+      onUnit_();
+    };
+    QObject::connect(&timer_, &QTimer::timeout, [this] { step(); });
+    timer_.start(std::max(1, static_cast<int>(kStepMilliseconds / options.speed)));
+  }
+
+  [[nodiscard]] bool succeeded() const { return succeeded_; }
+
+ private:
+  void step() {
+    const Player::Outcome outcome = player_.step();
+    if (outcome == Player::Outcome::Playing && platform_.source.now() < kPlayLimit) {
+      return;
+    }
+    succeeded_ = outcome == Player::Outcome::Succeeded;
+    if (!succeeded_) {
+      std::cout << "The update did not succeed. " << player_.failure() << std::endl;
+    }
+    timer_.stop();
+    platform_.source.requestEnd();
+  }
+
+  QtPlatform& platform_;
+  FormHost& host_;
+  Recorder recorder_;
+  Player player_;
+  std::function<void()> onUnit_;
+  QTimer timer_;
+  bool succeeded_ = false;
+};
+
+std::filesystem::path screenshotDirectory(const DemoOptions& options) {
+  if (!options.screenshots.empty()) {
+    std::filesystem::create_directories(options.screenshots);
+    return options.screenshots;
+  }
+  QTemporaryDir directory(QDir::tempPath() + "/firmlane-demo-XXXXXX");
+  directory.setAutoRemove(false);
+  return directory.path().toStdString();
+}
+
+int run(const DemoOptions& options) {
+  const QTemporaryDir directory;
+  PtyUnit bench(*options.model, options.speed);
+  bench.unit.startRunning();
+  writeImages(directory.path().toStdString(), *options.model);
+
+  QtPlatform platform(
+      {.directory = directory.path().toStdString(), .ports = {{kPort, bench.path()}}, .timeScale = options.speed});
+  WidgetScreen screen([&platform](int number) { return platform.ports.hint(number); });
+  QtDesktop desktop(&QDesktopServices::openUrl);
+  Program program({.queue = platform.queue,
+                   .screen = screen,
+                   .mainDriver = platform.mainDriver,
+                   .versionDriver = platform.versionDriver,
+                   .http = platform.http,
+                   .desktop = desktop,
+                   .files = platform.files,
+                   .servers = {}},
+                  options.switches);
+  screen.attach(program.host());
+  BenchWindow window(bench.unit);
+  window.onClosed = [&platform] { platform.source.requestEnd(); };
+  program.start();
+  window.show();
+
+  std::unique_ptr<Play> play;
+  if (options.play) {
+    const std::filesystem::path screenshots = screenshotDirectory(options);
+    std::cout << "Screenshots go to " << screenshots.string() << std::endl;
+    play = std::make_unique<Play>(options, platform, program, screen, bench.unit, screenshots);
+  }
+  program.run();
+  bench.unit.onChange = nullptr;
+  return play && !play->succeeded() ? EXIT_FAILURE : EXIT_SUCCESS;
+}
+
+}  // namespace
+
+/// The platform without a display says with each window that it has no window manager to ask.
+void sayWhatMatters(QtMsgType, const QMessageLogContext&, const QString& message) {
+  if (!message.startsWith(QLatin1String("This plugin does not support"))) {
+    std::cerr << message.toStdString() << std::endl;
+  }
+}
+
+int main(int argc, char** argv) {
+  qInstallMessageHandler(sayWhatMatters);
+  const QApplication application(argc, argv);
+  QApplication::setApplicationName(QStringLiteral("firmlane-demo"));
+  QApplication::setWindowIcon(programIcon());
+  QApplication::setQuitOnLastWindowClosed(false);
+  std::string error;
+  const auto options = readDemoOptions(QApplication::arguments(), error);
+  if (!options) {
+    std::cerr << error << std::endl;
+    return kWrongOption;
+  }
+  try {
+    return run(*options);
+  } catch (const Failure& failure) {
+    std::cerr << failure.description() << std::endl;
+    return EXIT_FAILURE;
+  }
+}
