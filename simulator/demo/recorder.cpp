@@ -15,6 +15,7 @@ Recorder::Recorder(const Clock& clock, WidgetScreen& screen, std::filesystem::pa
 void Recorder::page(const FormHost& host, const std::string& text) {
   std::cout << "--- " << ++pages_ << "\n" << displayText(text).toStdString() << std::endl;
   screen_.refresh();
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::LayoutRequest);  // a text that has grown has its place before the picture
   const QWidget* shown = screen_.box();
   std::string name = "message";
   if (shown == nullptr && !host.onScreen().empty()) {
