@@ -15,7 +15,7 @@
 #include <iostream>
 
 #include "console/options.h"
-#include "console/standard_input.h"
+#include "platform/qt/standard_input.h"
 #include "console/unit_console.h"
 #include "pty/pty_unit.h"
 
@@ -96,7 +96,7 @@ int simulate(const SimulatorOptions& options) {
           QCoreApplication::quit();
         }
       },
-      [] { QCoreApplication::quit(); });
+      [] { QCoreApplication::quit(); }, StandardInput::EndOfFile::MeansNoLines);
   return QCoreApplication::exec();
 }
 

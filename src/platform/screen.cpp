@@ -21,6 +21,8 @@ Form* FormHost::form(std::string_view name) const {
 
 Form* FormHost::modal() const { return modal_.empty() ? nullptr : modal_.back(); }
 
+bool FormHost::isModal(const Form& form) const { return std::find(modal_.begin(), modal_.end(), &form) != modal_.end(); }
+
 MessageButton FormHost::showMessageBox(const MessageBox& box) {
   box_ = box;
   answer_.reset();
@@ -129,6 +131,9 @@ std::optional<std::string> FormHost::answer(MessageButton button) {
 }
 
 void FormHost::formShown(Form& form, bool modal) {
+  if (!modal && !onScreen_.empty() && onScreen_.front() == &form) {
+    return;  // it is on top already
+  }
   std::erase(onScreen_, &form);
   onScreen_.insert(onScreen_.begin(), &form);
   if (modal) {

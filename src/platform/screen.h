@@ -64,6 +64,8 @@ class FormHost {
   [[nodiscard]] const std::vector<Form*>& onScreen() const { return onScreen_; }
   /// The form that refuses user actions on the others, or null.
   [[nodiscard]] Form* modal() const;
+  /// Whether a form is shown so that it refuses user actions on those below it.
+  [[nodiscard]] bool isModal(const Form& form) const;
   [[nodiscard]] const std::optional<MessageBox>& messageBox() const { return box_; }
 
   /// Shows the box and holds every handler until the user has answered.

@@ -1,11 +1,12 @@
-#include "console/standard_input.h"
+#include "platform/qt/standard_input.h"
 
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
+#include <cerrno>
 
-namespace firmlane::sim {
+namespace firmlane {
 
 namespace {
 bool isPipe(int descriptor) {
@@ -14,17 +15,23 @@ bool isPipe(int descriptor) {
 }
 }  // namespace
 
-StandardInput::StandardInput(std::function<void(const std::string&)> line, std::function<void()> ended)
-    : line_(std::move(line)), ended_(std::move(ended)), notifier_(STDIN_FILENO, QSocketNotifier::Read) {
+StandardInput::StandardInput(std::function<void(const std::string&)> line, std::function<void()> ended, EndOfFile endOfFile)
+    : line_(std::move(line)), ended_(std::move(ended)), endOfFile_(endOfFile), notifier_(STDIN_FILENO, QSocketNotifier::Read) {
   connect(&notifier_, &QSocketNotifier::activated, this, &StandardInput::take);
 }
 
 void StandardInput::take() {
-  std::array<char, 1024> chunk{};
+  std::array<char, 4096> chunk{};
   const ssize_t count = read(STDIN_FILENO, chunk.data(), chunk.size());
+  if (count < 0 && (errno == EAGAIN || errno == EINTR)) {
+    return;
+  }
   if (count <= 0) {
     notifier_.setEnabled(false);
-    if (isPipe(STDIN_FILENO)) {
+    if (!pending_.empty()) {
+      line_(std::exchange(pending_, {}));  // a last line without its end
+    }
+    if (endOfFile_ == EndOfFile::Ends || isPipe(STDIN_FILENO)) {
       ended_();
     }
     return;
@@ -37,4 +44,4 @@ void StandardInput::take() {
   }
 }
 
-}  // namespace firmlane::sim
+}  // namespace firmlane

@@ -1,0 +1,93 @@
+#include "console_options.h"
+
+#include <QCommandLineParser>
+#include <QFileInfo>
+#include <QUrl>
+
+#include "app/built_in_servers.h"
+#include "app/configured_switches.h"
+
+namespace firmlane {
+
+namespace {
+
+constexpr double kFastest = 1000;
+
+/// "3=/dev/ttyUSB0"
+bool takePort(const QString& text, PortMap::Devices& ports) {
+  const qsizetype equals = text.indexOf('=');
+  bool isNumber = false;
+  const int number = text.left(equals).toInt(&isNumber);
+  const QString device = text.mid(equals + 1);
+  if (equals < 0 || !isNumber || number < 1 || number > kHighestPort || device.isEmpty()) {
+    return false;
+  }
+  ports[number] = device.toStdString();
+  return true;
+}
+
+/// A server as scheme and host, without the slash that may stand behind it.
+std::optional<std::string> serverOf(const QString& text) {
+  const QUrl url(text);
+  if (!url.isValid() || url.host().isEmpty() || (url.scheme() != "http" && url.scheme() != "https")) {
+    return std::nullopt;
+  }
+  return (text.endsWith('/') ? text.chopped(1) : text).toStdString();
+}
+
+}  // namespace
+
+std::optional<ConsoleOptions> readConsoleOptions(const QStringList& arguments, std::string& error) {
+  const QCommandLineOption dir("dir", {}, "DIR");
+  const QCommandLineOption server("server", {}, "URL");
+  const QCommandLineOption registration("registration-server", {}, "URL");
+  const QCommandLineOption port("port", {}, "N=DEVICE");
+  const QCommandLineOption scale("time-scale", {}, "K", "1");
+  const QCommandLineOption factory("factory-build");
+  const QCommandLineOption inHouse("in-house-build");
+  const QCommandLineOption debug("debug-view");
+  QCommandLineParser parser;
+  parser.addOptions({dir, server, registration, port, scale, factory, inHouse, debug});
+  const auto fail = [&error](const QString& text) {
+    error = "firmlane-console: " + text.toStdString();
+    return std::nullopt;
+  };
+  if (!parser.parse(arguments)) {
+    return fail(parser.errorText());
+  }
+  if (!parser.positionalArguments().isEmpty()) {
+    return fail("unexpected word: " + parser.positionalArguments().first());
+  }
+  ConsoleOptions options{.directory = parser.value(dir).toStdString(),
+                         .servers = builtInServers(),
+                         .ports = {},
+                         .switches = {.factoryBuild = kConfiguredSwitches.factoryBuild || parser.isSet(factory),
+                                      .inHouseBuild = kConfiguredSwitches.inHouseBuild || parser.isSet(inHouse),
+                                      .debugView = kConfiguredSwitches.debugView || parser.isSet(debug)}};
+  if (parser.isSet(dir) && !QFileInfo(parser.value(dir)).isDir()) {
+    return fail("no such directory: " + parser.value(dir));
+  }
+  for (const auto& [option, target] :
+       {std::pair{&server, &options.servers.maker}, std::pair{&registration, &options.servers.registration}}) {
+    if (parser.isSet(*option)) {
+      const auto given = serverOf(parser.value(*option));
+      if (!given) {
+        return fail("not a server's address: " + parser.value(*option));
+      }
+      *target = *given;
+    }
+  }
+  for (const QString& text : parser.values(port)) {
+    if (!takePort(text, options.ports)) {
+      return fail("a port is N=DEVICE with N from 1 to 16: " + text);
+    }
+  }
+  bool isNumber = false;
+  options.timeScale = parser.value(scale).toDouble(&isNumber);
+  if (!isNumber || !(options.timeScale >= 1 && options.timeScale <= kFastest)) {
+    return fail("the time scale is a number from 1 to 1000: " + parser.value(scale));
+  }
+  return options;
+}
+
+}  // namespace firmlane

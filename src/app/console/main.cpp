@@ -1,0 +1,27 @@
+// firmlane-console: the program without a window, for scripts. See docs/console.md.
+#include <QCoreApplication>
+#include <QDir>
+#include <iostream>
+
+#include "app/console_app.h"
+#include "platform/qt/program_directory.h"
+
+int main(int argc, char** argv) {
+  const QCoreApplication application(argc, argv);
+  QCoreApplication::setApplicationName(QStringLiteral("firmlane"));
+  std::string error;
+  const auto options = firmlane::readConsoleOptions(QCoreApplication::arguments(), error);
+  if (!options) {
+    std::cerr << error << std::endl;
+    return 2;
+  }
+  std::string directory = options->directory;
+  if (directory.empty()) {
+    directory = firmlane::programDirectory().string();
+  } else {
+    directory = QDir(QString::fromStdString(directory)).absolutePath().toStdString();
+    QDir::setCurrent(QString::fromStdString(directory));
+  }
+  firmlane::ConsoleApp(*options, directory).run();
+  return 0;
+}
