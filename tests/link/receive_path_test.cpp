@@ -167,6 +167,7 @@ TEST_F(ReceivePathTest, ReportsThatArriveInsideAnEventAreEachTakenOnce) {
   receive_.WantAnswered = true;  // from here on events run inside the handler
   wire_.deliver(bytes("02 00 00 00 1F"));
   world_.queue.post([this] {
+    EXPECT_EQ(receive_.RxEventCount, 0) << "the first event is still on its way";
     wire_.deliver(bytes("02 21 3E"));
     world_.queue.PumpEvents();
     EXPECT_EQ(state_.FlashPhase, 2);
