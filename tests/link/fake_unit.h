@@ -12,6 +12,9 @@ class FakeUnit {
   FakeUnit(World& world, int port, int baud) : world_(world), wire_(world.wires.add(port)), baud_(baud) {
     wire_.heard = [this](std::uint8_t byte) { hear(byte); };
   }
+  ~FakeUnit() { wire_.heard = nullptr; }
+  FakeUnit(const FakeUnit&) = delete;
+  FakeUnit& operator=(const FakeUnit&) = delete;
 
   /// Answers to a command's code. One without an answer is only heard.
   std::map<int, std::string> answers;
@@ -35,7 +38,7 @@ class FakeUnit {
     frame_.clear();
     heard_.push_back(code);
     if (const auto found = answers.find(code); found != answers.end()) {
-      world_.after(delay, [this, answer = bytes(found->second)] { wire_.send(answer, baud_); });
+      world_.after(delay, [&wire = wire_, baud = baud_, answer = bytes(found->second)] { wire.send(answer, baud); });
     }
   }
 

@@ -111,6 +111,7 @@ TEST_F(VersionReadoutTest, ASilentLineIsAskedEveryTickAndTheSpeedChangesEveryTwo
   };
   load();
   world_.run(7 * kSecond);
+  wire_.changed = nullptr;
   EXPECT_THAT(speeds, testing::ElementsAre("0: 57600", "20: 9600", "20: closed", "22: 9600", "41: 57600", "41: closed",
                                            "43: 57600", "62: 9600", "62: closed", "64: 9600"));
   // At full speed ticks 1 to 19, the reset of the beginning and its question; then the tick that came back to it and 19 more.
