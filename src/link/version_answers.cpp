@@ -122,8 +122,7 @@ void VersionAnswers::digest(const Answer& answer) {
       break;
     case kVersionAnswer:
     case kLongVersionAnswer:
-      // Down first, so that an answer that is cut short is asked for again.
-      state_.VersionsRead = false;
+      // Not raised by an answer that is cut short: it is asked for again.
       state_.VersionsRead = readVersions(answer);
       break;
     default:

@@ -1,0 +1,228 @@
+#include <gmock/gmock.h>
+
+#include <random>
+
+#include "link_fixture.h"
+
+namespace firmlane::test {
+namespace {
+
+using testing::ElementsAre;
+
+const std::string kErased = "02 00 00 00 1F 02 21 3E";
+
+class ReceivePathTest : public LinkTest {
+ protected:
+  ReceivePathTest() {
+    state_.ProductCode = "VC";
+    state_.FlashTarget = "DSPFlash";
+    open();
+  }
+  std::string buffer() { return hex(receive_.RxBuffer); }
+};
+
+TEST_F(ReceivePathTest, FramesAreCutFromWhatArrives) {
+  struct Case {
+    const char* what;
+    std::vector<std::string> pieces;
+    int phase;
+    const char* left;
+  };
+  for (const Case& c : {
+           Case{"in one piece", {kErased}, 2, ""},
+           {"with the second terminator and more behind it", {kErased + "3E 02 00 00 00"}, 2, ""},
+           {"in pieces", {"02 00 00", "00 1F", "02 21", "3E"}, 2, ""},
+           {"byte by byte", {"02", "00", "00", "00", "1F", "02", "21", "3E"}, 2, ""},
+           {"codes 6 and 96 count alike", {"02 00 00 00 60 02 62 3E"}, 2, ""},
+           {"a lone star", {"2A"}, 0, ""},
+           {"a lone A while none is expected", {"41"}, 0, ""},
+           {"noise in front, in one piece", {"41 42 " + kErased}, 0, ""},
+           {"noise in front, as pieces", {"41 42", kErased}, 2, ""},
+           {"data byte with the value of a terminator", {"02 00 00 00 1F 3E 5D 3E"}, 0, "02 00 00 00 1F 3E 5D 3E"},
+           {"code without an entry", {"02 00 00 00 05 02 07 3E"}, 0, "02 00 00 00 05 02 07 3E"},
+           {"code 110, beyond the table", {"02 00 00 00 6E 02 70 3E"}, 0, "02 00 00 00 6E 02 70 3E"},
+           {"code 126, beyond the table", {"02 00 00 00 7E 02 00 3E"}, 0, "02 00 00 00 7E 02 00 3E"},
+           {"no end yet", {"02 00 00 00 1F 02 21"}, 0, "02 00 00 00 1F 02 21"},
+       }) {
+    receive_.RxBuffer.clear();
+    state_.FlashPhase = 0;
+    for (const std::string& piece : c.pieces) {
+      arrive(piece);
+    }
+    EXPECT_EQ(state_.FlashPhase, c.phase) << c.what;
+    EXPECT_EQ(buffer(), hex(bytes(c.left))) << c.what;
+  }
+}
+
+TEST_F(ReceivePathTest, DiagnosisShowsTheLastBytesAsDecimals) {
+  arrive("02 00 7F");
+  arrive("1F 3E");
+  EXPECT_THAT((std::vector<std::string>{world_.form1.msgcount.Text, world_.form1.msglength.Text, world_.form1.msgcode.Text,
+                                        world_.form1.msgtext.Text}),
+              ElementsAre("2", "5", "5", " 2 0 127 31 62"));
+}
+
+TEST_F(ReceivePathTest, ABadChecksumCostsOneBoxThatHoldsEverything) {
+  world_.screen.answerNext(MessageButton::OK, 5 * kSecond);
+  world_.screen.onBox = [this](const MessageBox&) {
+    world_.after(kSecond, [this] { wire_.deliver(bytes(kErased)); });
+    world_.after(4 * kSecond, [this] { EXPECT_EQ(state_.FlashPhase, 0); });
+  };
+  arrive("02 00 00 00 1F 02 22 3E");
+  ASSERT_EQ(world_.screen.boxes().size(), 1U);
+  EXPECT_EQ(world_.screen.boxes()[0].text, "Communications Error");
+  EXPECT_EQ(world_.form1.txtstat.Text.get(), "Message is invalid");
+  world_.run(kSecond);
+  EXPECT_EQ(state_.FlashPhase, 2) << "what came under the box is taken afterwards";
+}
+
+TEST_F(ReceivePathTest, CodesFrom128OnAreRefusedEvenInACompleteFrame) {
+  world_.screen.answerOthers();
+  arrive("02 00 00 00 85 02 07 3E");
+  EXPECT_EQ(world_.screen.boxes().size(), 1U);
+  EXPECT_EQ(state_.FlashPhase, 0);
+}
+
+TEST_F(ReceivePathTest, WhileShortAnswersAreExpectedOthersAreTrimmed) {
+  struct Case {
+    const char* what;
+    std::vector<std::string> pieces;
+    bool acknowledged;
+    int phase;
+    const char* left;
+  };
+  receive_.ExpectFrameEnd = true;
+  for (const Case& c : {
+           Case{"a report", {kErased}, false, 2, ""},
+           {"an acknowledgement", {"41"}, true, 0, "41"},
+           {"two of them", {"41", "41"}, true, 0, "41 41"},
+           {"a star", {"2A"}, false, 0, ""},
+           {"a frame with a displaced end", {"02 00 02 00 00 00 1F 02 21 3E"}, false, 2, ""},
+           {"the beginning of a report is given up", {"02 00 00 00", "1F 02 21 3E"}, false, 0, ""},
+       }) {
+    receive_.RxBuffer.clear();
+    state_.FlashPhase = 0;
+    state_.MicAck = false;
+    for (const std::string& piece : c.pieces) {
+      arrive(piece);
+    }
+    EXPECT_EQ(state_.MicAck, c.acknowledged) << c.what;
+    EXPECT_EQ(state_.FlashPhase, c.phase) << c.what;
+    EXPECT_EQ(buffer(), c.left) << c.what;
+  }
+}
+
+TEST_F(ReceivePathTest, SerialProgrammingTakesOneAnswerWhole) {
+  world_.screen.answerOthers();
+  state_.SerialStep = 4;
+  arrive("02 00 00");  // cut short: invalid, but it was the one answer
+  EXPECT_TRUE(state_.SerialAnswerTaken);
+  EXPECT_EQ(world_.screen.boxes().size(), 1U);
+  state_.FlashTarget.clear();
+  arrive(report(39, "01 02 2C"));
+  EXPECT_FALSE(state_.GotId);
+  receive_.RxBuffer.clear();
+  state_.SerialAnswerTaken = false;
+  arrive(report(39, "01 02 2C"));
+  EXPECT_TRUE(state_.GotId);
+  EXPECT_EQ(receive_.SerialReadBack, (1 * 128 + 2) * 128 + 44);
+  EXPECT_EQ(receive_.RxEventCount, 0);
+}
+
+TEST_F(ReceivePathTest, OnlySeventeenBytesDuringASearchAreAUnit) {
+  struct Case {
+    const char* what;
+    std::string answer;
+    bool searching;
+    int phase;
+    bool found;
+  };
+  const std::string sixteen = "02 00 02 2C 02 00 00 02 1F 00 00 00 02 00 00 4E";
+  for (const Case& c : {
+           Case{"17 bytes", sixteen + "80", true, 0, true},
+           {"16 bytes", sixteen, true, 0, false},
+           {"18 bytes", sixteen + "80 80", true, 0, false},
+           {"no search", sixteen + "80", false, 0, false},
+           {"flash run", sixteen + "80", true, 1, false},
+           {"17 bytes with a frame in front", kErased + "3E 00 00 00 00 00 00 00 00", true, 0, false},
+       }) {
+    receive_.RxBuffer.clear();
+    state_.PortFound = false;
+    state_.PortSearching = c.searching;
+    state_.FlashPhase = static_cast<std::int16_t>(c.phase);
+    arrive(c.answer);
+    EXPECT_EQ(state_.PortFound, c.found) << c.what;
+  }
+}
+
+TEST_F(ReceivePathTest, FrontStreamingLeavesABlankInTheBufferAlone) {
+  receive_.RxBuffer = bytes("20");
+  state_.FrontStreaming = true;
+  arrive(kErased);
+  EXPECT_EQ(buffer(), hex(bytes("20" + kErased)));
+  EXPECT_EQ(state_.FlashPhase, 0);
+}
+
+TEST_F(ReceivePathTest, ReportsThatArriveInsideAnEventAreEachTakenOnce) {
+  receive_.WantAnswered = true;  // from here on events run inside the handler
+  wire_.deliver(bytes("02 00 00 00 1F"));
+  world_.queue.post([this] {
+    EXPECT_EQ(receive_.RxEventCount, 0) << "the first event is still on its way";
+    wire_.deliver(bytes("02 21 3E"));
+    world_.queue.PumpEvents();
+    EXPECT_EQ(state_.FlashPhase, 2);
+    wire_.deliver(bytes(report(3)));
+  });
+  world_.run(50 * kMillisecond);
+  EXPECT_EQ(state_.FlashPhase, 3);
+  EXPECT_TRUE(receive_.FlashSucceeded);
+  EXPECT_EQ(buffer(), "");
+  EXPECT_TRUE(world_.screen.boxes().empty());
+}
+
+TEST_F(ReceivePathTest, AReportDuringTheShortDelayIsTakenInsideIt) {
+  state_.FlashTarget = "FrontFlash";
+  wire_.deliver(bytes(report(86)));
+  world_.after(3 * kMillisecond, [this] { wire_.deliver(bytes(report(82))); });
+  world_.queue.PumpEvents();
+  EXPECT_TRUE(state_.FrontBlockOk);
+  EXPECT_EQ(state_.FlashPhase, 3);
+  EXPECT_FALSE(world_.form1.Delaytimer.enabled());
+}
+
+TEST_F(ReceivePathTest, TheQueueTurnsOverWithoutLosingAReport) {
+  for (int i = 0; i < 100; ++i) {
+    state_.FlashPhase = 0;
+    arrive(kErased);
+    ASSERT_EQ(state_.FlashPhase, 2) << "report " << i;
+  }
+}
+
+TEST_F(ReceivePathTest, RandomBytesNeverCrashAndLeaveAFrameStartOrNothing) {
+  constexpr unsigned kSeed = 20240607;
+  std::mt19937 random(kSeed);
+  world_.screen.answerOthers(kMillisecond);
+  const std::string alphabet = "02 02 02 00 06 1F 60 69 3E 3E 41 85 FE 01 56 80";
+  const Bytes letters = bytes(alphabet);
+  state_.FlashTarget = "FrontFlash";
+  for (int i = 0; i < 3000; ++i) {
+    receive_.ExpectFrameEnd = random() % 3 == 0;
+    receive_.WantAnswered = random() % 2 == 0;
+    state_.SerialStep = random() % 8 == 0 ? 4 : 0;
+    state_.SerialAnswerTaken = false;
+    Bytes piece;
+    for (auto n = random() % 12; n > 0; --n) {
+      piece.push_back(random() % 4 == 0 ? static_cast<std::uint8_t>(random()) : letters[random() % letters.size()]);
+    }
+    wire_.deliver(piece);
+    world_.run(kMillisecond * static_cast<Micros>(random() % 20));
+    const Bytes& left = receive_.RxBuffer;
+    ASSERT_TRUE(left.empty() || left.front() == 0x02 || left.front() == 'A') << "seed " << kSeed << ", piece " << i;
+    if (random() % 50 == 0) {
+      receive_.RxBuffer.clear();
+    }
+  }
+}
+
+}  // namespace
+}  // namespace firmlane::test

@@ -1,0 +1,243 @@
+#include "link/version_answers.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+
+#include "fake_unit.h"
+
+namespace firmlane::test {
+namespace {
+
+const std::string kVersionAnswer = "02 00 00 00 5F 02 05 02 0C 01 07 03 01 00 00 00 00 80";
+const std::string kVelarcId = "02 00 02 2C 02 00 00 05 01 02 00 00 01 00 00 38 80";
+const std::string kVelarcVersions = "02 00 00 00 69 01 02 03 05 00 04 01 00 06 02 01 09 00 80";
+
+class VersionAnswersTest : public testing::Test {
+ protected:
+  /// Starts over, as a caller does before each reading.
+  void start(const std::string& product) {
+    state_ = RunState{};
+    state_.ProductCode = product;
+    world_.frmVersion.Unload();
+    world_.frmVersion.Load();
+  }
+  void take(const Bytes& answer) {
+    state_.IdQueue.at(static_cast<std::size_t>(state_.IdQueueRead)) = std::string(answer.begin(), answer.end());
+    answers_.GetID2();
+  }
+  void take(const std::string& hexText) { take(bytes(hexText)); }
+  /// A good ID answer with one byte changed.
+  static std::string idWith(std::size_t position, std::uint8_t value) {
+    Bytes answer = bytes(kIdAnswer);
+    answer.at(position - 1) = value;
+    return hex(answer);
+  }
+  /// Everything on the form: serial, Hub, DSP, RF1, RF2, Front.
+  std::string shown() {
+    const FrmVersion& form = world_.frmVersion;
+    std::string text;
+    for (const Label* label : {&form.lblSN, &form.lblHub, &form.lblDSP, &form.lblRF1, &form.lblRF2, &form.lblFront}) {
+      text += (text.empty() ? "" : " | ") + label->Caption.get();
+    }
+    return text;
+  }
+
+  World world_;
+  RunState& state_ = world_.state;
+  VersionAnswers answers_{state_, world_.frmVersion};
+};
+
+TEST_F(VersionAnswersTest, TheModelByteGivesLeadingDigitSecondSectionAndMark) {
+  struct Case {
+    const char* product;
+    std::uint8_t byte;
+    int model;
+    bool second;
+    const char* serial;
+  };
+  for (const Case& c : {
+           Case{"WS", 2, 0, false, "1000300"},
+           {"WS", 3, 1, false, "2000300"},
+           {"WS", 4, 2, false, "3000300"},
+           {"WS", 5, 3, true, "4000300"},
+           {"WS", 6, 2, false, "3000300 (QDR)"},
+           {"WS", 7, 3, true, "4000300 (QDR)"},
+           {"WS", 10, 8, true, "9000300"},
+           {"WS", 11, 9, true, "10000300"},
+           {"WS", 12, 10, false, "11000300"},
+           {"WS", 1, -1, false, "300"},
+           {"WS", 0, -2, false, "300"},
+           {"WS", 127, 125, false, "126000300"},
+           {"VC", 0, 0, false, "1000300"},
+           {"VC", 1, 1, true, "2000300"},
+           {"VC", 2, 2, false, "3000300"},
+           {"VC", 3, 3, true, "4000300"},
+       }) {
+    start(c.product);
+    Bytes answer = bytes(idWith(13, c.byte));
+    answer[7] = 5;  // a Velarc that answers the version request
+    take(answer);
+    EXPECT_EQ(state_.UnitModel, c.model) << c.product << int{c.byte};
+    EXPECT_EQ(state_.HasRf2, c.second) << c.product << int{c.byte};
+    EXPECT_EQ(world_.frmVersion.lblSN.Caption.get(), c.serial) << c.product << int{c.byte};
+    EXPECT_EQ(std::to_string(state_.SerialNumber), std::string(c.serial).substr(0, std::string(c.serial).find(' ')));
+    EXPECT_TRUE(state_.GotId);
+  }
+}
+
+TEST_F(VersionAnswersTest, BothVersionCodesCompleteTheReadingOnEitherLine) {
+  struct Case {
+    const char* product;
+    std::string id;
+    std::string versions;
+    const char* shown;
+  };
+  for (const Case& c : {
+           Case{"WS", kIdAnswer, kVersionAnswer, "1000300 | 2.5 | 2.31 | 2.12 | N/A | 3.1"},
+           {"WS", idWith(13, 5), kVersionAnswer, "4000300 | 2.5 | 2.31 | 2.12 | 1.7 | 3.1"},
+           {"WS", idWith(9, 0), kVersionAnswer, "1000300 | 2.5 | 2.3 | 2.12 | N/A | 3.1"},
+           {"VC", kVelarcId, kVelarcVersions, "2000300 | 1.2.3 | 5.0.4 | 0.0 | 0.0 | 1.0"},
+       }) {
+    for (const std::uint8_t code : bytes("5F 69")) {
+      start(c.product);
+      take(c.id);
+      Bytes versions = bytes(c.versions);
+      versions[4] = code;
+      take(versions);
+      EXPECT_EQ(shown(), c.shown);
+      EXPECT_TRUE(state_.VersionsRead && state_.VersionsComplete) << c.product << int{code};
+    }
+  }
+  EXPECT_EQ(state_.VrcFrontAVer3, 6);
+  EXPECT_EQ(state_.VrcFrontBVer1, 2);
+  EXPECT_EQ(state_.VrcFrontBVer3, 9);
+}
+
+TEST_F(VersionAnswersTest, AVelarcWithAnOldDspIsCompleteAtOnce) {
+  struct Case {
+    std::uint8_t first;
+    std::uint8_t second;
+    bool old;
+    const char* dsp;
+  };
+  for (const Case& c :
+       {Case{3, 103, true, "4.87"}, {3, 115, true, "4.99"}, {3, 116, false, "0.0"}, {3, 52, true, "4.36"}, {3, 16, true, "4"}}) {
+    start("VC");
+    Bytes answer = bytes(kVelarcId);
+    answer[7] = c.first;
+    answer[8] = c.second;
+    take(answer);
+    EXPECT_EQ(state_.VrcOldDsp && state_.VersionsRead && state_.VersionsComplete && state_.LegacyLink, c.old) << c.dsp;
+    EXPECT_EQ(world_.frmVersion.lblDSP.Caption.get(), c.dsp);
+  }
+  state_.SerialRead = false;
+  state_.GotId = false;
+  state_.VrcOldDsp = true;
+  take(kVelarcId);
+  EXPECT_FALSE(state_.VrcOldDsp) << "the next unit is not the last one";
+}
+
+TEST_F(VersionAnswersTest, VersionsOutOfRangeAreAskedForAgainOrShownAsNone) {
+  struct Case {
+    std::size_t position;
+    std::uint8_t value;
+    bool read;
+    const char* shown;
+  };
+  for (const Case& c : {
+           Case{6, 10, true, "4000300 | 10.5 | 2.31 | 2.12 | 1.7 | 3.1"},
+           {6, 11, false, "4000300 | 11.5 | 2.31 | 0.0 | 0.0 | 0.0"},
+           {7, 101, false, "4000300 | 2.101 | 2.31 | 0.0 | 0.0 | 0.0"},
+           {8, 8, true, "4000300 | 2.5 | 2.31 | 8.12 | 1.7 | 3.1"},
+           {8, 9, true, "4000300 | 2.5 | 2.31 | 0.0 | 1.7 | 3.1"},
+           {9, 101, true, "4000300 | 2.5 | 2.31 | 0.0 | 1.7 | 3.1"},
+           {10, 9, true, "4000300 | 2.5 | 2.31 | 2.12 | 0.0 | 3.1"},
+           {11, 101, true, "4000300 | 2.5 | 2.31 | 2.12 | 0.0 | 3.1"},
+           {12, 11, false, "4000300 | 2.5 | 2.31 | 2.12 | 1.7 | 0.0"},
+           {13, 100, true, "4000300 | 2.5 | 2.31 | 2.12 | 1.7 | 3.100"},
+           {13, 101, false, "4000300 | 2.5 | 2.31 | 2.12 | 1.7 | 0.0"},
+       }) {
+    start("WS");
+    take(idWith(13, 5));
+    Bytes answer = bytes(kVersionAnswer);
+    answer.at(c.position - 1) = c.value;
+    take(answer);
+    EXPECT_EQ(shown(), c.shown);
+    EXPECT_EQ(state_.VersionsRead, c.read) << c.shown;
+    EXPECT_EQ(state_.VersionsComplete, c.read) << c.shown;
+  }
+}
+
+TEST_F(VersionAnswersTest, AnswersOfOtherCodesDoNotMakeAUnit) {
+  start("VC");
+  Bytes other = bytes(kVelarcId);
+  other[4] = 3;
+  take(other);
+  EXPECT_FALSE(state_.SerialRead || state_.GotId);
+  EXPECT_EQ(state_.VrcDspVer1, 0);
+
+  start("WS");
+  take("02 00 00 00 02 00 00 02 1F 00 00 00 02 00 00 25 80");  // serial 0
+  EXPECT_FALSE(state_.SerialRead || state_.GotId);
+  EXPECT_EQ(state_.SerialNumber, 0);
+
+  take("02 00 05 05 03 00 00 01 01 00 00 00 05 00 00 00 80");  // garbled: taken for a serial number, but no ID answer
+  EXPECT_TRUE(state_.SerialRead);
+  EXPECT_FALSE(state_.GotId);
+  take("02 00 06 06 07 00 00 01 01 00 00 00 05 00 00 00 80");
+  EXPECT_EQ(state_.SerialNumber, 4000645);
+  take(kIdAnswer);
+  EXPECT_TRUE(state_.GotId);
+  EXPECT_EQ(state_.SerialNumber, 1000300) << "the ID answer is believed, not what was garbled before";
+  take(idWith(4, 0x2D));
+  EXPECT_EQ(state_.SerialNumber, 1000300) << "one unit is read, not two";
+}
+
+TEST_F(VersionAnswersTest, AnswersCutShortAtAnyByteLeaveTheReadingOpen) {
+  struct Line {
+    const char* product;
+    std::string id;
+    std::string versions;
+    std::size_t enoughId;
+    std::size_t enoughVersions;
+  };
+  for (const Line& line : {Line{"WS", idWith(13, 5), kVersionAnswer, 13, 13}, {"VC", kVelarcId, kVelarcVersions, 13, 17}}) {
+    for (std::size_t length = 0; length <= 19; ++length) {
+      Bytes id = bytes(line.id);
+      id.resize(std::min(length, id.size()));
+      start(line.product);
+      take(id);
+      EXPECT_EQ(state_.GotId, length >= line.enoughId) << line.product << " ID of " << length;
+
+      Bytes versions = bytes(line.versions);
+      versions.resize(std::min(length, versions.size()));
+      start(line.product);
+      take(line.id);
+      take(versions);
+      EXPECT_EQ(state_.VersionsComplete, length >= line.enoughVersions) << line.product << " versions of " << length;
+      EXPECT_EQ(state_.VersionsRead, state_.VersionsComplete) << "a cut answer must be asked for again";
+    }
+  }
+}
+
+TEST_F(VersionAnswersTest, RandomAnswersNeverCrash) {
+  constexpr unsigned kSeed = 77;
+  std::mt19937 random(kSeed);
+  SCOPED_TRACE("seed " + std::to_string(kSeed));
+  for (int i = 0; i < 20000; ++i) {
+    start(i % 2 == 0 ? "WS" : "VC");
+    for (int n = 0; n < 3; ++n) {
+      Bytes answer(random() % 24);
+      std::generate(answer.begin(), answer.end(), [&random] { return static_cast<std::uint8_t>(random()); });
+      if (answer.size() > 4 && random() % 2 == 0) {
+        answer[4] = n == 0 ? 2 : 95;
+      }
+      take(answer);
+      ASSERT_GE(state_.SerialNumber, 0);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace firmlane::test

@@ -1,0 +1,275 @@
+#include "link/version_readout.h"
+
+#include <gmock/gmock.h>
+
+#include "fake_unit.h"
+
+namespace firmlane::test {
+namespace {
+
+const std::string kVersionAnswer = "02 00 00 00 5F 02 05 02 0C 01 07 03 01 00 00 00 00 80";
+const std::string kVelarcId = "02 00 02 2C 02 00 00 05 01 02 00 00 01 00 00 38 80";
+const std::string kVelarcVersions = "02 00 00 00 69 01 02 03 05 00 04 01 00 06 02 01 09 00 80";
+const std::string kResetFrame = "02 00 00 00 72 72 80";
+const std::string kWhoFrame = "02 00 00 00 01 01 80";
+const std::string kVersionsFrame = "02 00 00 00 5E 5E 80";
+
+class VersionReadoutTest : public testing::Test {
+ protected:
+  VersionReadoutTest() {
+    state_.ProductCode = "WS";
+    state_.ComPort = 4;
+    world_.screen.answerOthers();
+  }
+  void load() {
+    state_.VersionsComplete = state_.SerialRead = state_.GotId = state_.GetVersionsSent = state_.VersionsRead = false;
+    form_.Load();
+  }
+  void complete(Micros limit = 10 * kSecond) {
+    world_.runUntil([this] { return state_.VersionsComplete; }, limit);
+  }
+  Pointer pointer() { return world_.screen.pointer(); }
+
+  World world_;
+  RunState& state_ = world_.state;
+  FrmVersion& form_ = world_.frmVersion;
+  VersionReadout readout_{world_.versionPort, state_, form_};
+  VirtualWire& wire_ = world_.wires.add(4);
+};
+
+TEST_F(VersionReadoutTest, AWirelessUnitIsReadAtFullSpeed) {
+  FakeUnit unit(world_, 4, 57600);
+  unit.answers = {{kWho, kIdAnswer}, {kVersions, kVersionAnswer}};
+  load();
+  EXPECT_EQ(pointer(), Pointer::Hourglass);
+  complete();
+  EXPECT_TRUE(hex(wire_.sent()).starts_with(kResetFrame + " " + kWhoFrame)) << hex(wire_.sent());
+  EXPECT_TRUE(hex(wire_.sent()).ends_with(kWhoFrame + " " + kVersionsFrame)) << hex(wire_.sent());
+  EXPECT_LT(world_.time.now(), 300 * kMillisecond);
+  EXPECT_EQ(form_.lblSN.Caption.get() + " " + form_.lblHub.Caption.get() + " " + form_.lblFront.Caption.get(), "1000300 2.5 3.1");
+  EXPECT_FALSE(state_.LegacyLink);
+  world_.run(200 * kMillisecond);
+  EXPECT_EQ(pointer(), Pointer::Normal);
+  EXPECT_FALSE(form_.Timer1.enabled());
+  const Bytes sent = wire_.sent();
+  world_.run(10 * kSecond);
+  EXPECT_EQ(hex(wire_.sent()), hex(sent)) << "nothing is asked once all is in";
+  form_.Unload();
+  EXPECT_FALSE(wire_.isOpen());
+}
+
+TEST_F(VersionReadoutTest, TheFirstQuestionComesFiveThousandPassesAfterTheReset) {
+  state_.ProductCode = "VC";
+  world_.after(90 * kMillisecond, [this] { EXPECT_EQ(hex(wire_.sent()), "") << "no reset, no question yet"; });
+  load();
+  EXPECT_GE(world_.time.now(), 100 * kMillisecond);
+  EXPECT_EQ(hex(wire_.sent()).substr(hex(wire_.sent()).size() - 20), kWhoFrame);
+  EXPECT_EQ(wire_.settings()->baud, 19200);
+}
+
+TEST_F(VersionReadoutTest, AnOldReceiverIsFoundAtTheOldSpeed) {
+  FakeUnit unit(world_, 4, 9600);
+  unit.answers = {{kWho, kIdAnswer}, {kVersions, kVersionAnswer}};
+  load();
+  complete();
+  EXPECT_TRUE(state_.LegacyLink);
+  EXPECT_EQ(wire_.settings()->baud, 9600);
+  EXPECT_EQ(unit.count(kReset), 0) << "no reset link at the old speed";
+  EXPECT_EQ(state_.VerDspMajor, 2);
+  EXPECT_NEAR(static_cast<double>(world_.time.now()) / kSecond, 2.4, 0.2);
+}
+
+TEST_F(VersionReadoutTest, VelarcsAreReadAtTheirSpeed) {
+  state_.ProductCode = "VC";
+  FakeUnit unit(world_, 4, 19200);
+  unit.answers = {{kWho, kVelarcId}, {kVersions, kVelarcVersions}};
+  load();
+  complete();
+  EXPECT_EQ(form_.lblHub.Caption.get() + " " + form_.lblDSP.Caption.get(), "1.2.3 5.0.4");
+  EXPECT_TRUE(state_.HasRf2);
+}
+
+TEST_F(VersionReadoutTest, AVelarcWithAnOldDspIsAskedForNoVersions) {
+  state_.ProductCode = "VC";
+  FakeUnit unit(world_, 4, 19200);
+  unit.answers = {{kWho, "02 00 02 2C 02 00 00 03 67 00 00 00 02 00 00 18 80"}};
+  load();
+  complete();
+  world_.run(5 * kSecond);
+  EXPECT_EQ(form_.lblDSP.Caption.get(), "4.87");
+  EXPECT_TRUE(state_.LegacyLink);
+  EXPECT_EQ(unit.count(kVersions), 0);
+  EXPECT_FALSE(form_.Timer1.enabled());
+}
+
+TEST_F(VersionReadoutTest, ASilentLineIsAskedEveryTickAndTheSpeedChangesEveryTwoSeconds) {
+  FakeUnit fast(world_, 4, 57600);
+  std::vector<std::string> speeds;
+  wire_.changed = [&] {
+    speeds.push_back(std::to_string((world_.time.now() + 50 * kMillisecond) / (100 * kMillisecond)) + ": " +
+                     (wire_.isOpen() ? std::to_string(wire_.settings()->baud) : "closed"));
+  };
+  load();
+  world_.run(7 * kSecond);
+  wire_.changed = nullptr;
+  EXPECT_THAT(speeds, testing::ElementsAre("0: 57600", "20: 9600", "20: closed", "22: 9600", "41: 57600", "41: closed",
+                                           "43: 57600", "62: 9600", "62: closed", "64: 9600"));
+  // At full speed ticks 1 to 19, the reset of the beginning and its question; then the tick that came back to it and 19 more.
+  EXPECT_EQ(fast.count(kReset), 1 + 19 + 20);
+  EXPECT_EQ(fast.count(kWho), 1 + 19 + 20);
+}
+
+TEST_F(VersionReadoutTest, GarbledVersionsAreAskedForAgain) {
+  FakeUnit unit(world_, 4, 57600);
+  unit.answers = {{kWho, kIdAnswer}, {kVersions, "02 00 00 00 5F 0B 05 02 0C 01 07 03 01 00 00 00 00 80"}};
+  load();
+  world_.run(500 * kMillisecond);
+  EXPECT_FALSE(state_.VersionsComplete || state_.VersionsRead);
+  EXPECT_GE(unit.count(kVersions), 3);
+  unit.answers[kVersions] = kVersionAnswer;
+  complete();
+}
+
+TEST_F(VersionReadoutTest, BytesOfTheWrongSpeedDoNotSpoilTheAnswer) {
+  for (const char* noise : {"FF 00 FE 80", "80", "02 11", "02 FF FF FF FF FF FF FF", "02 05 06 07 80", "02 00 01 01 55 01 80"}) {
+    FakeUnit unit(world_, 4, 9600);
+    unit.answers = {{kWho, kIdAnswer}, {kVersions, kVersionAnswer}};
+    world_.after(1900 * kMillisecond, [&] { wire_.deliver(bytes(noise)); });
+    load();
+    complete();
+    EXPECT_EQ(state_.SerialNumber, 1000300) << noise;
+    EXPECT_TRUE(state_.LegacyLink) << noise;
+    form_.Unload();
+    world_.run(kSecond);
+  }
+}
+
+TEST_F(VersionReadoutTest, AnAnswerTakenByAnEventInsideIsNotTakenTwice) {
+  load();
+  wire_.deliver(bytes(kIdAnswer.substr(0, 20)));
+  world_.queue.PumpEvents();
+  EXPECT_FALSE(state_.GotId);
+  wire_.deliver(bytes(kIdAnswer.substr(20)));
+  world_.queue.post([this] {
+    wire_.deliver(bytes("55"));
+    world_.queue.PumpEvents();
+    EXPECT_TRUE(state_.GotId);
+  });
+  world_.run(10 * kMillisecond);
+  EXPECT_EQ(state_.IdQueueWrite, 1);
+  EXPECT_EQ(state_.IdQueueRead, 1);
+  wire_.deliver(bytes(kVersionAnswer));
+  world_.run(10 * kMillisecond);
+  EXPECT_TRUE(state_.VersionsComplete);
+}
+
+TEST_F(VersionReadoutTest, UnloadedInAnyWaitItSendsNothingMoreAndLeavesThePortClosed) {
+  struct Case {
+    const char* what;
+    Micros when;
+  };
+  for (const Case& c : {Case{"delay of the beginning", 50 * kMillisecond},
+                        {"between ticks", 350 * kMillisecond},
+                        {"change of speed", 2100 * kMillisecond},
+                        {"change back", 4200 * kMillisecond}}) {
+    world_.after(c.when, [this] { world_.queue.post([this] { form_.Unload(); }); });
+    const Micros start = world_.time.now();
+    load();
+    world_.run(start + c.when + kMillisecond - std::min(world_.time.now(), start + c.when));
+    EXPECT_FALSE(form_.Loaded) << c.what;
+    EXPECT_FALSE(wire_.isOpen()) << c.what;
+    EXPECT_EQ(pointer(), Pointer::Normal) << c.what;
+    const Bytes sent = wire_.sent();
+    const int opens = wire_.opens();
+    world_.run(6 * kSecond);
+    EXPECT_EQ(hex(wire_.sent()), hex(sent)) << c.what;
+    EXPECT_EQ(wire_.opens(), opens) << c.what;
+  }
+  EXPECT_TRUE(world_.screen.boxes().empty());
+}
+
+TEST_F(VersionReadoutTest, LoadedAgainInsideAnOldWaitOnlyTheNewConversationGoesOn) {
+  FakeUnit unit(world_, 4, 57600);
+  unit.answers = {{kWho, kIdAnswer}, {kVersions, kVersionAnswer}};
+  world_.after(2100 * kMillisecond, [this] {
+    world_.queue.post([this] {
+      form_.Unload();
+      load();
+    });
+  });
+  unit.delay = 10 * kSecond;
+  load();
+  world_.run(2300 * kMillisecond);
+  unit.delay = kMillisecond;
+  complete();
+  EXPECT_FALSE(state_.LegacyLink);
+  EXPECT_EQ(wire_.settings()->baud, 57600);
+  EXPECT_TRUE(world_.screen.boxes().empty());
+}
+
+TEST_F(VersionReadoutTest, APortThatCannotBeOpenedIsToldAndTheFormGoes) {
+  wire_.openFailure = Failure(failure_number::kPortInUse, "The port is in use");
+  form_.ShowModal();
+  ASSERT_EQ(world_.screen.boxes().size(), 1U);
+  EXPECT_EQ(world_.screen.boxes()[0].text, "Error: The port is in use (#8005)");
+  EXPECT_EQ(world_.screen.boxes()[0].icon, MessageIcon::Critical);
+  EXPECT_EQ(state_.ErrorText, world_.screen.boxes()[0].text);
+  EXPECT_FALSE(form_.Loaded || form_.Visible);
+  EXPECT_EQ(pointer(), Pointer::Normal);
+}
+
+TEST_F(VersionReadoutTest, APulledAdapterIsToldOnceAndTryAgainReadsWhenItIsBack) {
+  for (const Micros when : {50 * kMillisecond, 350 * kMillisecond, 2100 * kMillisecond}) {
+    FakeUnit unit(world_, 4, 57600);
+    const std::size_t boxes = world_.screen.boxes().size();
+    world_.after(when, [this] { wire_.vanish(); });
+    form_.Show();
+    load();
+    world_.run(5 * kSecond);
+    EXPECT_EQ(world_.screen.boxes().size(), boxes + 1) << "pulled after " << when;
+    EXPECT_TRUE(world_.screen.boxes().back().text.starts_with("Error: ")) << world_.screen.boxes().back().text;
+    EXPECT_FALSE(form_.Timer1.enabled());
+    EXPECT_EQ(pointer(), Pointer::Normal);
+    wire_.openFailure.reset();
+    unit.answers = {{kWho, kIdAnswer}, {kVersions, kVersionAnswer}};
+    EXPECT_EQ(world_.host.click(form_.Command1), std::nullopt);
+    complete();
+    form_.Unload();
+  }
+}
+
+TEST_F(VersionReadoutTest, TryAgainReadsTheIdAnewOnTheOpenPort) {
+  FakeUnit unit(world_, 4, 57600);
+  unit.answers = {{kWho, kIdAnswer}, {kVersions, kVersionAnswer}};
+  load();
+  form_.Show();
+  complete();
+  world_.run(kSecond);
+  unit.answers[kWho] = "02 00 02 2D 02 00 00 02 1F 00 00 00 03 00 00 55 80";
+  const Bytes sent = wire_.sent();
+  EXPECT_EQ(world_.host.click(form_.Command1), std::nullopt);
+  world_.run(2 * kSecond);
+  EXPECT_EQ(state_.SerialNumber, 2000301);
+  EXPECT_EQ(wire_.opens(), 1);
+  EXPECT_EQ(hex(wire_.sent()).substr(hex(sent).size() + 1, 20), kResetFrame);
+  EXPECT_FALSE(form_.Timer1.enabled());
+  EXPECT_FALSE(state_.VersionsComplete) << "after a finished reading only the ID is read anew";
+}
+
+TEST_F(VersionReadoutTest, TryAgainInAChangeOfSpeedStartsOverAtFullSpeed) {
+  FakeUnit unit(world_, 4, 57600);
+  world_.after(2100 * kMillisecond, [&] {
+    EXPECT_FALSE(wire_.isOpen());
+    unit.answers = {{kWho, kIdAnswer}, {kVersions, kVersionAnswer}};
+    EXPECT_EQ(world_.host.click(form_.Command1), std::nullopt);
+  });
+  form_.Show();
+  complete();
+  EXPECT_LT(world_.time.now(), 2500 * kMillisecond);
+  EXPECT_FALSE(state_.LegacyLink);
+  EXPECT_EQ(wire_.settings()->baud, 57600);
+  EXPECT_TRUE(world_.screen.boxes().empty());
+}
+
+}  // namespace
+}  // namespace firmlane::test
