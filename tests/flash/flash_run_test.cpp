@@ -147,35 +147,35 @@ TEST_F(FlashRunTest, ASecondChanceTakenProgramsTheProcessor) {
 TEST_F(FlashRunTest, EachWaitEndsInItsTime) {
   struct Case {
     const char* product;
-    bool vrc2;
     const char* target;
     std::size_t size;  // of the image file; none when 0
     Script script;
     const char* from;
+    bool vrc2;
     int seconds;
     const char* ending = "2 page 5 +timedout -port +next -watchdog -timer1 -bar";
   };
   const auto never = std::optional<Micros>();
   const char* noErase = "1 page 5 +timedout -port +next -watchdog -timer1 -bar";
   const Case cases[] = {
-      {"VC", true, "DSPFlash", 10, {.powerOn = never}, "", 20, "0 page 5 +timedout -port +next -watchdog -timer1 -bar"},
-      {"WS", false, "RF1Flash", 10, {.announces = 48, .erased = never}, kErasing, 5, noErase},
-      {"WS", false, "RF2Flash", 10, {.announces = 64, .erased = never}, kErasing, 5, noErase},
-      {"WS", false, "NewHubFlash", 10, {.announces = 32, .erased = never}, kErasing, 5, noErase},
-      {"WS", false, "FrontFlash", 10, {.announces = 80, .erased = never}, kErasing, 5, noErase},
-      {"WS", false, "DSPFlash", 10, {.erased = never}, kErasing, 80, noErase},
-      {"VC", true, "NewHubFlash", 10, {.announces = 37, .erased = never}, kErasingVelarc, 80, noErase},
-      {"VC", true, "Front1Flash", 10, {.announces = 53, .erased = never}, kErasingVelarc, 80, noErase},
-      {"WS", false, "DSPFlash", 10, {.verdict = never}, kSent, 5},
-      {"VC", true, "DSPFlash", 10, {.announces = 6, .verdict = never}, kSent, 5},
-      {"VC", false, "DSPFlash", 10, {.verdict = never}, kSent, 10},
-      {"WS", false, "RF1Flash", 10, {.announces = 48, .verdict = never}, kSent, 60},
-      {"WS", false, "DSPFlash", 95'000, {.verdict = never}, kSent, 0},
-      {"VC", false, "OldVRCFlash", 180'000, {.verdict = never, .baud = 19200}, kSent, 0},
+      {"VC", "DSPFlash", 10, {.powerOn = never}, "", true, 20, "0 page 5 +timedout -port +next -watchdog -timer1 -bar"},
+      {"WS", "RF1Flash", 10, {.announces = 48, .erased = never}, kErasing, false, 5, noErase},
+      {"WS", "RF2Flash", 10, {.announces = 64, .erased = never}, kErasing, false, 5, noErase},
+      {"WS", "NewHubFlash", 10, {.announces = 32, .erased = never}, kErasing, false, 5, noErase},
+      {"WS", "FrontFlash", 10, {.announces = 80, .erased = never}, kErasing, false, 5, noErase},
+      {"WS", "DSPFlash", 10, {.erased = never}, kErasing, false, 80, noErase},
+      {"VC", "NewHubFlash", 10, {.announces = 37, .erased = never}, kErasingVelarc, true, 80, noErase},
+      {"VC", "Front1Flash", 10, {.announces = 53, .erased = never}, kErasingVelarc, true, 80, noErase},
+      {"WS", "DSPFlash", 10, {.verdict = never}, kSent, false, 5},
+      {"VC", "DSPFlash", 10, {.announces = 6, .verdict = never}, kSent, true, 5},
+      {"VC", "DSPFlash", 10, {.verdict = never}, kSent, false, 10},
+      {"WS", "RF1Flash", 10, {.announces = 48, .verdict = never}, kSent, false, 60},
+      {"WS", "DSPFlash", 95'000, {.verdict = never}, kSent, false, 0},
+      {"VC", "OldVRCFlash", 180'000, {.verdict = never, .baud = 19200}, kSent, false, 0},
       // Without a file nothing is sent, and the limit of the stream is the one in force.
-      {"WS", false, "DSPFlash", 0, {}, kSending, 180},
-      {"WS", false, "RF1Flash", 0, {.announces = 48}, kSending, 180},
-      {"VC", true, "OldVRCFlash", 0, {.announces = 1, .baud = 19200}, "Connected to unit", 180},
+      {"WS", "DSPFlash", 0, {}, kSending, false, 180},
+      {"WS", "RF1Flash", 0, {.announces = 48}, kSending, false, 180},
+      {"VC", "OldVRCFlash", 0, {.announces = 1, .baud = 19200}, "Connected to unit", true, 180},
   };
   for (const Case& c : cases) {
     for (const char* name : {"wls.bin", "hubSL.s19", "RFSL.s19", "vrc.bin", "vrc2.bin", "vrc2hub.s19"}) {
