@@ -93,11 +93,16 @@ TEST_F(FrontPanelTest, APanelThatAsksForNothingHasAMinute) {
   EXPECT_TRUE(world_.screen.boxes().empty());
 }
 
-TEST_F(FrontPanelTest, AFailureReportedAmidTheCodeEndsTheRunAtOnce) {
-  frontImage(640);
+TEST_F(FrontPanelTest, AVerdictAmidTheCodeStandsAndAPanelThatAsksOnGetsTheRest) {
+  frontImage(64);
   fly("WS", "FrontFlash", {.announces = 80, .batchAnswers = {86, 83}});
   EXPECT_EQ(ending(), "3 page 0 -timedout -port +next -watchdog -timer1 +bar");
-  EXPECT_EQ(seconds("FLASH memory", "Your unit may"), 1) << "the box stands a second";
+  EXPECT_EQ(seconds("FLASH memory", "Your unit may"), 5 + 1) << "the box stands a second";
+  world_.after(4 * kSecond + 250 * kMillisecond, [&] { loader_.say(82); });
+  world_.after(5 * kSecond, [&] { loader_.say(86); });
+  fly("WS", "FrontFlash", {.announces = 80, .batchAnswers = {0, 87, 87}});
+  EXPECT_EQ(loader_.image.size(), 2U + 4 * 32);
+  EXPECT_EQ(ending(), "3 page 7 -timedout -port +next -watchdog -timer1 +bar");
 }
 
 TEST_F(FrontPanelTest, WhatAnEarlierPanelAskedForDoesNotCount) {
