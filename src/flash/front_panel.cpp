@@ -114,12 +114,15 @@ bool FrontPanel::stream() {
 }
 
 bool FrontPanel::awaitRequest() {
+  // A panel that has given its verdict gets the rest if it asks on, and is not waited for if it does not.
+  constexpr int kAfterVerdict = 5;
   const SilenceLimit silence(host_.queue());
   const auto asked = [this] { return state_.FrontBlockOk || state_.FrontVectorAsked; };
-  while (!asked() && !silence.passed() && state_.FlashPhase == kErased) {
+  const auto limit = [this] { return state_.FlashPhase == kErased ? SilenceLimit::kSeconds : kAfterVerdict; };
+  while (!asked() && !silence.passed(limit())) {
     host_.queue().WaitEvents();
   }
-  if (!asked() && silence.passed()) {
+  if (!asked() && state_.FlashPhase == kErased) {
     state_.TimedOut = true;
   }
   return asked();

@@ -29,7 +29,8 @@ class FrontPanel {
   void ProgramFront();
 
   /// Sends FrontImage. When it is empty or too long, or the port fails, tells the user and returns, with Sending and the timers
-  /// as they were. A panel that asks for nothing for a minute raises TimedOut; one that gives its verdict early ends the stream.
+  /// as they were. A panel that asks for nothing for a minute raises TimedOut; one
+  /// that has given its verdict ends the stream sooner, and the verdict stands.
   void DumpFront();
 
  private:

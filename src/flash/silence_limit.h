@@ -14,12 +14,12 @@ class SilenceLimit {
     timer_.start(kTick);
   }
 
-  /// Whether a minute has gone by.
-  [[nodiscard]] bool passed() const { return seconds_ >= kSeconds; }
-
- private:
+  /// What a unit that owes an answer has.
   static constexpr int kSeconds = 60;
 
+  [[nodiscard]] bool passed(int seconds = kSeconds) const { return seconds_ >= seconds; }
+
+ private:
   Timer timer_;
   int seconds_ = 0;
 };

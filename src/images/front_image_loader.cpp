@@ -101,6 +101,10 @@ void FrontImageLoader::convert() {
     pos = records.next(pos);
     host_.queue().PumpEvents();
   } while (records.recordType(pos) != kLastRecord);
+  if (records.othersBehind(pos)) {
+    // A damaged type character must not pass for the end: the panel would get half its code.
+    throw Failure(failure_number::kTypeMismatch, sourceName() + " holds records behind its S9 record");
+  }
   requireDigitText(state_.FrontImage, sourceName());
   state_.FrontCodeBytes = codeBytes(state_.FrontImage);
   form1_.txtlen.Text = std::to_string(state_.FrontCodeBytes);

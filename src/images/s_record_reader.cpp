@@ -56,6 +56,15 @@ std::size_t SRecordReader::next(std::size_t pos) const {
   return pos + kFrame + kDigitsPerByte * static_cast<std::size_t>(recordCount(pos));
 }
 
+bool SRecordReader::othersBehind(std::size_t pos) const {
+  for (std::size_t i = pos + kCharacter; i < digits_.size(); i += kCharacter) {
+    if (at(i) == 'S') {
+      return true;
+    }
+  }
+  return false;
+}
+
 char SRecordReader::at(std::size_t pos) const {
   constexpr int kTen = 10;
   if (pos + 1 > digits_.size()) {

@@ -21,6 +21,8 @@ class SRecordReader {
   [[nodiscard]] std::string_view recordData(std::size_t pos) const;
   /// Where the record behind the one at `pos` begins.
   [[nodiscard]] std::size_t next(std::size_t pos) const;
+  /// Whether a record follows the one at `pos`, wherever.
+  [[nodiscard]] bool othersBehind(std::size_t pos) const;
 
  private:
   [[nodiscard]] char at(std::size_t pos) const;

@@ -1,0 +1,280 @@
+#include "flash_world.h"
+
+namespace firmlane::test {
+namespace {
+
+using FlashRunTest = FlashTest;
+
+constexpr const char* kErasing = "Connected to R";
+constexpr const char* kErasingVelarc = "Connected to V";
+constexpr const char* kSending = "FLASH memory has been erased";
+constexpr const char* kSent = "Finished sending";
+constexpr const char* kStopped = "The unit has stopped responding.";
+
+TEST_F(FlashRunTest, EachProcessorGetsItsLinkItsCommandAndItsImage) {
+  struct Case {
+    const char* product;
+    const char* target;
+    int announces;
+    const char* want;
+    const char* file;
+    std::size_t wire;  // bytes that 300 of the file become
+    int baud = 9600;
+    bool legacy = false;
+  };
+  for (const Case& c : {Case{"WS", "DSPFlash", 1, "02 00 00 00 1E 01 1F 3E 3E", "wls.bin", 302},
+                        {"WS", "NewHubFlash", 32, "02 00 00 00 1E 21 3F 3E 3E", "HUBSL.s19", 300},
+                        {"WS", "RF1Flash", 48, "02 00 00 00 1E 30 4E 3E 3E", "RFSL.s19", 300},
+                        {"WS", "RF2Flash", 64, "02 00 00 00 1E 40 5E 3E 3E", "RFSL.s19", 300},
+                        {"VC", "DSPFlash", 1, "02 00 00 00 1E 01 1F 3E 3E", "vrc.bin", 602},
+                        {"VC", "OldVRCFlash", 1, "02 00 00 00 1E 01 1F 3E 3E", "vrc.bin", 602, 19200},
+                        {"VC", "DSPFlash", 1, "02 00 00 00 1E 01 1F 3E 3E", "vrc.bin", 602, 19200, true},
+                        {"VC", "DSPFlash", 6, "02 00 00 00 1E 01 1F 3E 3E", "vrc2.bin", 302},
+                        {"VC", "NewHubFlash", 37, "02 00 00 00 1E 21 3F 3E 3E", "vrc2hub.s19", 300}}) {
+    for (const char* other : {"wls.bin", "HUBSL.s19", "RFSL.s19", "vrc.bin", "vrc2.bin", "vrc2hub.s19"}) {
+      image(other, 10);
+    }
+    image(c.file, 300);
+    state_.LegacyLink = c.legacy;
+    fly(c.product, c.target, {.announces = c.announces, .image = c.wire, .baud = c.baud});
+    EXPECT_EQ(loader_.wanted, c.want) << c.target;
+    EXPECT_EQ(loader_.image.size(), c.wire) << c.file;
+    EXPECT_EQ(ending(), "3 page 7 -timedout -port +next -watchdog -timer1 +bar") << c.product << c.target;
+    EXPECT_TRUE(receivePath_.FlashSucceeded);
+  }
+}
+
+TEST_F(FlashRunTest, SuccessCongratulatesAndAdvancesTheOverallProgressTwice) {
+  struct Case {
+    const char* product;
+    bool inVrc;
+    bool factory;
+    const char* text;
+  };
+  image("wls.bin", 10);
+  image("vrc2.bin", 10);
+  state_.UnitIsVrc2 = true;
+  for (const Case& c : {Case{"WS", false, false,
+                             "Congratulations!\rYou have successfully upgraded the firmware in your Receiver!\r\rClick Next to "
+                             "continue or click Exit to quit"},
+                        {"VC", true, false,
+                         "Congratulations!\rYou have successfully upgraded the firmware in your Vel-Arc!\r\rClick Next to "
+                         "continue or click Exit to quit"},
+                        {"WS", false, true, "The Flash Memory has been Programmed, Click 'Next' to Program the Serial Number"}}) {
+    AutoForm& wizard = c.inVrc ? static_cast<AutoForm&>(world_.frmVRCAuto) : frmAuto_;
+    AutoForm& other = c.inVrc ? static_cast<AutoForm&>(frmAuto_) : world_.frmVRCAuto;
+    for (AutoForm* form : {&wizard, &other}) {
+      form->prgTotal.Max = 9;
+      form->prgTotal.Value = 4;
+      form->lblTotal.Caption = "Overall Progress";
+      form->lblReset.Show();
+    }
+    state_.InVrcAutoWizard = c.inVrc;
+    state_.FactoryBuild = c.factory;
+    fly(c.product, "DSPFlash", {.image = 12});
+    EXPECT_EQ(top(), c.text);
+    EXPECT_EQ(wizard.lblTotal.Caption.get(), "Overall Progress (Step 7 of 10)");
+    EXPECT_EQ(other.lblTotal.Caption.get(), "Overall Progress");
+    EXPECT_EQ(wizard.lblReset.Caption.get(), "Programming Flash Memory...");
+    EXPECT_FALSE(wizard.lblReset.Visible);
+    EXPECT_TRUE(other.lblReset.Visible);
+    EXPECT_FALSE(form1_.lblProgressInfo.Visible);
+  }
+}
+
+TEST_F(FlashRunTest, AReportedFailureIsTold) {
+  image("wls.bin", 10);
+  image("vrc.bin", 10);
+  for (const auto& [product, wire, text] :
+       {std::tuple{"WS", 12U, "Failure programming Receiver FLASH"}, {"VC", 22U, "Failure programming Vel-Arc FLASH"}}) {
+    fly(product, "DSPFlash", {.image = wire, .refuses = true});
+    EXPECT_EQ(world_.screen.boxes().back().text, text);
+    EXPECT_EQ(ending(), "3 page 0 -timedout -port +next -watchdog -timer1 +bar");
+    EXPECT_FALSE(receivePath_.FlashSucceeded);
+    EXPECT_EQ(top(),
+              "Your unit may require a successful FLASH upgrade to function properly.\rPlease check your connections and try to "
+              "run the Wizard again.");
+  }
+}
+
+TEST_F(FlashRunTest, AFailureReportedInPlaceOfTheEraseSendsNoImage) {
+  image("wls.bin", 10);
+  loader_.sayAfter(5 * kSecond, 4);
+  fly("WS", "DSPFlash", {.erased = {}});
+  EXPECT_EQ(ending(), "3 page 0 -timedout -port +next -watchdog -timer1 +bar");
+  EXPECT_TRUE(loader_.image.empty());
+}
+
+TEST_F(FlashRunTest, ASilentReceiverHasASecondChance) {
+  for (CheckBox* check : frmAuto_.checks()) {
+    check->Value = 1;
+  }
+  world_.screen.answerNext(MessageButton::OK, 60 * kSecond);
+  fly("WS", "RF2Flash", {.powerOn = {}});
+  ASSERT_EQ(world_.screen.boxes().size(), 1U);
+  EXPECT_EQ(
+      world_.screen.boxes()[0].text,
+      "Your receiver may have corrupt flash memory.\r\n\r\nPlease turn it off, click OK and then turn it back on to try again.");
+  EXPECT_EQ(seconds("", "Firmlane was unable"), 20 + 60 + 20);
+  const std::string text =
+      "Firmlane was unable to connect to your unit\r\n\r\nPlease check your connections and make sure that there is only one "
+      "unit "
+      "connected\r\nClick Next to try again or click Exit to quit";
+  EXPECT_EQ(top(), text);
+  EXPECT_EQ(frmAuto_.lblMain.Caption.get(), text);
+  EXPECT_EQ(ending(), "0 page 5 +timedout -port +next -watchdog -timer1 -bar");
+  EXPECT_TRUE(state_.LegacyLink);
+  EXPECT_EQ(hex(wire_.sent()), "");
+  for (CheckBox* check : frmAuto_.checks()) {
+    EXPECT_EQ(check->Value.get(), 0);
+  }
+  fly("WS", "RF2Flash", {.powerOn = {}});
+  EXPECT_EQ(world_.screen.boxes().size(), 1U) << "a receiver on the older link has no second chance";
+  EXPECT_EQ(seconds("", ""), 20);
+}
+
+TEST_F(FlashRunTest, ASecondChanceTakenProgramsTheProcessor) {
+  image("RFSL.s19", 50);
+  std::string main;
+  loader_.sayAfter(30 * kSecond, 48);
+  world_.after(25 * kSecond, [&] { main = frmAuto_.lblMain.Caption; });
+  fly("WS", "RF1Flash", {.announces = 48, .powerOn = {}, .image = 50});
+  EXPECT_EQ(main, "Now Programming Processor 3");
+  EXPECT_EQ(wire_.opens(), 2) << "the first connection, and the one under RTS";
+  EXPECT_EQ(ending(), "3 page 7 -timedout -port +next -watchdog -timer1 +bar");
+}
+
+TEST_F(FlashRunTest, EachWaitEndsInItsTime) {
+  struct Case {
+    const char* product;
+    const char* target;
+    std::size_t size;  // of the image file; none when 0
+    Script script;
+    const char* from;
+    bool vrc2;
+    int seconds;
+    const char* ending = "2 page 5 +timedout -port +next -watchdog -timer1 -bar";
+  };
+  const auto never = std::optional<Micros>();
+  const char* noErase = "1 page 5 +timedout -port +next -watchdog -timer1 -bar";
+  const Case cases[] = {
+      {"VC", "DSPFlash", 10, {.powerOn = never}, "", true, 20, "0 page 5 +timedout -port +next -watchdog -timer1 -bar"},
+      {"WS", "RF1Flash", 10, {.announces = 48, .erased = never}, kErasing, false, 5, noErase},
+      {"WS", "RF2Flash", 10, {.announces = 64, .erased = never}, kErasing, false, 5, noErase},
+      {"WS", "NewHubFlash", 10, {.announces = 32, .erased = never}, kErasing, false, 5, noErase},
+      {"WS", "FrontFlash", 10, {.announces = 80, .erased = never}, kErasing, false, 5, noErase},
+      {"WS", "DSPFlash", 10, {.erased = never}, kErasing, false, 80, noErase},
+      {"VC", "NewHubFlash", 10, {.announces = 37, .erased = never}, kErasingVelarc, true, 80, noErase},
+      {"VC", "Front1Flash", 10, {.announces = 53, .erased = never}, kErasingVelarc, true, 80, noErase},
+      {"WS", "DSPFlash", 10, {.verdict = never}, kSent, false, 5},
+      {"VC", "DSPFlash", 10, {.announces = 6, .verdict = never}, kSent, true, 5},
+      {"VC", "DSPFlash", 10, {.verdict = never}, kSent, false, 10},
+      {"WS", "RF1Flash", 10, {.announces = 48, .verdict = never}, kSent, false, 60},
+      {"WS", "DSPFlash", 95'000, {.verdict = never}, kSent, false, 0},
+      {"VC", "OldVRCFlash", 180'000, {.verdict = never, .baud = 19200}, kSent, false, 0},
+      // Without a file nothing is sent, and the limit of the stream is the one in force.
+      {"WS", "DSPFlash", 0, {}, kSending, false, 180},
+      {"WS", "RF1Flash", 0, {.announces = 48}, kSending, false, 180},
+      {"VC", "OldVRCFlash", 0, {.announces = 1, .baud = 19200}, "Connected to unit", true, 180},
+  };
+  for (const Case& c : cases) {
+    for (const char* name : {"wls.bin", "hubSL.s19", "RFSL.s19", "vrc.bin", "vrc2.bin", "vrc2hub.s19"}) {
+      std::filesystem::remove(world_.directory.path() / name);
+      if (c.size > 0) {
+        image(name, c.size);
+      }
+    }
+    state_.UnitIsVrc2 = c.vrc2;
+    fly(c.product, c.target, c.script);
+    EXPECT_EQ(seconds(c.from, kStopped), c.seconds) << c.product << c.target << c.size;
+    EXPECT_EQ(ending(), c.ending) << c.product << c.target;
+    EXPECT_EQ(top(), "The unit has stopped responding. Please try programming the FLASH again.\r\rClick Next to try again");
+    EXPECT_EQ(form1_.ProgressBar1.Value.get(), 0);
+  }
+  EXPECT_EQ(world_.screen.boxes().size(), 2U) << "one for each missing image";
+}
+
+TEST_F(FlashRunTest, AVerdictWithinItsTimeAfterALongImageSucceeds) {
+  image("wls.bin", 60'000);
+  fly("WS", "DSPFlash", {.image = 60'002, .verdict = 2 * kSecond});
+  EXPECT_EQ(state_.WizardPage, 7);
+  EXPECT_EQ(seconds(kSending, kSent), 62);
+}
+
+TEST_F(FlashRunTest, AVerdictDuringTheStreamCountsWhenTheImageIsOut) {
+  image("RFSL.s19", 2000);
+  fly("WS", "RF1Flash", {.announces = 48, .image = 100, .verdict = 0});
+  EXPECT_EQ(loader_.image.size(), 2000U);
+  EXPECT_EQ(seconds(kSent, "Congratulations!"), 0);
+  EXPECT_EQ(ending(), "3 page 7 -timedout -port +next -watchdog -timer1 +bar");
+}
+
+TEST_F(FlashRunTest, AMessageBoxHoldsEveryLimit) {
+  image("wls.bin", 10);
+  image("RFSL.s19", 10);
+  for (const auto& [target, base, wire] : {std::tuple{"DSPFlash", 1, 12U}, {"RF1Flash", 48, 10U}}) {
+    // A frame with a bad sum brings the box; the unit's verdict waits behind it.
+    world_.screen.answerNext(MessageButton::OK, 100 * kSecond);
+    world_.after(5 * kSecond, [&] { wire_.deliver(bytes("02 00 00 00 1F 02 22 3E 3E")); });
+    fly("WS", target, {.announces = base, .image = wire, .verdict = 3 * kSecond});
+    EXPECT_EQ(world_.screen.boxes().back().text, "Communications Error");
+    EXPECT_EQ(ending(), "3 page 7 -timedout -port +next -watchdog -timer1 +bar") << target;
+  }
+}
+
+TEST_F(FlashRunTest, AnotherProcessorsAnnouncementIsNotAnswered) {
+  state_.LegacyLink = true;
+  fly("WS", "RF1Flash", {.announces = 64});
+  EXPECT_EQ(loader_.wanted, "");
+  EXPECT_EQ(seconds("", "Firmlane was unable"), 20);
+}
+
+TEST_F(FlashRunTest, APortThatIsOpenIsLeftAlone) {
+  world_.mainPort.setNumber(3);
+  world_.mainPort.Open();
+  state_.WizardPage = 6;
+  fly("WS", "DSPFlash", {});
+  EXPECT_EQ(world_.screen.boxes().back().text,
+            "Your Serial Port is already open, please close your remote software if it is open and try again");
+  EXPECT_EQ(ending(), "0 page 6 -timedout +port -next -watchdog -timer1 +bar");
+}
+
+TEST_F(FlashRunTest, APortThatCannotBeOpenedIsTheCallersFailure) {
+  wire_.openFailure = Failure(failure_number::kPortInUse, "The port is in use");
+  EXPECT_THROW(fly("WS", "DSPFlash", {}), Failure);
+  EXPECT_FALSE(form1_.Watchdog.enabled());
+}
+
+TEST_F(FlashRunTest, APulledAdapterEndsEachWaitInItsLimit) {
+  image("wls.bin", 5000);
+  image("RFSL.s19", 5000);
+  struct Case {
+    const char* target;
+    int base;
+    double pulledAt;
+    int seconds;
+    std::size_t boxes;
+  };
+  for (const Case& c : {Case{"DSPFlash", 1, 2.5, 82, 0},  // while the unit erases
+                        {"DSPFlash", 1, 4.0, 93, 1},      // during the image: what is left of its 90 s
+                        {"RF1Flash", 48, 4.0, 4 + 60, 1}}) {
+    wire_.openFailure.reset();
+    const std::size_t before = world_.screen.boxes().size();
+    world_.after(static_cast<Micros>((1 + c.pulledAt) * kSecond), [&] { wire_.vanish(); });
+    fly("WS", c.target, {.announces = c.base});
+    EXPECT_NEAR(seconds("", kStopped), c.seconds, 2) << c.target << c.pulledAt;
+    EXPECT_EQ(world_.screen.boxes().size() - before, c.boxes);
+    EXPECT_EQ(state_.WizardPage, 5);
+  }
+}
+
+TEST_F(FlashRunTest, ExitEndsTheProgramAmidTheStream) {
+  image("wls.bin", 5000);
+  world_.after(5 * kSecond, [&] { world_.queue.post([] { throw ProgramEnded{}; }); });
+  EXPECT_THROW(fly("WS", "DSPFlash", {}), ProgramEnded);
+  EXPECT_EQ(world_.time.now() / kSecond, 5);
+  EXPECT_TRUE(world_.supervision.Sending);
+}
+
+}  // namespace
+}  // namespace firmlane::test

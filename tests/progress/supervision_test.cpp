@@ -1,0 +1,95 @@
+#include <gtest/gtest.h>
+
+#include "world.h"
+
+namespace firmlane::test {
+namespace {
+
+class SupervisionTest : public testing::Test {
+ protected:
+  World world_;
+  Supervision& supervision_ = world_.supervision;
+  RunState& state_ = world_.state;
+  Form1& form1_ = world_.form1;
+};
+
+TEST_F(SupervisionTest, TimedOutRisesOnTheTickThatReachesTheLimitAndStaysUp) {
+  supervision_.setLimit(5);
+  form1_.Watchdog.start(1000);
+  world_.run(4999 * kMillisecond);
+  EXPECT_FALSE(state_.TimedOut);
+  world_.run(kMillisecond);
+  EXPECT_TRUE(state_.TimedOut);
+  supervision_.setLimit(5);
+  world_.run(kSecond);
+  EXPECT_TRUE(state_.TimedOut);
+  EXPECT_EQ(supervision_.WatchdogTicks, 1);
+}
+
+TEST_F(SupervisionTest, TicksShowProgressOnlyOfAnImageThatHasBytes) {
+  form1_.Watchdog.start(500);
+  state_.ProgressPercent = 7;
+  supervision_.beginSending(0);
+  world_.run(kSecond);
+  EXPECT_EQ(form1_.lblProgressInfo.Caption.get(), "");
+  EXPECT_EQ(state_.ProgressPercent, 7);
+  supervision_.beginSending(200);
+  supervision_.BytesSent = 50;
+  world_.run(kSecond);
+  EXPECT_EQ(form1_.lblProgressInfo.Caption.get(), "Programmed 50 bytes (25%)");
+  EXPECT_EQ(state_.ProgressPercent, 25);
+  EXPECT_EQ(form1_.ProgressBar1.Value.get(), 25);
+}
+
+TEST_F(SupervisionTest, TheBarMovesInStepsUntilTheImageIsOut) {
+  struct Case {
+    int before;
+    bool slow;
+    bool imageDone;
+    int shown;
+    int after;
+  };
+  for (const Case& c :
+       {Case{0, false, false, 5, 5}, {95, false, false, 0, 0}, {99, true, false, 0, 0}, {42, true, true, 100, 42}}) {
+    supervision_.BarValue = static_cast<std::int16_t>(c.before);
+    supervision_.SlowBar = c.slow;
+    state_.ImageDone = c.imageDone;
+    form1_.Timer1.start(100);
+    world_.run(100 * kMillisecond);
+    EXPECT_EQ(form1_.ProgressBar1.Value.get(), c.shown) << c.before;
+    EXPECT_EQ(supervision_.BarValue, c.after) << c.before;
+  }
+}
+
+TEST_F(SupervisionTest, AFrontPanelCountsBytesAgainstDigits) {
+  for (const auto& [target, text] : {std::pair{"FrontFlash", "Programmed 500 bytes (50%)"},
+                                     {"Front1Flash", "Programmed 500 bytes (50%)"},
+                                     {"Front2Flash", "Programmed 500 bytes (50%)"},
+                                     {"RF1Flash", "Programmed 500 bytes (12%)"}}) {
+    state_.FlashTarget = target;
+    supervision_.beginSending(4000);
+    supervision_.BytesSent = 500;
+    supervision_.UpdateProgress();
+    EXPECT_EQ(form1_.lblProgressInfo.Caption.get(), text) << target;
+  }
+  supervision_.BytesTotal = 0;
+  EXPECT_THROW(supervision_.UpdateProgress(), Failure);
+}
+
+TEST_F(SupervisionTest, OnlyTheWizardInChargeMirrorsTheBar) {
+  int value = 0;
+  for (const auto& [inAuto, inVrc, frmAuto, frmVRCAuto] :
+       {std::tuple{false, false, 0, 0}, {true, false, 1, 0}, {false, true, 0, 1}, {true, true, 0, 1}}) {
+    ++value;
+    world_.frmAuto.Progress1.Value = 0;
+    world_.frmVRCAuto.Progress1.Value = 0;
+    state_.InAutoWizard = inAuto;
+    state_.InVrcAutoWizard = inVrc;
+    world_.wizard.setBar(value);
+    EXPECT_EQ(world_.frmAuto.Progress1.Value.get(), frmAuto * value);
+    EXPECT_EQ(world_.frmVRCAuto.Progress1.Value.get(), frmVRCAuto * value);
+  }
+}
+
+}  // namespace
+}  // namespace firmlane::test
