@@ -16,15 +16,17 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// After a look at the world that found nothing the next one may wait so long: a stream makes thousands of passes a second, and
-// a look costs many times what a pass costs.
+// Looks at the world stand so far apart: a stream makes thousands of passes a second, and a look costs many times what a pass
+// costs. A sleep is a look of its own and comes back at once.
 constexpr auto kQuietSpan = 500us;
-// Below this a sleep of the operating system takes far longer than asked for; such a rest is not worth one.
-constexpr auto kShortestNap = 5us;
+// One event of Qt's often brings the next; so many rounds a look takes at most.
+constexpr int kMostRounds = 8;
+// Going to sleep costs as much processor time as some passes. So shorter rests are saved up until they make a nap.
+constexpr auto kNap = 100us;
 // Qt's timers count in milliseconds; shorter sleeps are naps that take nothing in.
 constexpr auto kShortestWait = 1ms;
 // A sleep without an end still comes up for air, should a wake-up get lost.
-constexpr auto kLongestWait = std::chrono::microseconds(60s);
+constexpr std::chrono::nanoseconds kLongestWait = 60s;
 
 }  // namespace
 
@@ -50,13 +52,17 @@ void QtEventSource::poll() {
 
 void QtEventSource::sleep(Micros until) {
   throwIfEnded();
-  const std::chrono::microseconds span = until == kForever ? kLongestWait : std::min(realSpan(until - now()), kLongestWait);
+  const std::chrono::nanoseconds span = until == kForever ? kLongestWait : std::min(realSpan(until - now()), kLongestWait);
   if (span >= kShortestWait) {
     alarm_.start(std::chrono::duration_cast<std::chrono::milliseconds>(span));
     process(true);
     alarm_.stop();
-  } else if (span >= kShortestNap) {
-    std::this_thread::sleep_for(span);
+    return;
+  }
+  restOwed_ += std::max(span, std::chrono::nanoseconds::zero());
+  if (restOwed_ >= kNap) {
+    std::this_thread::sleep_for(restOwed_);
+    restOwed_ = {};
   }
 }
 
@@ -75,13 +81,16 @@ void QtEventSource::process(bool wait) {
   }
   processing_ = true;
   QAbstractEventDispatcher* dispatcher = QAbstractEventDispatcher::instance();
-  const bool found = dispatcher->processEvents(wait ? QEventLoop::WaitForMoreEvents : QEventLoop::AllEvents);
+  bool found = dispatcher->processEvents(wait ? QEventLoop::WaitForMoreEvents : QEventLoop::AllEvents);
   if (found) {
+    for (int round = 1; found && round < kMostRounds; ++round) {
+      found = dispatcher->processEvents(QEventLoop::AllEvents);
+    }
     // Objects that were put off for deletion outside of any slot wait for an event loop that never comes.
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
   }
   processing_ = false;
-  quietUntil_ = found ? RealClock::time_point() : RealClock::now() + quietSpan_;
+  quietUntil_ = RealClock::now() + quietSpan_;
   throwIfEnded();
 }
 
@@ -91,8 +100,9 @@ void QtEventSource::throwIfEnded() const {
   }
 }
 
-std::chrono::microseconds QtEventSource::realSpan(Micros span) const {
-  return std::chrono::microseconds(static_cast<std::int64_t>(static_cast<double>(span) / timeScale_));
+std::chrono::nanoseconds QtEventSource::realSpan(Micros span) const {
+  constexpr double kNanosPerMicro = 1000.0;
+  return std::chrono::nanoseconds(static_cast<std::int64_t>(static_cast<double>(span) * kNanosPerMicro / timeScale_));
 }
 
 }  // namespace firmlane

@@ -28,12 +28,13 @@ class QtEventSource : public Clock, public EventSource {
 
   void process(bool wait);
   void throwIfEnded() const;
-  [[nodiscard]] std::chrono::microseconds realSpan(Micros span) const;
+  [[nodiscard]] std::chrono::nanoseconds realSpan(Micros span) const;
 
   double timeScale_;
   RealClock::time_point start_;
-  std::chrono::microseconds quietSpan_;
+  std::chrono::nanoseconds quietSpan_;
   RealClock::time_point quietUntil_;
+  std::chrono::nanoseconds restOwed_{0};
   bool processing_ = false;
   std::atomic<bool> endRequested_ = false;
   QTimer alarm_;

@@ -155,14 +155,36 @@ void QtSerialDriver::send(ByteSpan bytes) {
   if (!port_) {
     return;
   }
-  port_->write(reinterpret_cast<const char*>(bytes.data()), static_cast<qint64>(bytes.size()));
-  // One flush hands one piece to the system; what it does not take now goes later, as the event loop finds room.
-  for (qint64 left = port_ ? port_->bytesToWrite() : 0; port_ && left > 0; left = port_->bytesToWrite()) {
-    port_->flush();
-    if (!port_ || port_->bytesToWrite() >= left) {
-      break;
-    }
+  const std::size_t taken = sendNow(bytes);
+  if (!port_ || taken == bytes.size()) {
+    return;
   }
+  // What the system does not take now goes later, as the event loop finds room.
+  const ByteSpan rest = bytes.subspan(taken);
+  port_->write(reinterpret_cast<const char*>(rest.data()), static_cast<qint64>(rest.size()));
+#ifndef Q_OS_UNIX
+  port_->flush();
+#endif
+}
+
+/// Hands bytes to the system without Qt's detour over its own buffer and its notifiers, which would cost a pass of the event loop
+/// for each byte of a stream. Returns how many the system took.
+std::size_t QtSerialDriver::sendNow(ByteSpan bytes) {
+#ifdef Q_OS_UNIX
+  if (port_->bytesToWrite() > 0) {
+    return 0;
+  }
+  const ssize_t taken = ::write(port_->handle(), bytes.data(), bytes.size());
+  if (taken >= 0) {
+    return static_cast<std::size_t>(taken);
+  }
+  if (errno != EAGAIN && errno != EINTR) {
+    lose(std::strerror(errno));
+  }
+#else
+  Q_UNUSED(bytes);
+#endif
+  return 0;
 }
 
 std::size_t QtSerialDriver::unsent() const {

@@ -28,6 +28,7 @@ class QtSerialDriver : public SerialDriver {
   [[nodiscard]] std::size_t unsent() const override;
 
  private:
+  std::size_t sendNow(ByteSpan bytes);
   void takeBytes();
   void lose(const std::string& reason);
   [[nodiscard]] std::size_t heldByDevice() const;

@@ -88,7 +88,6 @@ void FormWindow::refresh() {
   for (ControlBinding* binding : stale) {
     binding->refresh();
   }
-  makeRoom();
 }
 
 void FormWindow::refreshAll() {
@@ -96,6 +95,14 @@ void FormWindow::refreshAll() {
     markStale(*control);
   }
   refresh();
+}
+
+bool FormWindow::event(QEvent* event) {
+  const bool done = QDialog::event(event);
+  if (event->type() == QEvent::LayoutRequest) {
+    makeRoom();
+  }
+  return done;
 }
 
 /// Wrapped texts need more height than the window's least size knows of. The window grows for them and never shrinks by itself.

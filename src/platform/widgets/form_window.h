@@ -46,6 +46,7 @@ class FormWindow : public QDialog {
   void reject() override;
 
  protected:
+  bool event(QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
 
  private:
