@@ -48,7 +48,7 @@ class Server {
 
 struct Http : RealGround, testing::Test {
   Server server;
-  QtHttpClient client{queue, {.fetch = 400 * kMillisecond, .silence = 1500 * kMillisecond}};
+  QtHttpClient client{queue, {.fetch = 400 * kMillisecond, .silence = 500 * kMillisecond}};
   std::string states;
 
   Http() {

@@ -1,11 +1,13 @@
 #include "platform/qt/port_map.h"
 
-#include <QSerialPortInfo>
 #include <algorithm>
 #include <system_error>
-#include <vector>
 
 #include "platform/qt/qt_text.h"
+
+#ifdef Q_OS_UNIX
+#include <unistd.h>
+#endif
 
 namespace firmlane {
 
@@ -13,29 +15,20 @@ namespace fs = std::filesystem;
 
 namespace {
 
-std::vector<QSerialPortInfo> machineDevices() {
-  const QList<QSerialPortInfo> available = QSerialPortInfo::availablePorts();
-  std::vector<QSerialPortInfo> devices(available.begin(), available.end());
-  std::stable_sort(devices.begin(), devices.end(), [](const QSerialPortInfo& a, const QSerialPortInfo& b) {
-    if (a.hasVendorIdentifier() != b.hasVendorIdentifier()) {
-      return a.hasVendorIdentifier();
-    }
-    return naturallyBefore(fromQt(a.portName()), fromQt(b.portName()));
-  });
-  return devices;
+constexpr auto kFresh = std::chrono::milliseconds(500);
+
+bool standsBefore(const QSerialPortInfo& a, const QSerialPortInfo& b) {
+  if (a.hasVendorIdentifier() != b.hasVendorIdentifier()) {
+    return a.hasVendorIdentifier();
+  }
+  return naturallyBefore(fromQt(a.portName()), fromQt(b.portName()));
 }
 
-std::string withDescription(const std::string& name, const QSerialPortInfo& info) {
-  return info.description().isEmpty() ? name : name + ", " + fromQt(info.description());
-}
-
-QSerialPortInfo machineDevice(int number) {
-#ifdef Q_OS_WIN
-  return QSerialPortInfo(QStringLiteral("COM%1").arg(number));
+bool permitted(const std::string& path) {
+#ifdef Q_OS_UNIX
+  return ::access(path.c_str(), R_OK | W_OK) == 0;
 #else
-  const std::vector<QSerialPortInfo> devices = machineDevices();
-  return number >= 1 && number <= static_cast<int>(devices.size()) ? devices[static_cast<std::size_t>(number - 1)]
-                                                                   : QSerialPortInfo();
+  return !path.empty();
 #endif
 }
 
@@ -83,7 +76,36 @@ std::string PortMap::device(int number) const {
   if (fs::is_symlink(link(number), error) || fs::exists(link(number), error)) {
     return link(number).string();
   }
-  return fromQt(machineDevice(number).systemLocation());
+  return machineDevice(number);
+}
+
+const std::vector<QSerialPortInfo>& PortMap::machineDevices() const {
+  if (const auto now = std::chrono::steady_clock::now(); now >= freshUntil_) {
+    const QList<QSerialPortInfo> available = QSerialPortInfo::availablePorts();
+    machine_.assign(available.begin(), available.end());
+    std::stable_sort(machine_.begin(), machine_.end(), standsBefore);
+    freshUntil_ = now + kFresh;
+  }
+  return machine_;
+}
+
+std::string PortMap::machineDevice(int number) const {
+  const std::vector<QSerialPortInfo>& devices = machineDevices();
+#ifdef Q_OS_WIN
+  const QString name = QStringLiteral("COM%1").arg(number);
+  const bool there =
+      std::any_of(devices.begin(), devices.end(), [&name](const QSerialPortInfo& info) { return info.portName() == name; });
+  return there ? fromQt(name) : std::string();
+#else
+  const bool there = number >= 1 && number <= static_cast<int>(devices.size());
+  return there ? fromQt(devices[static_cast<std::size_t>(number - 1)].systemLocation()) : std::string();
+#endif
+}
+
+std::string PortMap::description(const std::string& name) const {
+  const auto found = std::find_if(machineDevices().begin(), machineDevices().end(),
+                                  [&name](const QSerialPortInfo& info) { return fromQt(info.portName()) == name; });
+  return found == machineDevices().end() || found->description().isEmpty() ? std::string() : ", " + fromQt(found->description());
 }
 
 std::string PortMap::hint(int number) const {
@@ -97,7 +119,7 @@ std::string PortMap::hint(int number) const {
     return path == link(number).string() ? fs::read_symlink(path, error).string() : path;
   }
   const std::string name = target.parent_path() == "/dev" ? target.filename().string() : target.string();
-  return withDescription(name, QSerialPortInfo(toQt(target.filename().string())));
+  return name + description(target.filename().string()) + (permitted(target.string()) ? "" : ", no permission");
 }
 
 }  // namespace firmlane

@@ -11,7 +11,7 @@ namespace firmlane {
 
 namespace {
 
-constexpr int kSilenceCheck = 1000;  // ms
+constexpr Micros kLongestSilenceCheck = kSecond;
 constexpr int kMostRedirects = 10;
 
 // The states before the response, in their order.
@@ -105,7 +105,7 @@ void QtHttpClient::begin(const std::string& url) {
   redirects_ = 0;
   busy_ = true;
   lastByteAt_ = queue_.now();
-  silence_.start(kSilenceCheck);
+  silence_.start(static_cast<int>(std::min(limits_.silence / 4, kLongestSilenceCheck) / kMillisecond));
   request(QUrl(toQt(url)));
 }
 

@@ -193,7 +193,7 @@ std::size_t QtSerialDriver::unsent() const {
   }
   const auto waiting = static_cast<std::size_t>(port_->bytesToWrite());
   // Without handshake the line never stops, and the device's own count only tells how deep its buffers are.
-  return port_->flowControl() == QSerialPort::HardwareControl ? waiting + heldByDevice() : waiting;
+  return port_->flowControl() == QSerialPort::NoFlowControl ? waiting : waiting + heldByDevice();
 }
 
 std::size_t QtSerialDriver::heldByDevice() const {
