@@ -83,6 +83,7 @@ TEST_F(ProgramInWindows, LeadsFromTheWelcomeToTheWirelessWizard) {
     qobject_cast<QAbstractButton*>(widget("frmPort", "Command3"))->click();
     QTimer::singleShot(100, [&] {
       keep("frmPort", "7-port-manual");
+      EXPECT_TRUE(qobject_cast<QPushButton*>(widget("frmPort", "Command1"))->isDefault()) << "Return takes the port chosen";
       qobject_cast<QAbstractButton*>(widget("frmPort", "Command1"))->click();
       QTimer::singleShot(100, [&] {
         ASSERT_NE(screen.box(), nullptr);

@@ -62,8 +62,18 @@ ControlBinding& FormWindow::binding(Control& control) {
 
 void FormWindow::setDefaultButton(std::string_view name) {
   if (auto* button = qobject_cast<QPushButton*>((*this)[name])) {
-    button->setDefault(true);
-    button->setFocus();
+    defaults_.push_back(button);
+    if (defaults_.size() == 1) {
+      button->setFocus();
+    }
+  }
+}
+
+void FormWindow::chooseDefault() {
+  const auto shown =
+      std::find_if(defaults_.rbegin(), defaults_.rend(), [](const QPushButton* button) { return !button->isHidden(); });
+  if (shown != defaults_.rend() && !(*shown)->isDefault()) {
+    (*shown)->setDefault(true);
   }
 }
 
@@ -88,6 +98,7 @@ void FormWindow::refresh() {
   for (ControlBinding* binding : stale) {
     binding->refresh();
   }
+  chooseDefault();
 }
 
 void FormWindow::refreshAll() {

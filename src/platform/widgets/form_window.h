@@ -9,6 +9,8 @@
 
 #include "platform/widgets/control_binding.h"
 
+class QPushButton;
+
 namespace firmlane {
 
 class FormWindow : public QDialog {
@@ -28,7 +30,7 @@ class FormWindow : public QDialog {
   /// Whether the form has a control of that name.
   [[nodiscard]] bool has(std::string_view name) const { return form_.control(name) != nullptr; }
 
-  /// The button that Return presses; it has the focus when the window comes up.
+  /// The button that Return presses; of several the last that is shown. The first has the focus when the window comes up.
   void setDefaultButton(std::string_view name);
   /// Whether Esc closes the window: that of a dialog does.
   void setEscapeCloses(bool closes) { escapeCloses_ = closes; }
@@ -52,10 +54,12 @@ class FormWindow : public QDialog {
  private:
   ControlBinding& binding(Control& control);
   void makeRoom();
+  void chooseDefault();
 
   Form& form_;
   std::unordered_map<const Control*, std::unique_ptr<ControlBinding>> bindings_;
   std::vector<ControlBinding*> stale_;
+  std::vector<QPushButton*> defaults_;
   QWidget* lastMade_ = nullptr;
   bool escapeCloses_ = false;
   QSize usualSize_;

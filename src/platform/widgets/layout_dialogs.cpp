@@ -65,6 +65,7 @@ void layOutPort(FormWindow& window, const LayoutContext& context) {
   layout->addLayout(row({nullptr, window["Command1"]}));
   keepHints(window, context, std::move(remarks));
   window.setDefaultButton("Command2");
+  window.setDefaultButton("Command1");
 }
 
 void layOutVersion(FormWindow& window, const LayoutContext& /*context*/) {
