@@ -41,6 +41,16 @@ void TextLabel::setClickable(bool clickable) {
   setFont(underlined);
 }
 
+void TextLabel::paintEvent(QPaintEvent* event) {
+  QLabel::paintEvent(event);
+  if (hasFocus()) {
+    QStyleOptionFocusRect option;
+    option.initFrom(this);
+    QPainter painter(this);
+    style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
+  }
+}
+
 void TextLabel::mouseReleaseEvent(QMouseEvent* event) {
   if (clickable_ && clicked && isClickOn(*this, *event)) {
     clicked();

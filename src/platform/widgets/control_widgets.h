@@ -23,6 +23,7 @@ class TextLabel : public QLabel {
   std::function<void()> clicked;
 
  protected:
+  void paintEvent(QPaintEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
 
