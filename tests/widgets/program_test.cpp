@@ -16,6 +16,7 @@ namespace firmlane::test {
 namespace {
 
 struct ProgramInWindows : testing::Test {
+  QObject context;  // what waits in `when` ends with the test
   TemporaryDirectory directory;
   QtPlatform platform{{.directory = directory.path(), .ports = {{1, "/dev/firmlane-no-such-device"}}}};
   WidgetScreen screen{[this](int number) { return platform.ports.hint(number); }};
@@ -49,6 +50,19 @@ struct ProgramInWindows : testing::Test {
     button->click();
     run(60 * kMillisecond);
   }
+  /// Does something as a slot would, from below whatever the program is at, once `ready` holds.
+  void when(std::function<bool()> ready, std::function<void()> then) {
+    QTimer::singleShot(10, &context, [this, ready = std::move(ready), then = std::move(then)]() mutable {
+      if (ready()) {
+        then();
+      } else {
+        when(std::move(ready), std::move(then));
+      }
+    });
+  }
+  bool shows(const std::string& form, const std::string& name) {
+    return widget(form, name) != nullptr && widget(form, name)->isVisible();
+  }
   QString text(const std::string& form, const std::string& name) {
     auto* label = qobject_cast<QLabel*>(widget(form, name));
     return label == nullptr ? QString() : label->text();
@@ -78,33 +92,40 @@ TEST_F(ProgramInWindows, LeadsFromTheWelcomeToTheWirelessWizard) {
   EXPECT_FALSE(widget("frmAuto", "btnNext")->isEnabled());
   click("frmAuto", "chkReceiver");
   EXPECT_TRUE(widget("frmAuto", "btnNext")->isEnabled());
-  QTimer::singleShot(100, [&] {
-    keep("frmPort", "6-port");
-    qobject_cast<QAbstractButton*>(widget("frmPort", "Command3"))->click();
-    QTimer::singleShot(100, [&] {
-      keep("frmPort", "7-port-manual");
-      EXPECT_TRUE(qobject_cast<QPushButton*>(widget("frmPort", "Command1"))->isDefault()) << "Return takes the port chosen";
-      qobject_cast<QAbstractButton*>(widget("frmPort", "Command1"))->click();
-      QTimer::singleShot(100, [&] {
-        ASSERT_NE(screen.box(), nullptr);
-        EXPECT_EQ(screen.box()->text(), "Error opening port: There is no serial port COM 1 (/dev/firmlane-no-such-device) (#2)");
-        platform.source.requestEnd();
-      });
-    });
-  });
-  EXPECT_THROW(click("frmAuto", "btnNext"), ProgramEnded);
+  when([this] { return shows("frmPort", "Command3"); },
+       [this] {
+         keep("frmPort", "6-port");
+         qobject_cast<QAbstractButton*>(widget("frmPort", "Command3"))->click();
+       });
+  when([this] { return shows("frmPort", "Command1"); },
+       [this] {
+         keep("frmPort", "7-port-manual");
+         EXPECT_TRUE(qobject_cast<QPushButton*>(widget("frmPort", "Command1"))->isDefault()) << "Return takes the port chosen";
+         qobject_cast<QAbstractButton*>(widget("frmPort", "Command1"))->click();
+       });
+  when([this] { return screen.box() != nullptr; },
+       [this] {
+         EXPECT_EQ(screen.box()->text(), "Error opening port: There is no serial port COM 1 (/dev/firmlane-no-such-device) (#2)");
+         platform.source.requestEnd();
+       });
+  EXPECT_THROW(
+      {
+        click("frmAuto", "btnNext");
+        run(5 * kSecond);
+      },
+      ProgramEnded);
 }
 
 TEST_F(ProgramInWindows, ClosingTheMainWindowAsksFirst) {
   for (const char* button : {"Cancel", "OK"}) {
-    QTimer::singleShot(80, [&] {
-      ASSERT_NE(screen.box(), nullptr);
-      EXPECT_EQ(screen.box()->text(), "Quit Tolvex Firmlane Now?");
-      screen.box()->button(button == std::string("OK") ? QMessageBox::Ok : QMessageBox::Cancel)->click();
-    });
+    when([this] { return screen.box() != nullptr; },
+         [this, button] {
+           EXPECT_EQ(screen.box()->text(), "Quit Tolvex Firmlane Now?");
+           screen.box()->button(button == std::string("OK") ? QMessageBox::Ok : QMessageBox::Cancel)->click();
+         });
     screen.window(*program.host().form("Form1"))->close();
     if (button == std::string("OK")) {
-      EXPECT_THROW(run(kSecond), ProgramEnded);
+      EXPECT_THROW(run(5 * kSecond), ProgramEnded);
     } else {
       run(300 * kMillisecond);
       EXPECT_TRUE(screen.window(*program.host().form("Form1"))->isVisible());
