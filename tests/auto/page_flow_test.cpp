@@ -54,7 +54,6 @@ TEST_F(PageFlowTest, OnlineFromTheReadingToTheVerdict) {
   world.open(form, true, true);
   world.click(form.btnNext);
   expectPage(2, "The firmware version in your receiver is:\r\nYour version is NOT a released set", "Back Next");
-  EXPECT_EQ(world.screen.pointer(), Pointer::Normal);
   EXPECT_FALSE(world.frmVersion.Loaded);
   EXPECT_THAT(asked(), ElementsAre("ask for port", "read"));
 

@@ -109,10 +109,12 @@ void WizardBench::loadVersion() {
   const bool stale =
       state.VersionsComplete || state.SerialRead || state.GotId || state.GetVersionsSent || state.VersionsRead || state.VrcOldDsp;
   log.push_back(stale ? "read with stale flags" : "read");
-  if (versionPortFailure) {
-    throw Failure(*versionPortFailure);
+  if (!versionPortOpens) {
+    log.push_back("no port");
+    frmVersion.Unload();
+    return;
   }
-  host.setPointer(Pointer::Hourglass);
+  frmVersion.Timer1.start(100);
   if (unit) {
     after(unitAnswersAfter, [this] {
       queue.post([this] {

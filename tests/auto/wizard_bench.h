@@ -33,7 +33,7 @@ struct WizardBench : World {
   /// What the unit says of itself, put into the run state; a silent unit when empty.
   std::function<void()> unit;
   Micros unitAnswersAfter = 300 * kMillisecond;
-  std::optional<Failure> versionPortFailure;
+  bool versionPortOpens = true;
   /// The fetch of the list: how long it takes, what it leaves.
   Micros fetchTakes = 500 * kMillisecond;
   std::function<void()> fetched;

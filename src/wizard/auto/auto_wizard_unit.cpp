@@ -26,31 +26,29 @@ void AutoWizard::nextOnOptions() {
   form_.imgFlash.Hide();
   form_.imgDL.Hide();
   file_.ReadSysFile();
-  if (form_.chkReceiver.checked()) {
-    try {
-      if (readUnit()) {
-        return;
-      }
-    } catch (const Failure& failure) {
-      form_.btnBack.Enable();
-      backToOptions();
-      tellFailure(setting_, "Error opening port: ", failure);
-      return;
-    }
+  if (form_.chkReceiver.checked() && !readUnit()) {
+    return;
   }
   state_.AutoPage = 2;
   form_.btnNext.Enable();
   next();
 }
 
-/// Whether the unit was read and its version is on the screen; false when the user goes on without a reading.
+/// Whether the wizard goes on at once, for a unit that cannot be read. Otherwise it waits: with the unit's version on the screen,
+/// or on the options page, for want of a port.
 bool AutoWizard::readUnit() {
-  if (reading_.readUnit() == UnitReading::Outcome::Recover) {
-    table_.selectAll();
-    texts_.instruct(kClickNext);
-    form_.btnNext.Enable();
-    reading_.finish();
-    return false;
+  switch (reading_.readUnit()) {
+    case UnitReading::Outcome::NoPort:
+      backToOptions();
+      return false;
+    case UnitReading::Outcome::Recover:
+      table_.selectAll();
+      texts_.instruct(kClickNext);
+      form_.btnNext.Enable();
+      reading_.finish();
+      return true;
+    case UnitReading::Outcome::Read:
+      break;
   }
   table_.ClearVersions();
   table_.LoadVersions();
@@ -59,7 +57,7 @@ bool AutoWizard::readUnit() {
   reading_.finish();
   state_.AutoPage = 2;
   form_.btnNext.Enable();
-  return true;
+  return false;
 }
 
 std::string AutoWizard::versionText() {

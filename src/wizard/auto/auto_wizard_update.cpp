@@ -85,12 +85,9 @@ void AutoWizard::nextOnAllDone() {
   form_.btnNext.Disable();
   table_.ClearVersions();
   texts_.instruct(product_.texts.turnOffAndOn);
-  try {
-    reading_.readAgain();
-  } catch (const Failure& failure) {
+  if (!reading_.readAgain()) {
     texts_.CheckVerMSG();  // the page as it was: Next tries again
     form_.btnNext.Enable();
-    tellFailure(setting_, "Error opening port: ", failure);
     return;
   }
   form_.Progress1.Hide();

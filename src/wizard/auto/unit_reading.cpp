@@ -16,14 +16,13 @@ UnitReading::Outcome UnitReading::readUnit() {
   for (;;) {
     form_.btnBack.Disable();
     form_.btnNext.Disable();
-    try {
-      readOnce();
-    } catch (const Failure&) {
-      setting_.state.PortChosen = false;
-      throw;
-    }
+    const bool tried = readOnce();
     form_.btnBack.Enable();
     form_.Progress1.Hide();
+    if (!tried) {
+      setting_.state.PortChosen = false;
+      return Outcome::NoPort;
+    }
     if (setting_.state.VersionsComplete && !setting_.state.ReadTimedOut) {
       return Outcome::Read;
     }
@@ -35,17 +34,22 @@ UnitReading::Outcome UnitReading::readUnit() {
   }
 }
 
-void UnitReading::readOnce() {
+/// Whether the unit could be asked; it may have stayed silent.
+bool UnitReading::readOnce() {
   RunState& state = setting_.state;
   // An earlier reading that ended in time has left its limit running; it must not end this one.
   form_.Watch.stop();
   state.ReadTimedOut = false;
-  choosePort();
+  if (!choosePort()) {
+    return false;
+  }
   clearFlags();
   // What the last unit was says nothing of this one, and the readout itself only ever raises these.
   state.LegacyLink = false;
   state.HasRf2 = false;
-  loadVersion();
+  if (!loadVersion()) {
+    return false;
+  }
   texts_.LoadVerCheckMSG();
   form_.Progress1.Value = 0;
   form_.Progress1.Show();
@@ -55,26 +59,24 @@ void UnitReading::readOnce() {
   if (product_.ignoresOldLink) {
     state.LegacyLink = false;
   }
+  return true;
 }
 
-void UnitReading::choosePort() {
-  if (setting_.state.PortChosen) {
-    return;
-  }
-  setting_.frmPort.ShowModal();
+bool UnitReading::choosePort() {
   if (!setting_.state.PortChosen) {
-    throw Failure(failure_number::kPortNumber, "No COM port has been chosen");
+    setting_.frmPort.ShowModal();
   }
+  if (!setting_.state.PortChosen) {
+    tellFailure(setting_, "Error opening port: ", Failure(failure_number::kPortNumber, "No COM port has been chosen"));
+  }
+  return setting_.state.PortChosen;
 }
 
-void UnitReading::loadVersion() {
+/// A form that cannot open its port tells so and unloads itself again.
+bool UnitReading::loadVersion() {
   setting_.frmVersion.Unload();
-  try {
-    setting_.frmVersion.Load();
-  } catch (const Failure&) {
-    finish();
-    throw;
-  }
+  setting_.frmVersion.Load();
+  return setting_.frmVersion.Loaded;
 }
 
 void UnitReading::awaitVersions() {
@@ -96,10 +98,17 @@ void UnitReading::askUser() {
   recover.ShowModal();
 }
 
-void UnitReading::readAgain() {
+bool UnitReading::readAgain() {
   clearFlags();
-  loadVersion();
+  if (!loadVersion()) {
+    return false;
+  }
   while (!setting_.state.VersionsComplete) {
+    // A readout whose clock has stopped asks no more: its port was lost.
+    if (!setting_.frmVersion.Timer1.enabled()) {
+      finish();
+      return false;
+    }
     setting_.host.queue().WaitEvents();
   }
   if (product_.ignoresOldLink) {
@@ -107,13 +116,10 @@ void UnitReading::readAgain() {
   }
   setting_.state.GetVersionsSent = false;
   setting_.state.GotId = false;
+  return true;
 }
 
-void UnitReading::finish() {
-  setting_.frmVersion.Unload();
-  // The readout gives the pointer back at a tick that no longer comes.
-  setting_.host.setPointer(Pointer::Normal);
-}
+void UnitReading::finish() { setting_.frmVersion.Unload(); }
 
 void UnitReading::clearFlags() {
   RunState& state = setting_.state;

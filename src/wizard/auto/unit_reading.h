@@ -18,13 +18,15 @@ class UnitReading {
     Read,
     /// The unit stays silent and the user goes on without a reading.
     Recover,
+    /// No port was chosen, or it could not be opened. The user knows, and the next reading asks for the port anew.
+    NoPort,
   };
-  /// Reads a unit that has just come to the wizard. Throws Failure when no port was chosen or it cannot be opened; the next
-  /// reading then asks for the port anew.
+  /// Reads a unit that has just come to the wizard.
   Outcome readUnit();
 
-  /// Reads the unit again after it was programmed, without a time limit. Throws Failure when the port cannot be opened.
-  void readAgain();
+  /// Reads the unit again after it was programmed, without a time limit. False when the port could not be opened or was lost;
+  /// the user knows.
+  [[nodiscard]] bool readAgain();
 
   /// Unloads frmVersion, which closes its port.
   void finish();
@@ -36,9 +38,9 @@ class UnitReading {
   void Watch_Timer();
 
  private:
-  void choosePort();
-  void loadVersion();
-  void readOnce();
+  [[nodiscard]] bool choosePort();
+  [[nodiscard]] bool loadVersion();
+  [[nodiscard]] bool readOnce();
   void awaitVersions();
   void askUser();
 
