@@ -15,8 +15,8 @@
 #include <iostream>
 
 #include "console/options.h"
-#include "platform/qt/standard_input.h"
 #include "console/unit_console.h"
+#include "platform/qt/standard_input.h"
 #include "pty/pty_unit.h"
 
 namespace {
