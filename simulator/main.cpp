@@ -1,7 +1,10 @@
-// firmlane-simulator: a simulated unit on a pseudo-terminal.
+// firmlane-simulator: a simulated unit on a pseudo-terminal, and the maker's web server on loopback.
 //
 //   firmlane-simulator --unit lwx52 --link /tmp/unit --dir /tmp/firmware --make-images 2.31
 //   firmlane-console --dir /tmp/firmware --port 1=/tmp/unit
+//
+//   firmlane-simulator --serve --port 8080
+//   firmlane-console --server http://127.0.0.1:8080 --registration-server http://127.0.0.1:8080
 //
 // It prints {"pty":"/dev/pts/3","unit":"lwx52"} when the unit is there, then a line for each thing that happens in it, and takes
 // commands on standard input. --help lists options, units, faults and commands.
@@ -13,11 +16,13 @@
 #include <cstdio>
 #include <filesystem>
 #include <iostream>
+#include <optional>
 
 #include "console/options.h"
 #include "console/unit_console.h"
 #include "platform/qt/standard_input.h"
 #include "pty/pty_unit.h"
+#include "web/web_console.h"
 
 namespace {
 
@@ -79,20 +84,64 @@ class EndOnSignal {
   QTimer timer_;
 };
 
-int simulate(const SimulatorOptions& options) {
-  PtyUnit bench(*options.model, options.timeScale);
-  const Link link(options.link, bench.path());
-  print({{"pty", QString::fromStdString(bench.path())}, {"unit", options.model->name}});
+/// A unit on its pseudo-terminal, with the lines that work it.
+class Bench {
+ public:
+  explicit Bench(const SimulatorOptions& options) : unit_(*options.model, options.timeScale), link_(options.link, unit_.path()) {
+    print({{"pty", QString::fromStdString(unit_.path())}, {"unit", options.model->name}});
+    console_.emplace(unit_.unit, print);
+    unit_.unit.faults = options.faults;
+    if (!options.startsOff) {
+      unit_.unit.startRunning();
+    }
+  }
+  bool command(const std::string& line) { return console_->command(line); }
 
-  UnitConsole console(bench.unit, print);
-  bench.unit.faults = options.faults;
-  if (!options.startsOff) {
-    bench.unit.startRunning();
+ private:
+  PtyUnit unit_;
+  Link link_;
+  std::optional<UnitConsole> console_;  // once the unit has been told of
+};
+
+/// The web server, with the lines that work it.
+class Web {
+ public:
+  explicit Web(const SimulatorOptions& options) : server_(options.webPort) {
+    print({{"server", QString::fromStdString(server_.url())}});
+  }
+  bool command(const std::string& line) { return console_.command(line); }
+
+ private:
+  WebServer server_;
+  WebConsole console_{server_, print};
+};
+
+/// Carries out a line. False when it ends the simulator.
+bool command(std::optional<Bench>& bench, std::optional<Web>& web, const std::string& line) {
+  if (line.empty() || (web && web->command(line))) {
+    return true;
+  }
+  if (bench) {
+    return bench->command(line);
+  }
+  const bool goesOn = line != "quit";
+  print(goesOn ? QJsonObject{{"ok", false}, {"error", "bad command"}} : QJsonObject{{"ok", true}});
+  return goesOn;
+}
+
+int simulate(const SimulatorOptions& options) {
+  std::optional<Bench> bench;
+  if (options.model != nullptr) {
+    bench.emplace(options);
+  }
+  std::optional<Web> web;
+  if (options.serve) {
+    web.emplace(options);
   }
   const EndOnSignal endOnSignal;
   const StandardInput input(
-      [&console](const std::string& line) {
-        if (!console.command(line)) {
+      [&](const std::string& line) {
+        if (!command(bench, web, line)) {
           QCoreApplication::quit();
         }
       },
@@ -110,7 +159,7 @@ int main(int argc, char** argv) {
       return 0;
     }
     writeImages(options);
-    if (options.model == nullptr) {
+    if (options.model == nullptr && !options.serve) {
       return 0;
     }
     const QCoreApplication application(argc, argv);

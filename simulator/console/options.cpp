@@ -6,6 +6,7 @@
 #include <functional>
 
 #include "platform/failure.h"
+#include "web/web_reply.h"
 
 namespace firmlane::sim {
 
@@ -13,6 +14,7 @@ namespace {
 
 constexpr double kFastest = 1000;
 constexpr std::size_t kLargestImage = 1U << 20U;
+constexpr int kLargestPort = 65535;
 
 [[noreturn]] void refuse(const std::string& why) { throw Failure(failure_number::kInvalidArgument, why); }
 
@@ -33,7 +35,7 @@ struct Option {
   void (*take)(SimulatorOptions& options, const std::string& value);
 };
 
-constexpr std::array<Option, 9> kOptions = {{
+constexpr std::array<Option, 11> kOptions = {{
     {"--unit", "NAME", "the unit at the far end of the line",
      [](SimulatorOptions& options, const std::string& value) {
        options.model = findUnitModel(value);
@@ -68,11 +70,22 @@ constexpr std::array<Option, 9> kOptions = {{
      [](SimulatorOptions& options, const std::string& value) {
        options.imageSize = static_cast<std::size_t>(numberIn(value, kSmallestFirmware, kLargestImage, "--image-size"));
      }},
+    {"--serve", nullptr, "runs the maker's web server and the registration server on loopback; with --unit or without",
+     [](SimulatorOptions& options, const std::string&) { options.serve = true; }},
+    {"--port", "N", "where they listen, 1 to 65535; a free port when left out",
+     [](SimulatorOptions& options, const std::string& value) {
+       options.webPort = static_cast<int>(numberIn(value, 1, kLargestPort, "--port"));
+     }},
     {"--help", nullptr, "this text", [](SimulatorOptions& options, const std::string&) { options.help = true; }},
 }};
 
-std::string joined(const std::string& names, std::string_view name) {
-  return names + (names.empty() ? "" : " ") + std::string(name);
+template <typename Names>
+std::string joined(const Names& names) {
+  std::string text;
+  for (const std::string_view name : names) {
+    text.append(text.empty() ? "" : " ").append(name);
+  }
+  return text;
 }
 
 }  // namespace
@@ -94,8 +107,8 @@ SimulatorOptions readOptions(const std::vector<std::string>& arguments) {
     }
     option->take(options, value);
   }
-  if (options.model == nullptr && !options.images && !options.help) {
-    refuse("--unit or --make-images is needed; --help tells more");
+  if (options.model == nullptr && !options.images && !options.serve && !options.help) {
+    refuse("--unit, --serve or --make-images is needed; --help tells more");
   }
   return options;
 }
@@ -108,22 +121,22 @@ std::string usage() {
     left.resize(std::max<std::size_t>(left.size() + 1, 26), ' ');
     text += left + option.help + "\n";
   }
-  std::string units;
+  std::vector<std::string_view> units;
   for (const UnitModel& model : unitModels()) {
-    units = joined(units, model.name);
+    units.emplace_back(model.name);
   }
-  std::string faults;
-  for (const std::string_view name : faultNames()) {
-    faults = joined(faults, name);
-  }
-  return text + "\nUnits: " + units + "\nFaults: " + faults +
-         "\n\nIt prints one JSON object a line: first {\"pty\":\"/dev/pts/3\",...}, then what happens in the unit.\n"
+  return text + "\nUnits: " + joined(units) + "\nFaults: " + joined(faultNames()) +
+         "\nFaults of the web server: " + joined(webFaultNames()) +
+         "\n\nIt prints one JSON object a line: first {\"pty\":\"/dev/pts/3\",...} and {\"server\":\"http://127.0.0.1:8080\"}, "
+         "then\n"
+         "what happens in the unit and which pages are asked for.\n"
          "Commands on standard input, each answered by {\"ok\":true} or {\"ok\":false,\"error\":\"...\"}:\n"
          "  power on|off           the power switch\n"
          "  fault NAME             one more fault; \"fault none\" clears them\n"
          "  serial N               sets the serial number\n"
          "  version NAME VERSION   sets what a processor runs, such as: version DSP 2.30\n"
          "  state                  tells model, power, serial number, versions and what the unit is doing\n"
+         "  web fault NAME [PATH]  how requests go wrong from now on, all or those of one path; \"web fault none\" clears them\n"
          "  quit                   ends; so does the end of standard input when it is a pipe\n";
 }
 

@@ -18,6 +18,8 @@ struct SimulatorOptions {
   std::string directory = ".";
   std::optional<Version> images;
   std::size_t imageSize = 0;  // 0: the usual size of each
+  bool serve = false;
+  int webPort = 0;  // 0: a free one
   bool help = false;
 };
 

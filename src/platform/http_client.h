@@ -27,10 +27,10 @@ class HttpClient {
   virtual std::string OpenURL(const std::string& url) = 0;
 
   /// Starts a GET and returns. StateChanged tells its course from the event queue; after kResponseCompleted the whole body is
-  /// here, after kError nothing more comes. A request under way is dropped.
+  /// here, after kError nothing more comes. 60 s without a byte end in kError. A request under way is dropped.
   virtual void Execute(const std::string& url) = 0;
 
-  /// Drops the request under way, if any, without a further event.
+  /// Drops the request under way, if any, without a further event. A blocking fetch under way ends with a Failure.
   virtual void Cancel() = 0;
 
   /// A header of the response; empty when the server sent none of that name. Names are compared without regard to case.

@@ -6,6 +6,10 @@
 namespace firmlane {
 
 namespace {
+constexpr Micros kSilenceLimit = 60 * kSecond;
+
+Failure timeout() { return {12002, "The request has timed out"}; }
+
 std::string lower(std::string text) {
   std::transform(text.begin(), text.end(), text.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
   return text;
@@ -44,9 +48,11 @@ void ScriptedHttp::begin(const std::string& url) {
     raise(http_state::kResponseReceived);
     raise(http_state::kResponseCompleted);
   };
-  if (current_.delay < kForever) {
-    time_.after(current_.delay, arrive);
+  const bool silent = current_.delay == kForever;
+  if (silent) {
+    current_.failure = timeout();
   }
+  time_.after(silent ? kSilenceLimit : current_.delay, arrive);
 }
 
 void ScriptedHttp::raise(int state) {
@@ -58,15 +64,18 @@ void ScriptedHttp::raise(int state) {
 }
 
 std::string ScriptedHttp::OpenURL(const std::string& url) {
-  constexpr Micros kLimit = 60 * kSecond;
   begin(url);
-  const Micros limit = queue_.now() + kLimit;
-  while (!over_ && queue_.now() < limit) {
+  const int mine = generation_;
+  const Micros limit = queue_.now() + kSilenceLimit;
+  while (!over_ && mine == generation_ && queue_.now() < limit) {
     queue_.waitEventsUntil(limit);
+  }
+  if (mine != generation_) {
+    throw Failure(12017, "The request was given up");
   }
   if (!over_) {
     Cancel();
-    throw Failure(12002, "The request has timed out");
+    throw timeout();
   }
   queue_.PumpEvents();
   if (error_) {

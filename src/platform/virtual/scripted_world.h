@@ -19,7 +19,7 @@ struct ScriptedAnswer {
   std::string body;
   std::map<std::string, std::string> headers;  // names in lower case
   std::optional<Failure> failure;              // the transfer fails after `delay` instead
-  Micros delay = 50 * kMillisecond;            // from the request to the end of the answer
+  Micros delay = 50 * kMillisecond;            // from the request to the end of the answer; kForever for none at all
 };
 
 class ScriptedHttp : public HttpClient {

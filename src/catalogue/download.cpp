@@ -1,0 +1,168 @@
+#include "catalogue/download.h"
+
+#include <algorithm>
+#include <charconv>
+
+#include "catalogue/partial_file.h"
+#include "state/text.h"
+
+namespace firmlane {
+
+namespace {
+constexpr std::size_t kChunk = 512;
+constexpr int kFullBar = 100;
+constexpr std::int16_t kUnderWay = 5;
+}  // namespace
+
+Download::Download(FormHost& host, HttpClient& http, const Files& files, const ListFetch& lists, Supervision& supervision,
+                   WizardInCharge& wizard, RunState& state, Form1& form1, std::string server)
+    : host_(host),
+      http_(http),
+      files_(files),
+      lists_(lists),
+      supervision_(supervision),
+      wizard_(wizard),
+      state_(state),
+      form1_(form1),
+      server_(std::move(server)) {
+  http_.StateChanged = [this](int State) { Inet1_StateChanged(State); };
+}
+
+Download::~Download() { http_.StateChanged = nullptr; }
+
+void Download::GetFirmware2() {
+  try {
+    reset();
+    const std::size_t line = selectedLine();
+    transfer(firmwareSource(state_, static_cast<int>(line), lists_.FirmwareUrls[line], server_));
+    form1_.lblTop.Caption = "Finished downloading firmware!\r\rClick on Next to Continue";
+  } catch (const Failure& failure) {
+    fail(failure);
+  }
+}
+
+void Download::GetSoftware() {
+  try {
+    reset();
+    const DownloadSource source = softwareSource(lists_.SoftwareUrls[selectedLine()]);
+    form1_.Command3.Disable();
+    transfer(source);
+    form1_.lblTop.Caption = "Finished downloading software!\r\rClick on Next to Continue";
+  } catch (const Failure& failure) {
+    fail(failure);
+  }
+  form1_.Command3.Enable();
+}
+
+void Download::reset() {
+  DownloadDone = false;
+  ContentLength = 0;
+  broken_.reset();
+  supervision_.BarValue = 0;
+  wizard_.setBar(0);
+}
+
+std::size_t Download::selectedLine() const {
+  const int line = form1_.List1.ListIndex;
+  if (line < 0 || line >= static_cast<int>(kMostEntries)) {
+    throw Failure(failure_number::kSubscriptOutOfRange, "The list has no entry number " + std::to_string(line));
+  }
+  return static_cast<std::size_t>(line);
+}
+
+void Download::transfer(const DownloadSource& source) {
+  DownloadPath = files_.path(source.name);
+  supervision_.SlowBar = true;
+  form1_.Timer1.stop();
+  form1_.List1.Hide();
+  http_.Execute(source.url);
+  while (!DownloadDone && !broken_) {
+    host_.queue().WaitEvents();
+  }
+  supervision_.SlowBar = false;
+  if (broken_) {
+    throw Failure(*broken_);
+  }
+  form1_.Timer1.stop();
+  wizard_.setBar(kFullBar);
+}
+
+void Download::Inet1_StateChanged(int State) {
+  if (!supervision_.SlowBar && !Registering) {
+    return;
+  }
+  switch (State) {
+    case http_state::kConnecting:
+    case http_state::kRequesting:
+    case http_state::kRequestSent:
+      RegisterState = kUnderWay;
+      break;
+    case http_state::kResponseReceived:
+      if (!Registering && ContentLength == 0) {
+        takeContentLength();
+      }
+      break;
+    case http_state::kResponseCompleted:
+      if (Registering) {
+        RegisterState = kUnderWay;
+      } else {
+        takeBody();
+      }
+      break;
+    case http_state::kError:
+      if (!Registering) {
+        broken_ = Failure(http_.errorNumber(), http_.errorDescription());
+      }
+      break;
+    default:
+      break;
+  }
+}
+
+void Download::takeContentLength() {
+  const std::string text = trimmed(http_.GetHeader("Content-Length"));
+  std::int32_t length = 0;
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), length);
+  if (error == std::errc() && end == text.data() + text.size()) {
+    ContentLength = length;
+  }
+}
+
+void Download::takeBody() {
+  form1_.lblProgressInfo.Show();
+  try {
+    PartialFile file(DownloadPath);
+    std::int64_t received = 0;
+    Bytes chunk;
+    do {
+      // A pass that does not rest: an image of some megabytes has thousands of chunks.
+      host_.queue().waitEventsUntil(host_.queue().now());
+      chunk = http_.GetChunk(kChunk);
+      received += static_cast<std::int64_t>(chunk.size());
+      showProgress(received);
+      file.write(chunk);
+    } while (!chunk.empty());
+    file.complete();
+    DownloadDone = true;
+    supervision_.SlowBar = false;
+  } catch (const Failure& failure) {
+    broken_ = failure;
+  }
+}
+
+void Download::showProgress(std::int64_t received) {
+  if (ContentLength <= 0) {
+    return;
+  }
+  const std::int64_t percent = received > 0 ? std::min<std::int64_t>(received * kFullBar / ContentLength + 1, kFullBar) : 0;
+  form1_.lblProgressInfo.Caption = "Downloaded " + std::to_string(received) + " bytes (" + std::to_string(percent) + "%)";
+  wizard_.setBar(static_cast<int>(percent));
+}
+
+void Download::fail(const Failure& failure) {
+  form1_.Timer1.stop();
+  state_.ErrorText = failureText("Error trying download firmware: ", failure);
+  host_.showMessageBox({.text = state_.ErrorText, .icon = MessageIcon::Critical});
+}
+
+}  // namespace firmlane

@@ -1,0 +1,136 @@
+#include "catalogue/download_source.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <iterator>
+
+#include "catalogue/update_list.h"
+#include "state/text.h"
+
+namespace firmlane {
+
+namespace {
+
+struct FirmwareFile {
+  std::string_view product;
+  int line;
+  std::string_view directory;  // on the server, the system's own directory below it
+  std::string_view remoteName;
+  std::string_view localName;
+};
+constexpr FirmwareFile kFirmwareSet[] = {
+    {"WS", 0, "/LWX/system/", "wls.bin", "wls.bin"},      {"WS", 1, "/LWX/system/", "hubSL.s19", "HUBSL.s19"},
+    {"WS", 2, "/LWX/system/", "RFSL.s19", "RFSL.s19"},    {"WS", 3, "/LWX/system/", "FNTLCDc.s19", "FNTLCDc.s19"},
+    {"VC", 0, "/Velarc2/", "vrc2.bin", "vrc2.bin"},       {"VC", 1, "/Velarc2/", "vrc2hub.s19", "vrc2hub.s19"},
+    {"VC", 2, "/Velarc2/", "vrc2fnt.s19", "vrc2fnt.s19"}, {"VC", 3, "/Velarc2/", "vrc1.bin", "vrc1.bin"},
+};
+constexpr const char* kOldVelarcImage = "vrc.bin";
+
+// What the program itself keeps in its directory, or is; in lower case.
+constexpr std::string_view kOwnNames[] = {
+    "wls.bin",       "hubsl.s19", "rfsl.s19",     "fntlcdc.s19",  "vrc2.bin",         "vrc2hub.s19",          "vrc2fnt.s19",
+    "vrc1.bin",      "vrc.bin",   "updatevc.txt", "updatews.txt", "lwxsys.lwx",       "vrc2sys.vrc",          "sn.wls",
+    "micmodels.lmm", "ports",     "firmlane",     "firmlane.exe", "firmlane-console", "firmlane-console.exe",
+};
+
+constexpr int kSlashesBeforeName = 5;
+constexpr std::string_view kInstallerEnding = ".exe";
+
+std::string lower(std::string text) {
+  std::transform(text.begin(), text.end(), text.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  return text;
+}
+
+/// `text` comes from the list and may be of any length.
+Failure badName(const std::string& why, const std::string& text) {
+  constexpr std::size_t kShown = 120;
+  return {failure_number::kPathAccess, why + ": " + (text.size() > kShown ? text.substr(0, kShown) + "..." : text)};
+}
+
+/// A line of the list ends in CR LF, and the CR stays with the location.
+std::string urlOf(std::string location) {
+  while (location.ends_with(kCr)) {
+    location.pop_back();
+  }
+  return location;
+}
+
+/// What stands between the fifth "/" and the next `ending`.
+std::string nameIn(const std::string& url, std::string_view ending) {
+  std::size_t start = 0;
+  for (int slashes = 0; slashes < kSlashesBeforeName; ++slashes) {
+    start = url.find('/', start);
+    if (start++ == std::string::npos) {
+      throw badName("The list names no file to download", url);
+    }
+  }
+  const std::size_t end = url.find(ending, start);
+  if (end == std::string::npos || end == start) {
+    throw badName("The list names no file to download", url);
+  }
+  return url.substr(start, end - start);
+}
+
+/// Windows takes these for devices, whatever ending they have.
+bool isDevice(const std::string& name) {
+  const std::string stem = lower(name.substr(0, name.find('.')));
+  constexpr std::array<std::string_view, 4> kDevices = {"con", "prn", "aux", "nul"};
+  constexpr std::size_t kNumbered = 4;  // COM1, LPT1
+  return std::find(kDevices.begin(), kDevices.end(), stem) != kDevices.end() ||
+         (stem.size() == kNumbered && (stem.starts_with("com") || stem.starts_with("lpt")) && stem.back() >= '0' &&
+          stem.back() <= '9');
+}
+
+bool isPlain(const std::string& name) {
+  constexpr std::string_view kForbidden = R"(/\:*?"<>|)";
+  const bool clean = std::all_of(name.begin(), name.end(), [&](unsigned char c) {
+    return c >= ' ' && c != 0x7F && kForbidden.find(static_cast<char>(c)) == std::string_view::npos;
+  });
+  return clean && !name.empty() && name.front() != '.' && name.find("..") == std::string::npos && !isDevice(name);
+}
+
+std::string checkedName(const std::string& name) {
+  if (!isPlain(name)) {
+    throw badName("Not a name for a file in the program's directory", name);
+  }
+  if (std::find(std::begin(kOwnNames), std::end(kOwnNames), lower(name)) != std::end(kOwnNames)) {
+    throw badName("The program uses a file of that name itself", name);
+  }
+  return name;
+}
+
+/// The directory of the chosen system on the server.
+std::string systemDirectory(const RunState& state) {
+  const auto& systems = state.ProductCode == "VC" ? state.VrcSystems : state.LwxSystems;
+  const int chosen = state.SelectedSystem;
+  if (chosen < 0 || chosen >= static_cast<int>(systems.size())) {
+    throw Failure(failure_number::kSubscriptOutOfRange, "There is no system number " + std::to_string(chosen));
+  }
+  return systems[static_cast<std::size_t>(chosen)].SystemDir.trimmed();
+}
+
+}  // namespace
+
+DownloadSource firmwareSource(const RunState& state, int line, const std::string& location, const std::string& server) {
+  if (state.ProductCode == "VC" && state.OldVelarc) {
+    return {urlOf(location), kOldVelarcImage};
+  }
+  const auto* const file = std::find_if(std::begin(kFirmwareSet), std::end(kFirmwareSet), [&](const FirmwareFile& known) {
+    return known.product == state.ProductCode && known.line == line;
+  });
+  if (file != std::end(kFirmwareSet)) {
+    std::string url = server;
+    url.append(file->directory).append(systemDirectory(state)).append("/").append(file->remoteName);
+    return {url, std::string(file->localName)};
+  }
+  const std::string url = urlOf(location);
+  return {url, checkedName(nameIn(url, "."))};
+}
+
+DownloadSource softwareSource(const std::string& location) {
+  const std::string url = urlOf(location);
+  return {url, checkedName(nameIn(url, kInstallerEnding).append(kInstallerEnding))};
+}
+
+}  // namespace firmlane

@@ -1,0 +1,146 @@
+#include "catalogue/list_fetch.h"
+
+namespace firmlane {
+
+namespace {
+
+constexpr char kListMark = '#';  // an error page begins with something else
+constexpr std::int16_t kFailedFetchPage = 50;
+constexpr std::int16_t kAutoWizardEnds = 19;
+constexpr int kFullBar = 100;
+
+constexpr const char* kNoConnection =
+    "Firmlane was unable to make a connection.\r\rMake sure that you are connected to the internet and try again.";
+constexpr const char* kNoList = "The Firmlane was unable to find a list of currently available software on Tolvex's website.";
+constexpr const char* kLater = " Please try again later.\r\rClick on Next to continue";
+constexpr const char* kReceived = "The Firmlane has received a list of currently available software\r\rClick on Next to continue";
+
+}  // namespace
+
+ListFetch::ListFetch(FormHost& host, HttpClient& http, const Files& files, WizardInCharge& wizard, RunState& state, Form1& form1,
+                     std::string server)
+    : host_(host), http_(http), files_(files), wizard_(wizard), state_(state), form1_(form1), server_(std::move(server)) {}
+
+void ListFetch::GetUpdateText() {
+  const FirmwareListSource& source = firmwareListFor(state_);
+  try {
+    if (fetch(source.path, source.localCopy, true)) {
+      ParseFile(source);
+    }
+  } catch (const Failure& failure) {
+    fail(failure);
+  }
+}
+
+void ListFetch::GetUpdateSOFT() {
+  const SoftwareListSource& source = softwareListFor(state_);
+  try {
+    if (fetch(source.path, source.localCopy, false)) {
+      ParseFileSOFT();
+    }
+  } catch (const Failure& failure) {
+    fail(failure);
+  }
+}
+
+void ListFetch::clearUrls() {
+  FirmwareUrls.fill({});
+  SoftwareUrls.fill({});
+}
+
+bool ListFetch::fetch(const char* path, const char* localCopy, bool tellWizard) {
+  UpdateText = http_.OpenURL(server_ + path);
+  if (UpdateText.empty()) {
+    tellNoConnection(tellWizard);
+    return false;
+  }
+  if (UpdateText.front() != kListMark) {
+    tellNoList(tellWizard);
+    return false;
+  }
+  Files::replaceText(files_.path(localCopy), "\"" + UpdateText + "\"\r\n");
+  tellReceived();
+  return true;
+}
+
+void ListFetch::tellNoConnection(bool tellWizard) {
+  showStatus(kNoConnection);
+  endOnFailedPage();
+  form1_.lblTop.Show();
+  form1_.lblTop.Caption = "Error connecting to the Internet";
+  if (AutoForm* wizard = wizard_.form(); wizard != nullptr && tellWizard) {
+    wizard->lblMain.Caption = kNoConnection;
+    state_.AutoPage = kAutoWizardEnds;
+    wizard->btnNext.Enable();
+  }
+}
+
+void ListFetch::tellNoList(bool tellWizard) {
+  wizard_.setBar(kFullBar);
+  form1_.lblConnect.Hide();
+  showStatus(std::string(kNoList) + kLater);
+  endOnFailedPage();
+  if (AutoForm* wizard = wizard_.form(); wizard != nullptr && tellWizard) {
+    wizard->lblMain.Caption = kNoList;
+  }
+}
+
+void ListFetch::tellReceived() {
+  form1_.Timer1.stop();
+  wizard_.setBar(kFullBar);
+  form1_.lblConnect.Hide();
+  showStatus(kReceived);
+}
+
+void ListFetch::showStatus(const std::string& text) {
+  form1_.lblStatus.Caption = text;
+  form1_.lblStatus.Show();
+}
+
+void ListFetch::endOnFailedPage() {
+  form1_.Timer1.stop();
+  state_.WizardPage = kFailedFetchPage;
+  form1_.ProgressBar1.Hide();
+}
+
+void ListFetch::ParseFile(const FirmwareListSource& source) {
+  const UpdateList list = readFirmwareList(UpdateText, source.entryTag, source.systemFields.size());
+  takeEntries(list, FirmwareUrls);
+  for (std::size_t i = 0; i < list.systems.size(); ++i) {
+    SystemRecord& record = (state_.*source.systems)[i];
+    for (std::size_t field = 0; field < list.systems[i].size(); ++field) {
+      source.systemFields[field](record, list.systems[i][field]);
+    }
+  }
+  state_.SystemCount = list.lastSystem.value_or(state_.SystemCount);
+  if (list.failure) {
+    throw Failure(*list.failure);
+  }
+  state_.CatalogueReady = !list.locations.empty();
+}
+
+void ListFetch::ParseFileSOFT() {
+  const UpdateList list = readSoftwareList(UpdateText);
+  takeEntries(list, SoftwareUrls);
+  if (list.failure) {
+    throw Failure(*list.failure);
+  }
+  state_.CatalogueReady = !list.locations.empty();
+}
+
+void ListFetch::takeEntries(const UpdateList& list, std::array<std::string, kMostEntries>& urls) {
+  for (const std::string_view name : list.names) {
+    form1_.List1.AddItem(std::string(name));
+  }
+  for (std::size_t n = 0; n < list.locations.size(); ++n) {
+    urls[n] = list.locations[n];
+  }
+}
+
+void ListFetch::fail(const Failure& failure) {
+  form1_.Timer1.stop();
+  state_.ErrorText = failureText("Error trying to connect: ", failure);
+  host_.showMessageBox({.text = state_.ErrorText, .icon = MessageIcon::Critical});
+}
+
+}  // namespace firmlane

@@ -1,0 +1,251 @@
+#include "catalogue_fixture.h"
+
+namespace firmlane::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+struct Downloads : CatalogueTest {
+  Downloads() {
+    product("WS");
+    state.LwxSystems[0].SystemDir = "s31";
+    state.LwxSystems[1].SystemDir = "s30";
+    state.VrcSystems[0].SystemDir = "v71";
+    for (int i = 0; i < 12; ++i) {
+      form1.List1.AddItem("line");
+      lists.FirmwareUrls[static_cast<std::size_t>(i)] = "http://h/a/b/extra" + std::to_string(i) + ".bin\r";
+    }
+    form1.List1.Show();
+  }
+
+  void firmware(int line) {
+    form1.List1.ListIndex = line;
+    form1.Timer1.start(100);
+    download.GetFirmware2();
+  }
+  void software(const std::string& location) {
+    form1.List1.ListIndex = 0;
+    lists.SoftwareUrls[0] = location;
+    download.GetSoftware();
+  }
+  /// Names of the files in the program's directory.
+  [[nodiscard]] std::vector<std::string> listing() const {
+    std::vector<std::string> names;
+    for (const auto& entry : std::filesystem::directory_iterator(directory.path())) {
+      names.push_back(entry.path().filename().string());
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+  }
+};
+
+TEST_F(Downloads, EachLineHasItsUrlAndItsName) {
+  struct Case {
+    const char* product;
+    bool older;
+    int system;
+    int line;
+    const char* url;
+    const char* name;
+  };
+  for (const Case& c : {Case{"WS", false, 0, 0, "http://maker.example/LWX/system/s31/wls.bin", "wls.bin"},
+                        Case{"WS", false, 1, 1, "http://maker.example/LWX/system/s30/hubSL.s19", "HUBSL.s19"},
+                        Case{"WS", true, 0, 2, "http://maker.example/LWX/system/s31/RFSL.s19", "RFSL.s19"},
+                        Case{"WS", false, 0, 3, "http://maker.example/LWX/system/s31/FNTLCDc.s19", "FNTLCDc.s19"},
+                        Case{"VC", false, 0, 0, "http://maker.example/Velarc2/v71/vrc2.bin", "vrc2.bin"},
+                        Case{"VC", false, 0, 1, "http://maker.example/Velarc2/v71/vrc2hub.s19", "vrc2hub.s19"},
+                        Case{"VC", false, 0, 2, "http://maker.example/Velarc2/v71/vrc2fnt.s19", "vrc2fnt.s19"},
+                        Case{"VC", false, 0, 3, "http://maker.example/Velarc2/v71/vrc1.bin", "vrc1.bin"},
+                        Case{"VC", true, 0, 7, "http://h/a/b/extra7.bin", "vrc.bin"},
+                        Case{"WS", false, 0, 4, "http://h/a/b/extra4.bin", "extra4"},
+                        Case{"VC", false, 0, 5, "http://h/a/b/extra5.bin", "extra5"}}) {
+    SCOPED_TRACE(c.url);
+    product(c.product, c.older);
+    state.SelectedSystem = static_cast<std::int16_t>(c.system);
+    http.answer(c.url, c.url);
+    firmware(c.line);
+    EXPECT_EQ(http.requests().back(), c.url);
+    EXPECT_EQ(directory.read(c.name), c.url);
+    EXPECT_TRUE(download.DownloadDone);
+  }
+  EXPECT_THAT(boxes(), IsEmpty());
+}
+
+TEST_F(Downloads, TheEndOfADownloadStandsOnThePage) {
+  state.InAutoWizard = true;
+  http.answer(maker("/LWX/system/s31/wls.bin"), std::string(1024, 'a'));
+  std::vector<std::string> texts;
+  screen.onChange = [&](Control& control) {
+    if (&control == &form1.lblProgressInfo && (texts.empty() || texts.back() != info())) {
+      texts.push_back(info());
+    }
+  };
+  firmware(0);
+  EXPECT_THAT(texts, ElementsAre("", "Downloaded 512 bytes (51%)", "Downloaded 1024 bytes (100%)"));
+  EXPECT_EQ(top(), "Finished downloading firmware!\r\rClick on Next to Continue");
+  EXPECT_EQ(form1.ProgressBar1.Value, 100);
+  EXPECT_EQ(frmAuto.Progress1.Value, 100);
+  EXPECT_TRUE(form1.lblProgressInfo.Visible);
+  EXPECT_FALSE(form1.List1.Visible);
+  EXPECT_FALSE(form1.Timer1.enabled());
+  EXPECT_FALSE(supervision.SlowBar);
+  EXPECT_EQ(download.ContentLength, 1024);
+  EXPECT_EQ(listing(), std::vector<std::string>{"wls.bin"});
+}
+
+TEST_F(Downloads, BodiesOfAnySizeAndAnyStatedLength) {
+  struct Case {
+    const char* length;  // null for a server that states none
+    std::size_t size;
+    const char* info;
+  };
+  for (const Case& c :
+       {Case{"0", 0, "before"}, Case{nullptr, 700, "before"}, Case{"-5", 700, "before"}, Case{"many", 700, "before"},
+        Case{"700 bytes", 700, "before"}, Case{"99999999999999999999", 700, "before"},
+        Case{"10", 700, "Downloaded 700 bytes (100%)"}, Case{"2147483647", 700, "Downloaded 700 bytes (1%)"},
+        Case{" 1400", 700, "Downloaded 700 bytes (51%)"}, Case{"100", 0, "Downloaded 0 bytes (0%)"},
+        Case{"8388608", 8U << 20U, "Downloaded 8388608 bytes (100%)"}}) {
+    SCOPED_TRACE(c.length == nullptr ? "none" : c.length);
+    ScriptedAnswer answer{.body = std::string(c.size, 'b')};
+    if (c.length != nullptr) {
+      answer.headers["content-length"] = c.length;
+    }
+    http.answer(maker("/LWX/system/s31/wls.bin"), answer);
+    form1.lblProgressInfo.Caption = "before";
+    firmware(0);
+    EXPECT_EQ(info(), c.info);
+    EXPECT_TRUE(download.DownloadDone);
+    EXPECT_EQ(directory.read("wls.bin").size(), c.size);
+    EXPECT_EQ(form1.ProgressBar1.Value, 100);
+  }
+}
+
+TEST_F(Downloads, AFailedTransferLeavesTheOldFileAndSaysSo) {
+  const std::string url = maker("/LWX/system/s31/wls.bin");
+  directory.write("wls.bin", std::string("old"));
+  http.answer(url, {.body = "half", .failure = Failure(2, "Connection closed")});
+  firmware(0);
+  EXPECT_THAT(boxes(), ElementsAre("!Error trying download firmware: Connection closed (#2)"));
+  EXPECT_EQ(state.ErrorText, "Error trying download firmware: Connection closed (#2)");
+  EXPECT_FALSE(download.DownloadDone);
+  EXPECT_FALSE(supervision.SlowBar);
+  EXPECT_FALSE(form1.Timer1.enabled());
+
+  http.answer(url, {.delay = kForever});
+  firmware(0);
+  EXPECT_THAT(boxes(), ElementsAre("!Error trying download firmware: The request has timed out (#12002)"));
+  EXPECT_EQ(directory.read("wls.bin"), "old");
+
+  // The directory cannot be written to, or something stands in the way of the name.
+  std::filesystem::create_directory(directory.path() / "wls.bin.part");
+  http.answer(url, "new");
+  firmware(0);
+  EXPECT_THAT(boxes(), ElementsAre(StartsWith("!Error trying download firmware: Is a directory: ")));
+  std::filesystem::remove(directory.path() / "wls.bin.part");
+  std::filesystem::remove(directory.path() / "wls.bin");
+  std::filesystem::create_directories(directory.path() / "wls.bin" / "x");
+  firmware(0);
+  EXPECT_THAT(boxes(), ElementsAre(StartsWith("!Error trying download firmware: ")));
+  EXPECT_FALSE(download.DownloadDone);
+  EXPECT_EQ(listing(), std::vector<std::string>{"wls.bin"});
+}
+
+TEST_F(Downloads, WhatCannotBeAskedForIsToldAtOnce) {
+  firmware(-1);
+  EXPECT_THAT(boxes(), ElementsAre("!Error trying download firmware: The list has no entry number -1 (#9)"));
+  for (int i = 0; i < 12; ++i) {
+    form1.List1.AddItem("line");
+  }
+  firmware(21);
+  EXPECT_THAT(boxes(), ElementsAre("!Error trying download firmware: The list has no entry number 21 (#9)"));
+  state.SelectedSystem = 11;
+  firmware(0);
+  EXPECT_THAT(boxes(), ElementsAre("!Error trying download firmware: There is no system number 11 (#9)"));
+  EXPECT_TRUE(form1.List1.Visible);
+  EXPECT_THAT(http.requests(), IsEmpty());
+}
+
+TEST_F(Downloads, NamesOutOfAListThatReachBeyondTheirPlaceAreRefused) {
+  const std::vector<std::string> locations = {
+      "",
+      "setup.exe",
+      "http://h/a/setup.exe",
+      "http://h/a/b/.exe",
+      "http://h/a/b/setup.EXE",
+      "http://h/a/b/c/setup.exe",
+      "http://h/a/b/..\\setup.exe",
+      "http://h/a/b/a..exe",
+      "http://h/a/b/.hidden.exe",
+      "http://h/a/b/C:setup.exe",
+      "http://h/a/b/set\nup.exe",
+      "http://h/a/b/firmlane.exe",
+      "http://h/a/b/FirmLane-Console.exe",
+      "http://h/a/b/con.exe",
+      "http://h/a/b/LPT1.exe",
+      "http://h/a/b/" + std::string(30000, '/') + ".exe",
+  };
+  for (const std::string& location : locations) {
+    software(location);
+    const std::vector<std::string> told = boxes();
+    ASSERT_THAT(told, testing::SizeIs(1)) << location;
+    EXPECT_THAT(told.front(), StartsWith("!Error trying download firmware: "));
+    EXPECT_LT(told.front().size(), 300U);
+    EXPECT_FALSE(download.DownloadDone);
+  }
+  for (const char* name : {"ports", "Firmlane", "nul"}) {
+    lists.FirmwareUrls[4] = "http://h/a/b/" + std::string(name) + ".bin";
+    firmware(4);
+    EXPECT_THAT(boxes(), testing::SizeIs(1)) << name;
+  }
+  EXPECT_THAT(http.requests(), IsEmpty());
+  EXPECT_THAT(listing(), IsEmpty());
+}
+
+TEST_F(Downloads, SoftwareComesUnderItsOwnNameAndKeepsNextDead) {
+  bool nextWasDead = false;
+  http.answer("http://h/a/b/Remote 3.0 setup.exe", "MZ");
+  after(20 * kMillisecond, [&] { nextWasDead = !form1.Command3.Enabled; });
+  software("http://h/a/b/Remote 3.0 setup.exe\r");
+  EXPECT_TRUE(nextWasDead);
+  EXPECT_TRUE(form1.Command3.Enabled);
+  EXPECT_EQ(top(), "Finished downloading software!\r\rClick on Next to Continue");
+  EXPECT_EQ(directory.read("Remote 3.0 setup.exe"), "MZ");
+  EXPECT_EQ(download.DownloadPath, (directory.path() / "Remote 3.0 setup.exe").string());
+  software("http://h/a/b/other.exe");
+  EXPECT_THAT(boxes(), ElementsAre("!Error trying download firmware: Cannot connect to the server (#12029)"));
+  EXPECT_FALSE(download.DownloadDone);
+  EXPECT_TRUE(form1.Command3.Enabled);
+}
+
+TEST_F(Downloads, ExitEndsTheProgramFromInsideADownload) {
+  http.answer(maker("/LWX/system/s31/wls.bin"), std::string(5000, 'a'));
+  form1.Command2.OnClick = [] { throw ProgramEnded(); };
+  screen.onChange = [&](Control& control) {
+    if (&control == &form1.lblProgressInfo && info() == "Downloaded 1024 bytes (21%)") {
+      EXPECT_TRUE(directory.has("wls.bin.part"));
+      host.click(form1.Command2);
+    }
+  };
+  EXPECT_THROW(firmware(0), ProgramEnded);
+  EXPECT_THAT(listing(), IsEmpty());
+
+  screen.onChange = nullptr;
+  http.answer(maker("/LWX/system/s31/wls.bin"), {.delay = kForever});
+  after(kSecond, [&] { host.click(form1.Command2); });
+  EXPECT_THROW(firmware(0), ProgramEnded);
+}
+
+TEST_F(Downloads, StatesOutsideOfADownloadGoByUnseen) {
+  directory.write("wls.bin", std::string("old"));
+  download.DownloadPath = files.path("wls.bin");
+  for (const int State : {3, 5, 6, 8, 11, 12, 0}) {
+    download.Inet1_StateChanged(State);
+  }
+  EXPECT_EQ(directory.read("wls.bin"), "old");
+  EXPECT_EQ(download.RegisterState, 0);
+}
+
+}  // namespace
+}  // namespace firmlane::test

@@ -1,0 +1,195 @@
+#include "catalogue/update_list.h"
+
+#include <gmock/gmock.h>
+
+#include <random>
+
+namespace firmlane::test {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+constexpr const char* kWireless =
+    "#Tolvex update list\r\n"
+    "WLS|LWX DSP V2.31-first|http://h/a/b/wls.bin\r\n"
+    "x|LWX Hub V2.12-x|http://h/a/b/hub.s19\r\n"
+    "|RF V1.16-x|\r\n"
+    "REMOTE|Remote V3.0|http://h/a/b/setup.exe\r\n"
+    "SYSTEM|3.1|1 May|best|2.31|2.12|1.16|2.23|s31\r\n"
+    "SYSTEM|3.0|1 April|a||b|2.12|1.16|2.23|s30|more\r\n";
+
+/// Names and locations in one text, "name>location;", then what ended the reading.
+std::string told(const UpdateList& list) {
+  std::string text;
+  for (std::size_t i = 0; i < list.names.size(); ++i) {
+    text.append(list.names[i]).append(">").append(i < list.locations.size() ? list.locations[i] : "none").append(";");
+  }
+  return list.failure ? text + " #" + std::to_string(list.failure->number()) : text;
+}
+
+std::string entries(int count, const std::string& tag) {
+  std::string text = "#" + tag;
+  for (int i = 0; i < count; ++i) {
+    text += "|V" + std::to_string(i) + "|u" + std::to_string(i) + "\n";
+  }
+  return text;
+}
+
+TEST(UpdateListText, FirmwareEntriesAndSystemsAreTakenByTheBars) {
+  const UpdateList list = readFirmwareList(kWireless, "WLS", 8);
+  EXPECT_EQ(told(list), "LWX DSP V2.31-first>http://h/a/b/wls.bin\r;LWX Hub V2.12-x>http://h/a/b/hub.s19\r;RF V1.16-x>\r;");
+  EXPECT_EQ(list.lastSystem, 1);
+  EXPECT_THAT(list.systems,
+              ElementsAre(ElementsAre("3.1", "1 May", "best", "2.31", "2.12", "1.16", "2.23", "s31"),
+                          // An empty field cannot be told: its bar opens the next one. What is too much stays in the last.
+                          ElementsAre("3.0", "1 April", "a", "|b", "2.12", "1.16", "2.23", "s30|more")));
+}
+
+TEST(UpdateListText, FirmwareListsAtTheirEdges) {
+  struct Case {
+    const char* name;
+    std::string text;
+    const char* told;
+  };
+  const Case cases[] = {
+      {"no REMOTE: no entry", "#WLS|a V|b\n", ""},
+      {"older list, one entry", "#WLS|a V|b\nREMOTE|V", "a V>b;"},
+      {"no tag: from the head", "#x|a V|b\nREMOTE|V", "a V>b;"},
+      {"tag in the head counts", "#WLS|h|\nWLS|a V|b\nREMOTE|V", "h>;a V>b;"},
+      {"empty name and location", "#WLS||\nREMOTE|V", ">;"},
+      {"no second bar", "#WLS|a V REMOTE", " #5"},
+      {"no line end", "#WLS|a V|b REMOTE", "a V>none; #5"},
+      {"no bar at all", "#WLS REMOTE V", " #5"},
+      {"REMOTE in a location ends there", "#WLS|a V|b REMOTE c\n|d V|e\n", "a V>b REMOTE c;"},
+      {"v instead of V", "#WLS|a|b\nREMOTE|v", "a>b;"},
+  };
+  for (const Case& c : cases) {
+    EXPECT_EQ(told(readFirmwareList(c.text, "WLS", 0)), c.told) << c.name;
+  }
+  // Neither V nor v behind the last entry: it begins again at the head, until there are too many.
+  EXPECT_EQ(told(readFirmwareList("#WLS|a|b\nREMOTE", "WLS", 0)).substr(0, 20), "a>b;#>a|b;#WL>a|b;#W");
+}
+
+TEST(UpdateListText, TheTwentySecondEntryStaysWithoutLocation) {
+  for (const int count : {21, 22}) {
+    const UpdateList firmware = readFirmwareList(entries(count, "VRC") + "REMOTE|V", "VRC", 0);
+    std::string text = "#";
+    for (int i = 0; i < count; ++i) {
+      text += "REMOTE|V|u\n";
+    }
+    for (const UpdateList& list : {firmware, readSoftwareList(text)}) {
+      EXPECT_THAT(list.names, SizeIs(static_cast<std::size_t>(count)));
+      EXPECT_THAT(list.locations, SizeIs(21));
+      EXPECT_EQ(list.failure ? list.failure->number() : 0, count == 21 ? 0 : 9);
+    }
+  }
+}
+
+TEST(UpdateListText, SystemLinesAtTheirEdges) {
+  struct Case {
+    const char* name;
+    std::string lines;
+    int lastSystem;
+    std::size_t systems;
+    int failure;
+  };
+  std::string eleven;
+  for (int i = 0; i < 11; ++i) {
+    eleven += "SYSTEM|a|b|c\r\n";
+  }
+  const Case cases[] = {
+      {"none", "", 0, 0, 5},
+      {"no CR", "SYSTEM|a|b|c", 0, 0, 5},
+      {"too few fields", "SYSTEM|a|b\r\n", 0, 1, 5},
+      {"no bar in the line", "SYSTEM a\r\n", 0, 1, 5},
+      {"empty last field", "SYSTEM|a|b|\r\n", 0, 1, 0},
+      {"eleven", eleven, 10, 11, 0},
+      {"twelve", eleven + "SYSTEM|a|b|c\r\n", 11, 11, 9},
+      {"second cut short", "SYSTEM|a|b|c\r\nSYSTEM|a", 1, 1, 5},
+  };
+  for (const Case& c : cases) {
+    const UpdateList list = readFirmwareList("#WLS|a V|b\nREMOTE|V\r\n" + c.lines, "WLS", 3);
+    EXPECT_EQ(list.lastSystem, c.lastSystem) << c.name;
+    EXPECT_EQ(list.systems.size(), c.systems) << c.name;
+    EXPECT_EQ(list.failure ? list.failure->number() : 0, c.failure) << c.name;
+  }
+  EXPECT_EQ(readFirmwareList("#WLS|a V|b\nREMOTE|V", "WLS", 0).lastSystem, std::nullopt) << "the older list has none";
+}
+
+TEST(UpdateListText, SoftwareListsAtTheirEdges) {
+  struct Case {
+    const char* name;
+    std::string text;
+    const char* told;
+  };
+  const Case cases[] = {
+      {"from a firmware list", kWireless, "Remote V3.0>http://h/a/b/setup.exe\r;"},
+      {"no line end in the last", "#REMOTE|a|b\r\nREMOTE|c|d", "a>b\r;c>d;"},
+      {"REMOTE in a name begins a line", "#REMOTE|REMOTE a|b\nx", "REMOTE a>b;"},
+      {"REMOTE behind a location", "#REMOTE|a|b REMOTE\nx|c|d", "a>b REMOTE;c>d;"},
+      {"no REMOTE: the first two bars", "#x|a|b\n", "a>b;"},
+      {"no bar", "#REMOTE", " #5"},
+      {"one bar", "#REMOTE|a", " #5"},
+      {"bar at the end", "#REMOTE|", ""},
+  };
+  for (const Case& c : cases) {
+    EXPECT_EQ(told(readSoftwareList(c.text)), c.told) << c.name;
+  }
+}
+
+TEST(UpdateListText, AListOf32768CharactersFails) {
+  const std::string software = "#REMOTE|a|b\n";
+  for (const bool tooLong : {false, true}) {
+    const std::size_t size = tooLong ? 32768 : 32767;
+    std::string text = kWireless;
+    EXPECT_EQ(readFirmwareList(text.append(size - text.size(), 'x'), "WLS", 8).failure.has_value(), tooLong);
+    text = software;
+    EXPECT_EQ(readSoftwareList(text.append(size - text.size(), 'x')).failure.has_value(), tooLong);
+    text = "#" + std::string(size - 1 - std::string("WLS").size(), 'x') + "WLS";
+    EXPECT_EQ(readFirmwareList(text, "WLS", 8).failure->number(), 5) << "no bar in it";
+  }
+  EXPECT_EQ(readFirmwareList("#WLS" + std::string(32764, 'x') + "|a|b", "WLS", 0).failure->number(), 6) << "bar at 32769";
+}
+
+// Whatever comes, the reading ends, keeps to its tables, and points into the text.
+void expectSound(const std::string& text) {
+  for (const UpdateList& list : {readFirmwareList(text, "WLS", 8), readFirmwareList(text, "VRC", 0), readSoftwareList(text)}) {
+    EXPECT_LE(list.locations.size(), kMostEntries);
+    EXPECT_LE(list.names.size(), list.locations.size() + 1);
+    EXPECT_LE(list.systems.size(), kMostSystems);
+    EXPECT_TRUE(list.failure || list.names.size() == list.locations.size());
+    for (const std::vector<std::string_view>& system : list.systems) {
+      EXPECT_LE(system.size(), 8U);
+    }
+  }
+}
+
+TEST(UpdateListText, ACutListIsSurvived) {
+  const std::string whole = kWireless;
+  for (std::size_t size = 0; size <= whole.size(); ++size) {
+    expectSound(whole.substr(0, size));
+  }
+}
+
+TEST(UpdateListText, RandomListsAreSurvived) {
+  constexpr unsigned kSeed = 20;
+  SCOPED_TRACE("seed " + std::to_string(kSeed));
+  std::mt19937 random(kSeed);
+  const std::vector<std::string> pieces = {"|",   "|",   "\n",     "\r",     "\r\n", "V", "v",
+                                           "WLS", "VRC", "REMOTE", "SYSTEM", "#",    "x", ""};
+  for (int round = 0; round < 3000; ++round) {
+    std::string text = round % 2 == 0 ? "#" : kWireless;
+    const auto size = random() % (round % 100 == 0 ? 40000 : 120);
+    for (std::size_t i = 0; i < size; ++i) {
+      const std::string& piece = pieces[random() % pieces.size()];
+      text.insert(text.size() < 1000 ? random() % (text.size() + 1) : text.size(),
+                  piece.empty() ? std::string(1, static_cast<char>(random())) : piece);
+    }
+    expectSound(text);
+  }
+}
+
+}  // namespace
+}  // namespace firmlane::test
