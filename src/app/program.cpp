@@ -1,5 +1,9 @@
 #include "app/program.h"
 
+#include "catalogue/download.h"
+#include "catalogue/list_fetch.h"
+#include "catalogue/registration.h"
+#include "catalogue/web_jobs.h"
 #include "flash/flash_run.h"
 #include "forms/about_box.h"
 #include "forms/debug_view.h"
@@ -84,6 +88,21 @@ struct Flash {
                frontPanel,  outcomes,        notes,        ground.state,     ground.form1, ground.frmAuto};
 };
 
+/// The maker's web server and what comes from there.
+struct Catalogue {
+  Catalogue(Ground& g, Line& l, const Platform& p) : ground(g), line(l), platform(p) {}
+
+  Ground& ground;
+  Line& line;
+  const Platform& platform;
+  ListFetch lists{ground.host, platform.http, ground.files, line.wizard, ground.state, ground.form1, platform.servers.maker};
+  Download download{ground.host,  platform.http, ground.files,          lists, line.supervision, line.wizard,
+                    ground.state, ground.form1,  platform.servers.maker};
+  Registration registration{
+      ground.host, platform.http, download, line.supervision, ground.state, ground.form1, platform.servers.registration};
+  WebJobs web{ground.host, platform.desktop, download, ground.state, platform.servers.maker};
+};
+
 /// The factory's procedures.
 struct Personal {
   Personal(Ground& g, Line& l) : ground(g), line(l) {
@@ -117,11 +136,11 @@ struct Program::Parts {
     return {ground.host,    ground.files,      ground.state,      ground.form1,
             ground.frmPort, ground.frmVersion, ground.frmRecover, ground.frmDBUG};
   }
-  void notThereYet() { ground.host.showMessage("This is not available yet."); }
 
   Ground ground;
   Line line{ground};
   Flash flash{ground, line};
+  Catalogue catalogue;
   Personal personal{ground, line};
   StartUp startUp;
   PageEngine classic;
@@ -135,6 +154,7 @@ struct Program::Parts {
 
 Program::Parts::Parts(const Platform& platform, const BuildSwitches& switches)
     : ground(platform),
+      catalogue(ground, line, platform),
       startUp(ground.host, ground.mainPort, line.receive, ground.state, ground.form1, ground.frmInHouse, switches),
       classic(ground.host, ground.files, ground.mainPort, personal.factory, line.wizard, ground.state, ground.form1,
               {ground.frmPort, ground.frmVersion, ground.frmAuto, ground.frmVRCAuto, ground.frmInHouse, ground.frmDBUG},
@@ -154,6 +174,7 @@ void Program::Parts::tieServiceButtons() {
   Form1& form1 = ground.form1;
   form1.Command5.OnClick = [this] { ground.frmAbout.Show(); };
   form1.btnAuto.OnClick = [this] { ground.frmAuto.Show(); };
+  form1.btnVRCrelnotef.OnClick = [this] { catalogue.web.LaunchRelNote(); };
   form1.lblFAQ.OnClick = [this] { wireless.LaunchFAQ(); };
   form1.Command4.OnClick = [this] {
     ground.mainPort.setSettings("57600,N,8,1");
@@ -164,17 +185,16 @@ void Program::Parts::tieServiceButtons() {
 }
 
 ClassicOperations Program::Parts::classicOperations() {
-  const auto open = [this] { notThereYet(); };
   return {
-      .clearUrls = [] {},
-      .GetUpdateText = open,
-      .GetUpdateSOFT = open,
-      .GetFirmware2 = open,
-      .GetSoftware = open,
-      .downloadDone = [] { return false; },
-      .InstallSoftware = open,
-      .LaunchRelNote = open,
-      .RegisterUserData = open,
+      .clearUrls = [this] { catalogue.lists.clearUrls(); },
+      .GetUpdateText = [this] { catalogue.lists.GetUpdateText(); },
+      .GetUpdateSOFT = [this] { catalogue.lists.GetUpdateSOFT(); },
+      .GetFirmware2 = [this] { catalogue.download.GetFirmware2(); },
+      .GetSoftware = [this] { catalogue.download.GetSoftware(); },
+      .downloadDone = [this] { return catalogue.download.DownloadDone; },
+      .InstallSoftware = [this] { catalogue.web.InstallSoftware(); },
+      .LaunchRelNote = [this] { catalogue.web.LaunchRelNote(); },
+      .RegisterUserData = [this] { catalogue.registration.RegisterUserData(); },
       .ConvertFront = [this] { flash.frontImage.ConvertFront(); },
       .loadVelarcFront = [this] { return flash.frontImage.LoadFrontImage(); },
       .ConnectVelarc = [this] { flash.run.ConnectVelarc(); },
@@ -185,10 +205,10 @@ ClassicOperations Program::Parts::classicOperations() {
 AutoWizardTies Program::Parts::autoTies() {
   return {.GetFirmware2 =
               [this] {
-                notThereYet();
-                return false;
+                catalogue.download.GetFirmware2();
+                return catalogue.download.DownloadDone;
               },
-          .StartDoc = [this](const std::string&) { notThereYet(); }};
+          .StartDoc = [this](const std::string& path) { catalogue.web.openPage(path); }};
 }
 
 Program::Program(const Platform& platform, const BuildSwitches& switches) : parts_(std::make_unique<Parts>(platform, switches)) {}

@@ -20,6 +20,7 @@
 #include "platform/widgets/widget_screen.h"
 #include "player/player.h"
 #include "pty/pty_unit.h"
+#include "web/web_server.h"
 
 namespace {
 
@@ -31,17 +32,8 @@ constexpr int kWrongOption = 2;
 constexpr int kStepMilliseconds = 400;  // of the program's clock between two looks of the player
 constexpr Micros kPlayLimit = 30 * 60 * kSecond;
 
-/// The files that an update takes from disk.
-void writeImages(const std::filesystem::path& directory, const UnitModel& model) {
-  for (const ProcessorModel& processor : model.processors) {
-    Version version = processor.version;
-    ++version.second;
-    writeImage(directory, processor.image, version, usualImageSize(processor.image));
-  }
-}
-
 Wishes wishesFor(const UnitModel& model) {
-  Wishes wishes{.online = false};
+  Wishes wishes;
   switch (model.family) {
     case Family::Wireless:
       wishes.productButton = "LWXButton";
@@ -115,7 +107,7 @@ int run(const DemoOptions& options) {
   const QTemporaryDir directory;
   PtyUnit bench(*options.model, options.speed);
   bench.unit.startRunning();
-  writeImages(directory.path().toStdString(), *options.model);
+  const WebServer web;
 
   QtPlatform platform(
       {.directory = directory.path().toStdString(), .ports = {{kPort, bench.path()}}, .timeScale = options.speed});
@@ -128,7 +120,7 @@ int run(const DemoOptions& options) {
                    .http = platform.http,
                    .desktop = desktop,
                    .files = platform.files,
-                   .servers = {}},
+                   .servers = {.maker = web.url(), .registration = web.url()}},
                   options.switches);
   screen.attach(program.host());
   BenchWindow window(bench.unit);
