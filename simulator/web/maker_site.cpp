@@ -34,6 +34,9 @@ struct ProductRow {
   std::span<const SystemRow> systems;
   std::span<const char* const> processors;
   int numbers;  // that a version of it has
+  // One more file that is listed and downloaded by hand only; null for none.
+  const char* extraName = nullptr;
+  const char* extraProcessor = nullptr;
 };
 
 template <std::uint8_t kBack>
@@ -63,7 +66,8 @@ constexpr std::array<SystemRow, 2> kVelarc2Systems = {{
 constexpr std::array kWirelessProcessors = {"DSP", "Hub", "RF", "Front"};
 constexpr std::array kVelarc2Processors = {"DSP", "Hub", "Front"};
 constexpr ProductRow kWireless = {"WLS", "LWX", "/LWX/system/", kWirelessSystems, kWirelessProcessors, 2};
-constexpr ProductRow kVelarc2 = {"VRC", "Second generation", "/Velarc2/", kVelarc2Systems, kVelarc2Processors, 3};
+constexpr ProductRow kVelarc2 = {"VRC", "Second generation", "/Velarc2/", kVelarc2Systems, kVelarc2Processors,
+                                 3,     "vrc1.bin",          "Boot"};
 
 struct OldVelarcRow {
   Version version;
@@ -146,6 +150,10 @@ std::string systemList(const ProductRow& product, std::span<const SoftwareRow> s
     list += joined({"|", product.unit, " ", product.processors[i], " V", shown(newest.files[i].version, product.numbers), "-",
                     newest.date, "|", server, systemPath(product, newest, newest.files[i]), "\r\n"});
   }
+  if (product.extraName != nullptr) {
+    list += joined({"|", product.unit, " ", product.extraProcessor, " V1.00-", newest.date, "|", server, product.directory,
+                    newest.directory, "/", product.extraName, "\r\n"});
+  }
   list += remoteLines(software, server);
   for (const SystemRow& system : product.systems) {
     list += systemLine(product, system);
@@ -167,6 +175,10 @@ void addImages(MakerSite& site, const ProductRow& product) {
   for (const SystemRow& system : product.systems) {
     for (const SetFile& file : system.files) {
       site[systemPath(product, system, file)] = {imageText(file.kind, file.version)};
+    }
+    if (product.extraName != nullptr) {
+      site[joined({product.directory, system.directory, "/", product.extraName})] = {
+          "boot code that no processor takes from here"};
     }
   }
 }
