@@ -38,6 +38,8 @@ TEST_F(DetoursTest, ASilentUnitIsRecoveredWithAllProcessorsAndNoComparison) {
     world.click(form.btnNext);
   }
   EXPECT_THAT(asked(), ElementsAre("flash 1", "flash 2", "flash 3", "flash 4"));
+  EXPECT_EQ(world.frmDBUG.lblStage.Caption, "Initializing");
+  EXPECT_EQ(world.frmDBUG.lblErrors.Caption, "About to Start Communications with Receiver");
 }
 
 TEST_F(DetoursTest, ComPortReadsAgainWithThirtySecondsOfItsOwn) {
@@ -245,6 +247,26 @@ TEST_F(DetoursTest, ExitEndsTheProgramInEveryWait) {
     }
     flow.world.clickLater(10 * kSecond, flow.form.cmdQuit);
     EXPECT_THROW(flow.world.click(flow.form.btnNext), ProgramEnded);
+  }
+}
+
+TEST_F(DetoursTest, TheDriverTakesOneProcessorACallAndNoneWhenNoneIsSelected) {
+  form.Load();
+  form.Check5.Value = 1;
+  form.Check2.Value = 1;
+  for (const char* page : {"1", "2", "3"}) {
+    world.wireless.UpdateReceiver();
+    EXPECT_EQ(form.lblPage.Caption, page);
+  }
+  EXPECT_THAT(asked(), ElementsAre("flash 0", "flash 4"));
+}
+
+TEST_F(DetoursTest, AdvancedOptionsShowTheSelections) {
+  form.Load();
+  for (const bool visible : {true, false}) {
+    form.btnDetails.Click();
+    EXPECT_EQ(form.Check1.Visible && form.Shape5.Visible && form.Label6.Visible, visible);
+    EXPECT_EQ(form.btnDetails.Caption, visible ? "Hide Advanced Options" : "Show Advanced Options");
   }
 }
 

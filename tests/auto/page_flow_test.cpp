@@ -228,8 +228,8 @@ TEST_F(PageFlowTest, ATimeOutLeadsToTheOptionsAndWhatIsLeftIsProgrammed) {
 TEST_F(PageFlowTest, TheOnlineWayAfterATimeOutLeavesOutWhatTheUnitDoesNotHave) {
   state.PortChosen = true;
   state.VersionPicked = true;
-  state.VersionsCompared = true;
   world.open(form, true, true);
+  state.VersionsCompared = true;
   for (int press = 0; press < 7; ++press) {
     world.click(form.btnNext);
   }

@@ -122,6 +122,32 @@ TEST_F(Velarc2Test, RecoveryTakesHubAndDsp) {
   EXPECT_THAT(asked(), ElementsAre("read", "flash 0", "flash 1"));
 }
 
+TEST_F(Velarc2Test, AWirelessRunBehindAVelarcsIsUntouchedByIt) {
+  state.VrcSysFile[0] = system("7.1", "5.02", "1.1", "3.4", "");
+  world.unit = [&] {
+    reportVelarc({5, 0, 1}, {1, 0, 0});
+    state.HasRf2 = true;
+  };
+  world.open(velarc, false, true);
+  for (int press = 0; press < 4; ++press) {
+    world.click(velarc.btnNext);
+  }
+  EXPECT_TRUE(state.FinalCheckFailed);
+  EXPECT_THAT(asked(), ElementsAre("read", "flash 0", "flash 1", "read"));
+  state.LwxSysFile[0] = system("3.1", "2.31", "2.20", "1.2", "1.9");
+  world.unit = [&] { report(2, 30, 2, 20); };
+  world.open(form, false, true);
+  EXPECT_EQ(world.wizard.form(), &form);
+  for (int press = 0; press < 2; ++press) {
+    world.click(form.btnNext);
+  }
+  EXPECT_EQ(form.lblTotal.Caption, "Overall Progress (Step 1 of 4)");
+  world.unit = [&] { report(2, 31, 2, 20); };
+  world.click(form.btnNext);
+  EXPECT_TRUE(form.btnMore.Visible);
+  EXPECT_THAT(asked(), ElementsAre("read", "flash 1", "read"));
+}
+
 TEST_F(Velarc2Test, BackShowsTheWelcomeInItsOtherWords) {
   world.open(velarc, true, false);
   world.click(velarc.btnBack);

@@ -71,9 +71,11 @@ void AutoWizard::Form_Load() {
   form_.Caption = "Tolvex Firmlane Version " + dotted(kVersionMajor, kVersionMinor);
   setting_.form1.Hide();
   state_.InAutoWizard = true;
-  if (product_.ownFlag != nullptr) {
-    state_.*product_.ownFlag = true;
-  }
+  state_.InVrcAutoWizard = product_.inVrcAutoWizard;
+  // What the sister wizard has compared and found says nothing of a unit of this one.
+  state_.VersionsCompared = false;
+  state_.ProgressSized = false;
+  state_.FinalCheckFailed = false;
   state_.AutoPage = kWelcome;
   form_.lblMain.Caption = product_.texts.welcome;
   form_.centre();

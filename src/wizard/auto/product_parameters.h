@@ -85,8 +85,8 @@ struct WizardTexts {
 
 struct ProductParameters {
   const char* ProductCode;
-  /// Set besides InAutoWizard when the window loads; null for none.
-  bool RunState::*ownFlag;
+  /// What InVrcAutoWizard is when the window loads, besides InAutoWizard.
+  bool inVrcAutoWizard;
   std::array<SystemRecord, kSystems> RunState::*systems;
   std::array<SystemRecord, kSystemFileRows> RunState::*sysFile;
   const char* sysFileName;

@@ -125,7 +125,7 @@ constexpr WizardTexts kTexts = {
 
 constexpr ProductParameters kVelarc2 = {
     .ProductCode = "VC",
-    .ownFlag = &RunState::InVrcAutoWizard,
+    .inVrcAutoWizard = true,
     .systems = &RunState::VrcSystems,
     .sysFile = &RunState::VrcSysFile,
     .sysFileName = "VRC2Sys.vrc",

@@ -135,7 +135,7 @@ constexpr WizardTexts kTexts = {
 
 constexpr ProductParameters kWireless = {
     .ProductCode = "WS",
-    .ownFlag = nullptr,
+    .inVrcAutoWizard = false,
     .systems = &RunState::LwxSystems,
     .sysFile = &RunState::LwxSysFile,
     .sysFileName = "LWXSys.lwx",
