@@ -138,7 +138,7 @@ std::string listHead() { return "#Tolvex update list\r\n"; }
 std::string systemLine(const ProductRow& product, const SystemRow& system) {
   std::string line = joined({"SYSTEM|", system.version, "|", system.date, "|", system.note});
   for (const SetFile& file : system.files) {
-    line += "|" + shown(file.version, product.numbers);
+    line += joined({"|", shown(file.version, product.numbers)});
   }
   return joined({line, "|", system.directory, "\r\n"});
 }
