@@ -1,6 +1,7 @@
 // firmlane-console: the program without a window, for scripts. See docs/console.md.
 #include <QCoreApplication>
 #include <QDir>
+#include <csignal>
 #include <iostream>
 
 #include "app/console_app.h"
@@ -22,6 +23,7 @@ int main(int argc, char** argv) {
     directory = QDir(QString::fromStdString(directory)).absolutePath().toStdString();
     QDir::setCurrent(QString::fromStdString(directory));
   }
+  std::signal(SIGPIPE, SIG_IGN);  // an output that nobody reads ends the program in order
   firmlane::ConsoleApp(*options, directory).run();
   return 0;
 }

@@ -1,39 +1,38 @@
-// The screen of the console: no window, one line for each thing that a user would see happen.
+// The screen of the console: it shows nothing and tells what a user would see come and go, one event a line.
 #pragma once
 
 #include <functional>
 
-#include "platform/console/json_text.h"
+#include "platform/console/json.h"
 #include "platform/screen.h"
 
 namespace firmlane {
 
+/// Takes one line of the console's output.
+using PrintLine = std::function<void(const Json& line)>;
+
 class ConsoleScreen : public Screen {
  public:
-  explicit ConsoleScreen(std::function<void(const Json&)> print) : print_(std::move(print)) {}
+  explicit ConsoleScreen(PrintLine print) : print_(std::move(print)) {}
 
-  /// Called when something has changed that a script may wait for.
-  std::function<void()> onChange;
-  /// Called when the message box that was up is gone.
+  /// Called when a message box has gone, before the program goes on.
   std::function<void()> onBoxClosed;
 
   void formShown(Form& form, bool modal) override;
   void formHidden(Form& form) override;
   void formUnloaded(Form& form) override;
-  void formChanged(Form&) override { changed(); }
-  void controlChanged(Control&) override { changed(); }
+  void formChanged(Form& /*form*/) override {}
+  void controlChanged(Control& /*control*/) override {}
   void messageBoxShown(const MessageBox& box) override;
   void messageBoxClosed() override;
-  void setPointer(Pointer) override {}
+  void setPointer(Pointer /*pointer*/) override {}
   [[nodiscard]] ScreenSize size() const override { return {}; }
 
  private:
-  void changed() const;
-
-  std::function<void(const Json&)> print_;
+  PrintLine print_;
 };
 
-/// A button's name as scripts say it; nothing for a text that is none.
-std::optional<MessageButton> buttonNamed(const std::string& name);
+/// The button's name as scripts write it: "OK", "Cancel", "Yes" or "No".
+const char* buttonName(MessageButton button);
 
 }  // namespace firmlane

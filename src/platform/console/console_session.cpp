@@ -1,392 +1,320 @@
 #include "platform/console/console_session.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
-
-#include "platform/console/command_words.h"
-#include "platform/console/console_screen.h"
 
 namespace firmlane {
 
 namespace {
-constexpr std::size_t kLongestLine = 1 << 20;
+
 constexpr double kLongestWait = 1e9;  // seconds
 
-std::optional<double> number(const std::string& word) {
-  double result = 0;
-  const char* end = word.data() + word.size();
-  const auto [rest, error] = std::from_chars(word.data(), end, result);
-  if (error != std::errc() || rest != end || !std::isfinite(result)) {
-    return std::nullopt;
+/// What a click reaches. A list takes clicks on its lines by "choose".
+bool isClickable(ControlKind kind) {
+  switch (kind) {
+    case ControlKind::CommandButton:
+    case ControlKind::OptionButton:
+    case ControlKind::CheckBox:
+    case ControlKind::PictureBox:
+    case ControlKind::Label:
+      return true;
+    default:
+      return false;
   }
-  return result;
 }
 
-/// How a value is compared with what a script waits for.
-enum class Comparison { Equal, NotEqual, Contains, AtLeast };
-
-std::optional<Comparison> comparisonNamed(const std::string& name) {
-  struct Row {
-    const char* name;
-    Comparison comparison;
-  };
-  constexpr Row kRows[] = {
-      {"==", Comparison::Equal}, {"!=", Comparison::NotEqual}, {"contains", Comparison::Contains}, {">=", Comparison::AtLeast}};
-  for (const Row& row : kRows) {
-    if (name == row.name) {
-      return row.comparison;
+std::optional<MessageButton> buttonNamed(const std::string& name) {
+  for (const MessageButton button : {MessageButton::OK, MessageButton::Cancel, MessageButton::Yes, MessageButton::No}) {
+    if (name == buttonName(button)) {
+      return button;
     }
   }
   return std::nullopt;
 }
 
-bool compare(const QJsonValue& held, Comparison comparison, const QJsonValue& wanted) {
-  switch (comparison) {
-    case Comparison::Equal:
-      return held == wanted;
-    case Comparison::NotEqual:
-      return held != wanted;
-    case Comparison::Contains:
-      return held.isString() && held.toString().contains(wanted.toString());
-    case Comparison::AtLeast:
-      return held.isDouble() && held.toDouble() >= wanted.toDouble();
+template <typename T>
+T numberIn(const std::string& word) {
+  T number{};
+  const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), number);
+  if (error != std::errc() || end != word.data() + word.size()) {
+    throw badCommand("\"" + word + "\" is not a number");
   }
-  return false;
+  return number;
 }
 
-/// Whether a comparison can be made between values of these kinds.
-bool comparable(const QJsonValue& held, Comparison comparison, const QJsonValue& wanted) {
-  if (comparison == Comparison::Contains) {
-    return held.isString() && wanted.isString();
+void requireEnd(const CommandLine& line) {
+  if (!line.atEnd()) {
+    throw badCommand("a word too many");
   }
-  return comparison != Comparison::AtLeast || (held.isDouble() && wanted.isDouble());
+}
+
+/// A word, and no other behind it.
+std::string lastWord(CommandLine& line) {
+  std::string word = line.word();
+  requireEnd(line);
+  return word;
 }
 
 }  // namespace
 
-/// A command, and how many words stand behind it.
-struct ConsoleSession::Command {
+struct ConsoleSession::Verb {
   const char* name;
-  std::size_t leastWords;
-  std::size_t mostWords;
-  void (ConsoleSession::*run)(const Words&);
+  void (ConsoleSession::*carryOut)(CommandLine& line);
 };
 
-const ConsoleSession::Command ConsoleSession::kCommands[] = {
-    {"click", 1, 1, &ConsoleSession::click},   {"choose", 2, 2, &ConsoleSession::choose}, {"type", 2, 2, &ConsoleSession::type},
-    {"answer", 1, 1, &ConsoleSession::answer}, {"close", 1, 1, &ConsoleSession::close},   {"get", 1, 1, &ConsoleSession::get},
-    {"dump", 1, 1, &ConsoleSession::dump},     {"forms", 0, 0, &ConsoleSession::forms},   {"wait", 2, 4, &ConsoleSession::wait},
-    {"sleep", 1, 1, &ConsoleSession::sleep},   {"quit", 0, 0, &ConsoleSession::quit},
+const ConsoleSession::Verb ConsoleSession::kVerbs[] = {
+    {"click", &ConsoleSession::click},   {"choose", &ConsoleSession::choose}, {"type", &ConsoleSession::type},
+    {"answer", &ConsoleSession::answer}, {"close", &ConsoleSession::close},   {"get", &ConsoleSession::get},
+    {"dump", &ConsoleSession::dump},     {"forms", &ConsoleSession::forms},   {"wait", &ConsoleSession::wait},
+    {"sleep", &ConsoleSession::sleep},   {"quit", &ConsoleSession::quit},
 };
 
-ConsoleSession::ConsoleSession(FormHost& host, const RunState& state, const Clock& clock, std::function<void(const Json&)> print,
-                               std::function<void()> quit)
-    : host_(host), clock_(clock), paths_(host, state), print_(std::move(print)), quit_(std::move(quit)) {}
-
-void ConsoleSession::take(const std::string& line) {
-  lines_.push_back(line);
-  serve();
-}
-
-void ConsoleSession::takeEnd() {
-  inputEnded_ = true;
-  serve();
-}
-
-bool ConsoleSession::handingOver() const {
-  // A message box holds the program's queue; what it asks must be answered before anything is taken from there.
-  return taken_ && !*taken_ && !host_.messageBox();
-}
-
-void ConsoleSession::serve() {
-  while (!wait_ && !lines_.empty() && !handingOver() && !ended_) {
-    const std::string line = std::move(lines_.front());
-    lines_.pop_front();
-    carryOut(line);
-  }
-  if (inputEnded_ && !wait_ && lines_.empty() && !handingOver() && !ended_) {
-    inputEnded_ = false;
-    quit_();
-  }
-}
-
-void ConsoleSession::carryOut(const std::string& line) {
-  if (line.size() > kLongestLine) {
-    bad("the line is too long");
-    return;
-  }
-  std::string text = line;
-  if (!text.empty() && text.back() == '\r') {
-    text.pop_back();
-  }
-  const std::size_t first = text.find_first_not_of(" \t");
-  if (first == std::string::npos || text[first] == '#') {
-    return;
-  }
-  const auto words = splitWords(text);
-  if (!words) {
-    bad("a quote is left open, or the line is not UTF-8");
-    return;
-  }
-  const Words rest(words->begin() + 1, words->end());
-  for (const Command& command : kCommands) {
-    if (words->front() != command.name) {
-      continue;
-    }
-    if (rest.size() < command.leastWords || rest.size() > command.mostWords) {
-      bad(std::string(command.name) + " has the wrong number of words");
-    } else {
-      (this->*command.run)(rest);
-    }
-    return;
-  }
-  bad("there is no such command");
-}
-
-void ConsoleSession::error(const std::string& text) { print_(R"({"ok":false,"error":)" + jsonText(text) + "}"); }
-
-void ConsoleSession::refusedOrOk(const std::optional<std::string>& refusal) {
-  if (refusal) {
-    error(*refusal);
+void ConsoleSession::take(std::string line) {
+  if (ended_) {
+    answerEnded(line);
   } else {
-    ok();
+    lines_.emplace_back(std::move(line));
   }
 }
 
-void ConsoleSession::act(const std::function<std::optional<std::string>()>& action) {
-  // The mark stands in the queue right before the action: once it has run, the next look at the outside comes behind the
-  // action's beginning.
-  auto taken = std::make_shared<bool>(false);
-  host_.queue().post([taken] { *taken = true; });
-  const auto refusal = action();
-  if (!refusal) {
-    taken_ = std::move(taken);
+void ConsoleSession::takeEnd() { lines_.emplace_back(std::nullopt); }
+
+bool ConsoleSession::serve() {
+  bool acted = settleHold();
+  // A click that is still on its way decides what the next command meets. A message box holds it back, and must be answerable.
+  while (!hold_ && !quit_ && !lines_.empty() && (takenUp_ == handedOn_ || host_.messageBox())) {
+    const std::optional<std::string> line = std::move(lines_.front());
+    lines_.pop_front();
+    if (line) {
+      carryOut(*line);
+    } else {
+      quit_ = true;
+    }
+    settleHold();
+    acted = true;
   }
-  refusedOrOk(refusal);
+  return acted;
 }
 
-Control* ConsoleSession::findControl(const std::string& path) {
-  Control* control = paths_.control(path);
-  if (control == nullptr) {
-    error("no such control");
-  }
-  return control;
-}
-
-std::optional<Micros> ConsoleSession::seconds(const std::string& word) {
-  const auto count = number(word);
-  if (!count || *count < 0 || *count > kLongestWait) {
-    bad("seconds are a number from 0 up");
-    return std::nullopt;
-  }
-  return clock_.now() + static_cast<Micros>(*count * kSecond);
-}
-
-void ConsoleSession::click(const Words& words) {
-  if (Control* control = findControl(words[0])) {
-    act([this, control] { return host_.click(*control); });
-  }
-}
-
-void ConsoleSession::choose(const Words& words) {
-  const auto line = number(words[1]);
-  if (!line || *line != std::floor(*line)) {
-    bad("the line of a list is a whole number");
-    return;
-  }
-  if (Control* control = findControl(words[0])) {
-    act([this, control, line] { return host_.choose(*control, static_cast<int>(std::clamp(*line, -1.0, 1e6))); });
+void ConsoleSession::carryOut(const std::string& text) {
+  try {
+    CommandLine line(text);
+    if (line.isBlank()) {
+      return;
+    }
+    const std::string verb = line.word();
+    const auto* known = std::find_if(std::begin(kVerbs), std::end(kVerbs), [&verb](const Verb& v) { return verb == v.name; });
+    if (known == std::end(kVerbs)) {
+      throw badCommand("there is no \"" + verb + "\"");
+    }
+    (this->*known->carryOut)(line);
+  } catch (const Refusal& refusal) {
+    answerError(refusal.what());
   }
 }
 
-void ConsoleSession::type(const Words& words) {
-  const auto text = wordText(words[1]);
-  if (!text) {
-    bad("the text is no JSON string");
-    return;
+bool ConsoleSession::settleHold() {
+  if (!hold_) {
+    return false;
   }
-  if (Control* control = findControl(words[0])) {
-    act([this, control, text] { return host_.type(*control, *text); });
+  if (hold_->kind == Hold::Kind::Condition && hold_->done()) {
+    hold_.reset();
+    answerOk();
+    return true;
   }
+  if (host_.queue().now() < hold_->deadline) {
+    return false;
+  }
+  const Hold hold = *std::exchange(hold_, std::nullopt);
+  if (hold.kind == Hold::Kind::Sleep) {
+    answerOk();
+  } else if (hold.value) {
+    print_(Json::Object{{"ok", false}, {"error", "timeout"}, {"value", hold.value()}});
+  } else {
+    answerError("timeout");
+  }
+  return true;
 }
 
-void ConsoleSession::answer(const Words& words) {
-  const auto button = buttonNamed(words[0]);
+void ConsoleSession::handOn(const std::function<std::optional<std::string>()>& action) {
+  // The queue comes to this right before it comes to the action.
+  host_.queue().post([this, number = ++handedOn_] { takenUp_ = number; });
+  if (const auto refusal = action()) {
+    throw Refusal(*refusal);
+  }
+  answerOk();
+}
+
+void ConsoleSession::click(CommandLine& line) {
+  Control& control = reader_.control(lastWord(line));
+  if (!isClickable(control.kind())) {
+    throw Refusal("no such control");
+  }
+  handOn([&] { return host_.click(control); });
+}
+
+void ConsoleSession::choose(CommandLine& line) {
+  const std::string path = line.word();
+  const int index = numberIn<int>(lastWord(line));
+  Control& list = reader_.control(path);
+  handOn([&] { return host_.choose(list, index); });
+}
+
+void ConsoleSession::type(CommandLine& line) {
+  const std::string path = line.word();
+  const std::string text = utf8AsHeld(lastWord(line));
+  Control& textBox = reader_.control(path);
+  handOn([&] { return host_.type(textBox, text); });
+}
+
+void ConsoleSession::close(CommandLine& line) {
+  Form& form = reader_.form(lastWord(line));
+  handOn([&] { return host_.close(form); });
+}
+
+void ConsoleSession::answer(CommandLine& line) {
+  const std::optional<MessageButton> button = buttonNamed(lastWord(line));
+  if (!host_.messageBox()) {
+    throw Refusal("no message box");
+  }
   if (!button) {
-    error(host_.messageBox() ? "no such button" : "no message box");
-    return;
+    throw Refusal("no such button");
   }
   if (const auto refusal = host_.answer(*button)) {
-    error(*refusal);
-    return;
+    throw Refusal(*refusal);
   }
-  boxGone_ = false;
-  begin({.done = [this] { return boxGone_; }, .onTimeout = nullptr, .endIsGood = true});
+  hold_ = Hold{.kind = Hold::Kind::Box, .deadline = kForever, .done = {}, .value = {}};
 }
 
-void ConsoleSession::close(const Words& words) {
-  Form* form = paths_.form(words[0]);
-  if (form == nullptr) {
-    error("no such control");
-  } else {
-    act([this, form] { return host_.close(*form); });
+void ConsoleSession::boxClosed() {
+  if (hold_ && hold_->kind == Hold::Kind::Box) {
+    hold_.reset();
+    answerOk();
   }
 }
 
-void ConsoleSession::get(const Words& words) {
-  const Paths::Reading reading = paths_.read(words[0]);
-  if (reading.value) {
-    value(*reading.value);
-  } else {
-    error(reading.error);
-  }
+void ConsoleSession::get(CommandLine& line) { answerValue(reader_.find(lastWord(line))()); }
+
+void ConsoleSession::dump(CommandLine& line) { answerValue(PathReader::dump(reader_.form(lastWord(line)))); }
+
+void ConsoleSession::forms(CommandLine& line) {
+  requireEnd(line);
+  answerValue(reader_.forms());
 }
 
-void ConsoleSession::dump(const Words& words) {
-  const Form* form = paths_.form(words[0]);
-  if (form == nullptr) {
-    error("no such control");
-  } else {
-    value(Paths::dump(*form));
-  }
+void ConsoleSession::wait(CommandLine& line) { hold_ = readWait(line); }
+
+void ConsoleSession::sleep(CommandLine& line) {
+  hold_ = Hold{.kind = Hold::Kind::Sleep, .deadline = readDeadline(line), .done = {}, .value = {}};
 }
 
-void ConsoleSession::forms(const Words&) {
-  std::vector<Json> list;
-  for (const Form* form : host_.onScreen()) {
-    list.push_back(jsonObject({{"form", jsonText(form->name())}, {"modal", host_.isModal(*form) ? "true" : "false"}}));
-  }
-  value(jsonList(list));
+void ConsoleSession::quit(CommandLine& line) {
+  requireEnd(line);
+  quit_ = true;
+  answerOk();
 }
 
-void ConsoleSession::wait(const Words& words) {
-  if (words.size() == 4) {
-    waitForValue(words);
-  } else if (words.size() == 3 && (words[0] == "form" || words[0] == "noform")) {
-    waitForForm(words, words[0] == "form");
-  } else if (words.size() == 2 && (words[0] == "messagebox" || words[0] == "nomessagebox")) {
-    waitForBox(words, words[0] == "messagebox");
-  } else if (words.size() == 2 && words[0] == "end") {
-    if (const auto until = seconds(words[1])) {
-      begin({.done = [] { return false; }, .until = *until, .onTimeout = nullptr, .endIsGood = true});
-    }
-  } else {
-    bad("wait for what?");
+Micros ConsoleSession::readDeadline(CommandLine& line) const {
+  const double seconds = numberIn<double>(lastWord(line));
+  if (!std::isfinite(seconds) || seconds < 0) {
+    throw badCommand("seconds are a number from 0");
   }
+  return host_.queue().now() + static_cast<Micros>(std::min(seconds, kLongestWait) * static_cast<double>(kSecond));
 }
 
-void ConsoleSession::waitForBox(const Words& words, bool up) {
-  if (const auto until = seconds(words[1])) {
-    begin({.done = [this, up] { return host_.messageBox().has_value() == up; }, .until = *until, .onTimeout = nullptr});
+ConsoleSession::Hold ConsoleSession::readWait(CommandLine& line) const {
+  const std::string what = line.word();
+  if (what == "end") {
+    return {.kind = Hold::Kind::End, .deadline = readDeadline(line), .done = {}, .value = {}};
   }
+  if (what == "messagebox" || what == "nomessagebox") {
+    const bool up = what == "messagebox";
+    return {.kind = Hold::Kind::Condition,
+            .deadline = readDeadline(line),
+            .done = [this, up] { return host_.messageBox().has_value() == up; },
+            .value = {}};
+  }
+  if (what == "form" || what == "noform") {
+    const bool on = what == "form";
+    const Form& form = reader_.form(line.word());
+    return {.kind = Hold::Kind::Condition,
+            .deadline = readDeadline(line),
+            .done = [&form, on] { return form.Visible.get() == on; },
+            .value = {}};
+  }
+  return readComparison(what, line);
 }
 
-void ConsoleSession::waitForForm(const Words& words, bool shown) {
-  const Form* form = paths_.form(words[1]);
-  if (form == nullptr) {
-    error("no such control");
-    return;
+ConsoleSession::Hold ConsoleSession::readComparison(const std::string& path, CommandLine& line) const {
+  using Comparison = bool (*)(const Json& value, const Json& wanted);
+  struct Operator {
+    const char* name;
+    Comparison holds;
+    bool (*fits)(const Json& operand);
+  };
+  static constexpr std::array<Operator, 4> kOperators = {{
+      {"==", [](const Json& value, const Json& wanted) { return value == wanted; }, [](const Json&) { return true; }},
+      {"!=", [](const Json& value, const Json& wanted) { return !(value == wanted); }, [](const Json&) { return true; }},
+      {"contains",
+       [](const Json& value, const Json& wanted) { return value.string()->find(*wanted.string()) != std::string::npos; },
+       [](const Json& operand) { return operand.string() != nullptr; }},
+      {">=", [](const Json& value, const Json& wanted) { return *value.number() >= *wanted.number(); },
+       [](const Json& operand) { return operand.number() != nullptr; }},
+  }};
+  const std::string name = line.word();
+  const auto* found = std::find_if(kOperators.begin(), kOperators.end(), [&name](const Operator& o) { return name == o.name; });
+  if (found == kOperators.end()) {
+    throw badCommand("there is no comparison \"" + name + "\"");
   }
-  if (const auto until = seconds(words[2])) {
-    begin({.done = [form, shown] { return form->Visible.get() == shown; }, .until = *until, .onTimeout = nullptr});
+  const std::optional<Json> wanted = Json::parse(line.allButLastWord());
+  if (!wanted) {
+    throw badCommand("the value to compare with is not JSON");
   }
+  const Micros deadline = readDeadline(line);
+  std::function<Json()> read = reader_.find(path);
+  if (!found->fits(*wanted) || !found->fits(read())) {
+    throw badCommand(name == ">=" ? ">= compares numbers" : "contains compares texts");
+  }
+  return {.kind = Hold::Kind::Condition,
+          .deadline = deadline,
+          .done = [read, wanted, holds = found->holds] { return holds(read(), *wanted); },
+          .value = read};
 }
 
-void ConsoleSession::waitForValue(const Words& words) {
-  const auto comparison = comparisonNamed(words[1]);
-  const auto wanted = parseJson(words[2]);
-  if (!comparison || !wanted) {
-    bad("wait compares by ==, !=, contains or >= with a JSON value");
-    return;
-  }
-  const std::string path = words[0];
-  const Paths::Reading reading = paths_.read(path);
-  if (!reading.value) {
-    error(reading.error);
-    return;
-  }
-  if (!comparable(*parseJson(*reading.value), *comparison, *wanted)) {
-    bad("these values cannot be compared so");
-    return;
-  }
-  if (const auto until = seconds(words[3])) {
-    const auto held = [this, path] { return paths_.read(path).value.value_or("null"); };
-    begin({.done = [held, comparison, wanted] { return compare(*parseJson(held()), *comparison, *wanted); },
-           .until = *until,
-           .onTimeout = held,
-           .polls = path.rfind("RunState.", 0) == 0});
-  }
-}
-
-void ConsoleSession::sleep(const Words& words) {
-  if (const auto until = seconds(words[0])) {
-    begin({.done = [] { return false; }, .until = *until, .timeIsGood = true, .onTimeout = nullptr});
-  }
-}
-
-void ConsoleSession::quit(const Words&) {
-  ok();
-  lines_.clear();
-  quit_();
-}
-
-void ConsoleSession::begin(Wait wait) {
-  wait_ = std::move(wait);
-  look();
-}
-
-void ConsoleSession::look() {
-  if (!wait_) {
-    return;
-  }
-  if (wait_->done()) {
-    wait_.reset();
-    ok();
-  } else if (clock_.now() >= wait_->until) {
-    const Wait over = std::move(*wait_);
-    wait_.reset();
-    if (over.timeIsGood) {
-      ok();
-    } else if (over.onTimeout) {
-      print_(R"({"ok":false,"error":"timeout","value":)" + over.onTimeout() + "}");
-    } else {
-      error("timeout");
-    }
-  }
-}
-
-void ConsoleSession::answerAfterTheEnd(const std::string& line) {
-  const Words words = splitWords(line).value_or(Words{"?"});
-  if (words.empty() || words.front().front() == '#') {
-    return;
-  }
-  if (words.front() == "quit" || (words.front() == "wait" && words.size() == 3 && words[1] == "end")) {
-    ok();
-  } else {
-    error("ended");
-  }
-}
-
-void ConsoleSession::ended(const std::function<void()>& printEnd) {
+void ConsoleSession::programEnded() {
   ended_ = true;
-  const std::optional<Wait> left = std::exchange(wait_, std::nullopt);
-  const bool answered = left && boxGone_ && left->until == kForever;
-  if (answered) {
-    ok();  // the answer that ended the program
+  print_(Json::Object{{"event", "end"}});
+  if (hold_ && hold_->kind == Hold::Kind::End) {
+    answerOk();
+  } else if (hold_) {
+    answerError("ended");
   }
-  printEnd();
-  if (left && !answered) {
-    if (left->endIsGood) {
-      ok();
-    } else {
-      error("ended");
+  hold_.reset();
+  for (const auto& line : std::exchange(lines_, {})) {
+    if (line) {
+      answerEnded(*line);
     }
   }
-  for (const std::string& line : lines_) {
-    answerAfterTheEnd(line);
+}
+
+void ConsoleSession::answerEnded(const std::string& text) {
+  try {
+    CommandLine line(text);
+    if (line.isBlank()) {
+      return;
+    }
+    const std::string verb = line.word();
+    // These two got what they asked for.
+    if (verb == "quit" || (verb == "wait" && line.word() == "end")) {
+      answerOk();
+    } else {
+      answerError("ended");
+    }
+  } catch (const Refusal& refusal) {
+    answerError(refusal.what());
   }
-  lines_.clear();
 }
 
 }  // namespace firmlane

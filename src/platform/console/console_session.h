@@ -1,100 +1,89 @@
-// The console's protocol: one command a line in, one answer a line out, in the order of the commands. Commands are served from
-// outside of the program's handlers, so they are served while one runs for minutes, and while a message box holds them all.
+// The protocol of the console: commands in, one answer each, in their order. Commands are served from below the event queue, so
+// they work while a handler runs for minutes and while a message box holds the program. Acting goes through FormHost, under the
+// rules that bind every user.
 #pragma once
 
 #include <deque>
-#include <functional>
-#include <memory>
 #include <optional>
 #include <string>
-#include <vector>
 
-#include "platform/clock.h"
-#include "platform/console/paths.h"
+#include "platform/console/command_line.h"
+#include "platform/console/console_screen.h"
+#include "platform/console/path_reader.h"
 
 namespace firmlane {
 
 class ConsoleSession {
  public:
-  /// `print` takes each answer; `quit` ends the program at once.
-  ConsoleSession(FormHost& host, const RunState& state, const Clock& clock, std::function<void(const Json&)> print,
-                 std::function<void()> quit);
+  ConsoleSession(FormHost& host, const RunState& state, PrintLine print)
+      : host_(host), reader_(host, state), print_(std::move(print)) {}
+  ConsoleSession(const ConsoleSession&) = delete;
+  ConsoleSession& operator=(const ConsoleSession&) = delete;
 
-  /// Takes a command line and serves what can be served now.
-  void take(const std::string& line);
-  /// The input has ended: quits when the commands before the end have been served.
+  /// A line of the script has come; it is carried out when those before it are. After the end it is answered at once.
+  void take(std::string line);
+  /// The script has come to its end, which counts as "quit".
   void takeEnd();
-  /// Looks again at what a command waits for. Call it now and then while waiting() holds, and whenever something has changed.
-  void look();
-  [[nodiscard]] bool waiting() const { return wait_.has_value(); }
-  /// When a wait is over at the latest; kForever when nothing waits, or without an end.
-  [[nodiscard]] Micros deadline() const { return wait_ ? wait_->until : kForever; }
-  /// Whether what is waited for can change without anybody telling: a field of the run state.
-  [[nodiscard]] bool mustPoll() const { return wait_ && wait_->polls; }
-  /// Whether commands have been read that were not served yet, behind one that waited.
-  [[nodiscard]] bool behind() const { return !wait_ && (!lines_.empty() || inputEnded_); }
-  /// Serves commands that stand behind one that has been answered.
-  void serve();
 
-  /// The message box that was up is gone.
-  void boxClosed() { boxGone_ = true; }
-  /// The program has ended. Answers every command that is left.
-  void ended(const std::function<void()>& printEnd);
+  /// Carries out what can be carried out now. True when it has done anything, so that a sleep has to be looked at anew. Runs no
+  /// handler.
+  bool serve();
+  /// The time of the program's clock at which serve has something to do at the latest.
+  [[nodiscard]] Micros deadline() const { return hold_ ? hold_->deadline : kForever; }
+  /// The script has asked for the end.
+  [[nodiscard]] bool quitRequested() const { return quit_; }
+
+  /// The message box has gone.
+  void boxClosed();
+  /// The program has ended: tells it, and answers whatever still waits. The forms may be gone by then.
+  void programEnded();
 
  private:
-  using Words = std::vector<std::string>;
-  struct Command;
-  static const Command kCommands[];
-
-  /// What holds back the commands behind it.
-  struct Wait {
-    std::function<bool()> done;
-    Micros until = kForever;
-    bool timeIsGood = false;          // the end of the time is what was waited for
-    std::function<Json()> onTimeout;  // value that is told with a timeout; none when empty
-    bool endIsGood = false;           // the end of the program answers it well
-    bool polls = false;               // nobody tells when it changes
+  /// A command that is not answered yet and holds back those behind it.
+  struct Hold {
+    enum class Kind { Condition, Sleep, End, Box };
+    Kind kind;
+    Micros deadline = kForever;
+    std::function<bool()> done;   // of a condition
+    std::function<Json()> value;  // told when it runs out; may be empty
   };
 
-  void carryOut(const std::string& line);
-  void answerAfterTheEnd(const std::string& line);
-  void ok() { print_(R"({"ok":true})"); }
-  void value(const Json& json) { print_(R"({"ok":true,"value":)" + json + "}"); }
-  void error(const std::string& text);
-  void bad(const std::string& why) { error("bad command: " + why); }
-  void refusedOrOk(const std::optional<std::string>& refusal);
-  /// Answers a user action, and holds back the commands behind it until the program has taken it from its queue.
-  void act(const std::function<std::optional<std::string>()>& action);
-  [[nodiscard]] bool handingOver() const;
-  [[nodiscard]] Control* findControl(const std::string& path);
-  void begin(Wait wait);
-  [[nodiscard]] std::optional<Micros> seconds(const std::string& word);
+  struct Verb;
+  static const Verb kVerbs[];
 
-  void click(const Words& words);
-  void choose(const Words& words);
-  void type(const Words& words);
-  void answer(const Words& words);
-  void close(const Words& words);
-  void get(const Words& words);
-  void dump(const Words& words);
-  void forms(const Words& words);
-  void wait(const Words& words);
-  void waitForBox(const Words& words, bool up);
-  void waitForForm(const Words& words, bool shown);
-  void waitForValue(const Words& words);
-  void sleep(const Words& words);
-  void quit(const Words& words);
+  void carryOut(const std::string& line);
+  void answerEnded(const std::string& line);
+  bool settleHold();
+
+  void click(CommandLine& line);
+  void choose(CommandLine& line);
+  void type(CommandLine& line);
+  void answer(CommandLine& line);
+  void close(CommandLine& line);
+  void get(CommandLine& line);
+  void dump(CommandLine& line);
+  void forms(CommandLine& line);
+  void wait(CommandLine& line);
+  void sleep(CommandLine& line);
+  void quit(CommandLine& line);
+
+  [[nodiscard]] Hold readWait(CommandLine& line) const;
+  [[nodiscard]] Hold readComparison(const std::string& path, CommandLine& line) const;
+  [[nodiscard]] Micros readDeadline(CommandLine& line) const;
+
+  void handOn(const std::function<std::optional<std::string>()>& action);
+  void answerOk() { print_(Json::Object{{"ok", true}}); }
+  void answerValue(Json value) { print_(Json::Object{{"ok", true}, {"value", std::move(value)}}); }
+  void answerError(const std::string& error) { print_(Json::Object{{"ok", false}, {"error", error}}); }
 
   FormHost& host_;
-  const Clock& clock_;
-  Paths paths_;
-  std::function<void(const Json&)> print_;
-  std::function<void()> quit_;
-  std::deque<std::string> lines_;
-  std::optional<Wait> wait_;
-  std::shared_ptr<bool> taken_;  // whether the program has taken the last user action
-  bool inputEnded_ = false;
-  bool boxGone_ = false;
+  PathReader reader_;
+  PrintLine print_;
+  std::deque<std::optional<std::string>> lines_;  // nothing stands for the end of the script
+  std::optional<Hold> hold_;
+  int handedOn_ = 0;  // actions given to the queue
+  int takenUp_ = 0;   // the last of them that the queue has come to
+  bool quit_ = false;
   bool ended_ = false;
 };
 

@@ -1,5 +1,6 @@
 #include "platform/qt/standard_input.h"
 
+#include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -21,12 +22,13 @@ StandardInput::StandardInput(std::function<void(const std::string&)> line, std::
 }
 
 void StandardInput::take() {
-  std::array<char, 4096> chunk{};
+  std::array<char, 16384> chunk{};
   const ssize_t count = read(STDIN_FILENO, chunk.data(), chunk.size());
   if (count < 0 && (errno == EAGAIN || errno == EINTR)) {
     return;
   }
   if (count <= 0) {
+    over_ = true;
     notifier_.setEnabled(false);
     if (!pending_.empty()) {
       line_(std::exchange(pending_, {}));  // a last line without its end
@@ -36,11 +38,26 @@ void StandardInput::take() {
     }
     return;
   }
-  pending_.append(chunk.data(), static_cast<std::size_t>(count));
-  for (std::size_t end = 0; (end = pending_.find('\n')) != std::string::npos;) {
-    const std::string line = pending_.substr(0, end);
-    pending_.erase(0, end + 1);
-    line_(line);
+  split({chunk.data(), static_cast<std::size_t>(count)});
+}
+
+void StandardInput::split(std::string_view bytes) {
+  while (!bytes.empty()) {
+    const std::size_t end = bytes.find('\n');
+    // A flood without a line end must not fill the memory.
+    pending_.append(bytes.substr(0, end).substr(0, kLongest + 1 - pending_.size()));
+    if (end == std::string_view::npos) {
+      return;
+    }
+    line_(std::exchange(pending_, {}));
+    bytes.remove_prefix(end + 1);
+  }
+}
+
+void StandardInput::drain(int milliseconds) {
+  pollfd input{STDIN_FILENO, POLLIN, 0};
+  while (!over_ && ::poll(&input, 1, milliseconds) > 0) {
+    take();
   }
 }
 

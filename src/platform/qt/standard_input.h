@@ -5,6 +5,7 @@
 #include <QSocketNotifier>
 #include <functional>
 #include <string>
+#include <string_view>
 
 namespace firmlane {
 
@@ -14,16 +15,24 @@ class StandardInput : public QObject {
   /// so that a program can run in the background of a script.
   enum class EndOfFile { Ends, MeansNoLines };
 
-  /// `line` takes each line, without its end; `ended` is called once when the input has ended.
+  /// `line` takes each line, without its end; `ended` is called once when the input has ended. Of a line beyond kLongest bytes
+  /// only the first kLongest + 1 are kept.
   StandardInput(std::function<void(const std::string&)> line, std::function<void()> ended, EndOfFile endOfFile);
+
+  /// Takes in what comes until nothing has come for this long, in real time and without the event loop.
+  void drain(int milliseconds);
+
+  static constexpr std::size_t kLongest = std::size_t{1} << 20U;
 
  private:
   void take();
+  void split(std::string_view bytes);
 
   std::function<void(const std::string&)> line_;
   std::function<void()> ended_;
   EndOfFile endOfFile_;
   std::string pending_;
+  bool over_ = false;
   QSocketNotifier notifier_;
 };
 

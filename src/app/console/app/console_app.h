@@ -1,43 +1,55 @@
 // The console's ends tied together: standard input, the protocol, the screen of lines, and a desktop that only tells.
 #pragma once
 
-#include <QTimer>
+#include <memory>
+#include <optional>
 
 #include "app/program.h"
 #include "console_options.h"
 #include "platform/console/console_screen.h"
 #include "platform/console/console_session.h"
-#include "platform/qt/qt_platform.h"
-#include "platform/qt/standard_input.h"
+#include "platform/console/console_source.h"
+#include "platform/qt/qt_event_source.h"
+#include "platform/qt/qt_http_client.h"
+#include "platform/qt/qt_serial_driver.h"
 
 namespace firmlane {
 
-/// Starts nothing: says on the line what a window's desktop would have been asked.
+/// Starts nothing: says on the line what a window's desktop would have been asked. What is not there fails as it would there.
 class TellingDesktop : public Desktop {
  public:
+  explicit TellingDesktop(PrintLine print) : print_(std::move(print)) {}
+
   void openDocument(const std::string& document) override;
   void runProgram(const std::string& path) override;
+
+ private:
+  PrintLine print_;
 };
 
 class ConsoleApp {
  public:
   /// Needs a QCoreApplication.
-  explicit ConsoleApp(const ConsoleOptions& options, const std::string& directory);
+  ConsoleApp(const ConsoleOptions& options, const std::string& directory);
 
   /// Runs the program to its end.
   void run();
 
  private:
-  void changed();
-  void arm();
+  void print(const Json& line);
 
-  QtPlatform platform_;
-  double timeScale_;
+  QtEventSource world_;
+  ConsoleSource source_{world_};
+  EventQueue queue_{world_, source_};
+  PortMap ports_;
+  QtSerialDriver mainDriver_{ports_};
+  QtSerialDriver versionDriver_{ports_};
+  QtHttpClient http_{queue_};
+  Files files_;
   ConsoleScreen screen_;
   TellingDesktop desktop_;
-  Program program_;
+  std::unique_ptr<Program> program_;
   ConsoleSession session_;
-  QTimer alarm_;
 };
 
 }  // namespace firmlane

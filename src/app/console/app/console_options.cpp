@@ -1,6 +1,7 @@
 #include "console_options.h"
 
 #include <QCommandLineParser>
+#include <QDir>
 #include <QFileInfo>
 #include <QUrl>
 
@@ -22,14 +23,20 @@ bool takePort(const QString& text, PortMap::Devices& ports) {
   if (equals < 0 || !isNumber || number < 1 || number > kHighestPort || device.isEmpty()) {
     return false;
   }
+#ifdef Q_OS_UNIX
+  ports[number] = QDir::current().absoluteFilePath(device).toStdString();  // --dir changes the current directory
+#else
   ports[number] = device.toStdString();
+#endif
   return true;
 }
 
 /// A server as scheme and host, without the slash that may stand behind it.
 std::optional<std::string> serverOf(const QString& text) {
-  const QUrl url(text);
-  if (!url.isValid() || url.host().isEmpty() || (url.scheme() != "http" && url.scheme() != "https")) {
+  const QUrl url(text, QUrl::StrictMode);
+  const bool webServer = url.isValid() && !url.host().isEmpty() && (url.scheme() == "http" || url.scheme() == "https");
+  const bool hostAlone = (url.path().isEmpty() || url.path() == "/") && !url.hasQuery() && !url.hasFragment();
+  if (!webServer || !hostAlone) {
     return std::nullopt;
   }
   return (text.endsWith('/') ? text.chopped(1) : text).toStdString();

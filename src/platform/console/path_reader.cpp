@@ -1,0 +1,139 @@
+#include "platform/console/path_reader.h"
+
+#include <algorithm>
+#include <array>
+#include <span>
+
+#include "platform/console/command_line.h"
+
+namespace firmlane {
+
+namespace {
+
+constexpr const char* kNoSuchControl = "no such control";
+constexpr const char* kNoSuchField = "no such field";
+constexpr const char* kRunState = "RunState";
+
+// What can be read, in the order in which it is written. A control or form may have more, which concerns its window alone.
+constexpr std::array kControlProperties = {"caption", "text",  "visible",   "enabled", "value",
+                                           "max",     "lines", "listindex", "picture", "height"};
+constexpr std::array kFormProperties = {"caption", "loaded", "visible"};
+
+using Names = std::span<const char* const>;
+
+/// The part before the first point, and the rest behind it; an empty rest without one.
+std::pair<std::string, std::string> splitAtPoint(const std::string& path) {
+  const std::size_t point = path.find('.');
+  return point == std::string::npos ? std::pair(path, std::string()) : std::pair(path.substr(0, point), path.substr(point + 1));
+}
+
+Json arrayOf(const std::vector<std::string>& texts) {
+  Json::Array array;
+  for (const std::string& text : texts) {
+    array.emplace_back(heldAsUtf8(text));
+  }
+  return array;
+}
+
+struct ToJson {
+  Json operator()(bool value) const { return value; }
+  Json operator()(int value) const { return value; }
+  Json operator()(const std::string& held) const { return heldAsUtf8(held); }
+  Json operator()(const std::vector<std::string>& texts) const { return arrayOf(texts); }
+  Json operator()(const std::vector<SystemRecord>& records) const {
+    Json::Array array;
+    for (const SystemRecord& record : records) {
+      Json::Object members;
+      SystemRecord::forEachField(record, [&members](const char* name, const auto& field) {
+        members.push_back({name, heldAsUtf8(field.view())});
+      });
+      array.emplace_back(std::move(members));
+    }
+    return array;
+  }
+};
+
+Json read(const PropertyBase& property) { return std::visit(ToJson(), property.value()); }
+
+const PropertyBase* readableProperty(const PropertyOwner& owner, Names names, const std::string& name) {
+  const bool readable = std::find(names.begin(), names.end(), name) != names.end();
+  return readable ? owner.property(name) : nullptr;
+}
+
+Json allProperties(const PropertyOwner& owner, Names names) {
+  Json::Object members;
+  for (const char* name : names) {
+    if (const PropertyBase* property = owner.property(name)) {
+      members.push_back({name, read(*property)});
+    }
+  }
+  return members;
+}
+
+}  // namespace
+
+Form& PathReader::form(const std::string& name) const {
+  Form* form = host_.form(name);
+  if (form == nullptr) {
+    throw Refusal(kNoSuchControl);
+  }
+  return *form;
+}
+
+Control& PathReader::control(const std::string& path) const {
+  const auto [formName, controlName] = splitAtPoint(path);
+  Control* control = form(formName).control(controlName);
+  if (control == nullptr) {
+    throw Refusal(kNoSuchControl);
+  }
+  return *control;
+}
+
+std::function<Json()> PathReader::findField(const std::string& name) const {
+  if (!runStateField(state_, name)) {
+    throw Refusal(kNoSuchField);
+  }
+  return [this, name] { return std::visit(ToJson(), *runStateField(state_, name)); };
+}
+
+std::function<Json()> PathReader::find(const std::string& path) const {
+  const auto [formName, rest] = splitAtPoint(path);
+  if (formName == kRunState) {
+    return findField(rest);
+  }
+  const Form& owner = form(formName);
+  if (rest.empty()) {
+    return [&owner] { return allProperties(owner, kFormProperties); };
+  }
+  if (const PropertyBase* property = readableProperty(owner, kFormProperties, rest)) {
+    return [property] { return read(*property); };
+  }
+  const auto [controlName, propertyName] = splitAtPoint(rest);
+  const Control& control = this->control(formName + "." + controlName);
+  if (propertyName.empty()) {
+    return [&control] { return allProperties(control, kControlProperties); };
+  }
+  const PropertyBase* property = readableProperty(control, kControlProperties, propertyName);
+  if (property == nullptr) {
+    throw Refusal(kNoSuchField);
+  }
+  return [property] { return read(*property); };
+}
+
+Json PathReader::dump(const Form& form) {
+  Json::Object controls;
+  for (const Control* control : form.controls()) {
+    controls.push_back({form.name() + "." + control->name(), allProperties(*control, kControlProperties)});
+  }
+  return controls;
+}
+
+Json PathReader::forms() const {
+  Json::Array forms;
+  for (const Form* form : host_.onScreen()) {
+    forms.emplace_back(Json::Object{{"form", form->name()}, {"modal", host_.isModal(*form)}});
+  }
+  return forms;
+}
+
+}  // namespace firmlane
