@@ -64,7 +64,7 @@ Json fromQt(const QJsonValue& value) {
       Json::Object members;
       const QJsonObject object = value.toObject();
       for (auto member = object.begin(); member != object.end(); ++member) {
-        members.push_back({member.key().toStdString(), fromQt(member.value())});
+        members.emplace_back(member.key().toStdString(), fromQt(member.value()));
       }
       return members;
     }
@@ -75,9 +75,7 @@ Json fromQt(const QJsonValue& value) {
 
 bool sameMembers(const Json::Object& a, const Json::Object& b) {
   return a.size() == b.size() && std::all_of(a.begin(), a.end(), [&b](const Json::Member& member) {
-           return std::any_of(b.begin(), b.end(), [&member](const Json::Member& other) {
-             return other.name == member.name && other.value == member.value;
-           });
+           return std::find(b.begin(), b.end(), member) != b.end();
          });
 }
 
@@ -109,11 +107,11 @@ void Json::append(std::string& text) const {
     text += ']';
   } else if (const auto* object = std::get_if<Object>(&value_)) {
     text += '{';
-    for (const Member& member : *object) {
-      text += &member == object->data() ? "" : ",";
-      appendString(text, member.name);
+    for (const auto& [name, value] : *object) {
+      text += text.back() == '{' ? "" : ",";
+      appendString(text, name);
       text += ':';
-      member.value.append(text);
+      value.append(text);
     }
     text += '}';
   } else if (const std::string* utf8 = string()) {

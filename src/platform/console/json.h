@@ -13,7 +13,7 @@ namespace firmlane {
 
 class Json {
  public:
-  struct Member;
+  using Member = std::pair<std::string, Json>;
   using Array = std::vector<Json>;
   using Object = std::vector<Member>;
 
@@ -25,7 +25,7 @@ class Json {
   Json(const char* utf8) : value_(std::string(utf8)) {}    // NOLINT(google-explicit-constructor)
   Json(std::string utf8) : value_(std::move(utf8)) {}      // NOLINT(google-explicit-constructor)
   Json(Array elements) : value_(std::move(elements)) {}    // NOLINT(google-explicit-constructor)
-  Json(Object members);                                    // NOLINT(google-explicit-constructor)
+  Json(Object members) : value_(std::move(members)) {}     // NOLINT(google-explicit-constructor)
 
   /// The value that a text stands for; nothing when it is not exactly one.
   static std::optional<Json> parse(const std::string& utf8);
@@ -44,13 +44,6 @@ class Json {
 
   std::variant<std::nullptr_t, bool, double, std::string, Array, Object> value_;
 };
-
-struct Json::Member {
-  std::string name;
-  Json value;
-};
-
-inline Json::Json(Object members) : value_(std::move(members)) {}
 
 /// A text as the program holds it, one character for each byte.
 std::string heldAsUtf8(std::string_view held);

@@ -44,9 +44,8 @@ struct ToJson {
     Json::Array array;
     for (const SystemRecord& record : records) {
       Json::Object members;
-      SystemRecord::forEachField(record, [&members](const char* name, const auto& field) {
-        members.push_back({name, heldAsUtf8(field.view())});
-      });
+      SystemRecord::forEachField(
+          record, [&members](const char* name, const auto& field) { members.emplace_back(name, heldAsUtf8(field.view())); });
       array.emplace_back(std::move(members));
     }
     return array;
@@ -64,7 +63,7 @@ Json allProperties(const PropertyOwner& owner, Names names) {
   Json::Object members;
   for (const char* name : names) {
     if (const PropertyBase* property = owner.property(name)) {
-      members.push_back({name, read(*property)});
+      members.emplace_back(name, read(*property));
     }
   }
   return members;
@@ -123,7 +122,7 @@ std::function<Json()> PathReader::find(const std::string& path) const {
 Json PathReader::dump(const Form& form) {
   Json::Object controls;
   for (const Control* control : form.controls()) {
-    controls.push_back({form.name() + "." + control->name(), allProperties(*control, kControlProperties)});
+    controls.emplace_back(form.name() + "." + control->name(), allProperties(*control, kControlProperties));
   }
   return controls;
 }
