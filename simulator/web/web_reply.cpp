@@ -90,6 +90,7 @@ std::optional<WebFault> findWebFault(std::string_view name) {
 
 std::vector<std::string_view> webFaultNames() {
   std::vector<std::string_view> names;
+  names.reserve(kFaults.size());
   for (const FaultRow& row : kFaults) {
     names.emplace_back(row.name);
   }

@@ -177,22 +177,13 @@ TEST_F(Lists, AFailureIsToldInABoxAndKeepsWhatWasRead) {
   EXPECT_THAT(boxes(), ElementsAre(testing::StartsWith("!Error trying to connect: Is a directory: ")));
 }
 
-TEST_F(Lists, ListsOfAnyLengthEndInOneOfTheTexts) {
+TEST_F(Lists, AListThatIsTooLongKeepsWhatWasRead) {
   http.answer(maker("/LWX/updateV4.txt"), kList + std::string(40000, 'x'));
   state.CatalogueReady = true;
   fetch();
   EXPECT_THAT(boxes(), ElementsAre("!Error trying to connect: The list is longer than 32767 characters (#6)"));
   EXPECT_THAT(form1.List1.Lines.get(), ElementsAre("DSP V2.31-x"));
   EXPECT_TRUE(state.CatalogueReady) << "keeps its former value";
-
-  http.answer(maker("/LWX/updateV4.txt"), "#WLS|x|y\n");
-  product("WS");
-  fetch();
-  EXPECT_THAT(boxes(), ElementsAre("!Error trying to connect: The list names no released system (#5)"));
-  http.answer(maker("/Velarc/update.txt"), "#VRC|x|y\n");
-  product("VC", true);
-  fetch();
-  EXPECT_FALSE(state.CatalogueReady) << "without the word REMOTE there is no entry";
 }
 
 }  // namespace

@@ -40,11 +40,11 @@ struct Web : testing::Test {
     state.ProductCode = code;
     state.OldVelarc = older;
   }
-  void fetch(bool software = false) {
+  void fetch() {
     form1.List1.Clear();
     form1.lblStatus.Caption = "";
     lists.clearUrls();
-    software ? lists.GetUpdateSOFT() : lists.GetUpdateText();
+    lists.GetUpdateText();
   }
   void firmware(int line) {
     form1.List1.ListIndex = line;
@@ -112,15 +112,6 @@ TEST_F(Web, EverySystemOfEveryListComesDownAsImagesThatUnitsTake) {
   firmware(1);
   EXPECT_EQ(image("vrc.bin"), server.site()["/Velarc/Firmware/V5.30.bin"].body);
   EXPECT_THAT(screen.boxes, IsEmpty());
-}
-
-TEST_F(Web, TheInstallerComesDownUnderItsName) {
-  fetch(true);
-  EXPECT_THAT(form1.List1.Lines.get(), ElementsAre("LWX Remote V4.1-for Windows", "LWX Remote V4.0-for Windows"));
-  form1.List1.ListIndex = 1;
-  download.GetSoftware();
-  EXPECT_TRUE(download.DownloadDone) << state.ErrorText;
-  EXPECT_THAT(image("LWXRemote40.exe"), StartsWith("#!/bin/sh\n"));
 }
 
 TEST_F(Web, AListThatGoesWrongEndsInOneOfTheTexts) {
