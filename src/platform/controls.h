@@ -241,6 +241,8 @@ class OptionArray : public ControlArray<OptionButton> {
 class Form : public PropertyOwner {
  public:
   Form(FormHost& host, const std::string& name, const std::string& caption);
+  Form(const Form&) = delete;
+  Form& operator=(const Form&) = delete;
   ~Form() override;
 
   Property<std::string> Caption;

@@ -25,6 +25,7 @@ class EventQueue {
   EventQueue(Clock& clock, EventSource& source) : clock_(clock), source_(source) {}
   EventQueue(const EventQueue&) = delete;
   EventQueue& operator=(const EventQueue&) = delete;
+  ~EventQueue() = default;
 
   /// Runs the events that are pending now, each once, and returns. Handlers may call it again, to any depth. A pass that finds
   /// nothing rests for some ten microseconds, so a loop that counts passes does not burn the processor.

@@ -82,6 +82,9 @@ class Property : public PropertyBase {
   Property(PropertyOwner& owner, std::string name, T atStart)
       : PropertyBase(owner, std::move(name)), atStart_(atStart), value_(std::move(atStart)) {}
 
+  Property(const Property&) = delete;
+  ~Property() override = default;
+
   Property& operator=(T value) {
     assign(std::move(value));
     return *this;

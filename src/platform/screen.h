@@ -57,6 +57,7 @@ class FormHost {
   FormHost(EventQueue& queue, Screen& screen) : queue_(queue), screen_(screen) {}
   FormHost(const FormHost&) = delete;
   FormHost& operator=(const FormHost&) = delete;
+  ~FormHost() = default;
 
   [[nodiscard]] const std::vector<Form*>& forms() const { return forms_; }
   [[nodiscard]] Form* form(std::string_view name) const;

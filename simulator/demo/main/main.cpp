@@ -30,7 +30,7 @@ using namespace firmlane::sim;
 constexpr int kPort = 3;
 constexpr int kWrongOption = 2;
 constexpr int kStepMilliseconds = 400;  // of the program's clock between two looks of the player
-constexpr Micros kPlayLimit = 30 * 60 * kSecond;
+constexpr Micros kPlayLimit = Micros{30} * 60 * kSecond;
 
 Wishes wishesFor(const UnitModel& model) {
   Wishes wishes;

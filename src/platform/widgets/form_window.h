@@ -16,6 +16,8 @@ namespace firmlane {
 class FormWindow : public QDialog {
  public:
   explicit FormWindow(Form& form);
+  FormWindow(const FormWindow&) = delete;
+  FormWindow& operator=(const FormWindow&) = delete;
   ~FormWindow() override;
 
   [[nodiscard]] Form& form() const { return form_; }
