@@ -30,6 +30,7 @@ Field field(std::string_view name, T RunState::*member) {
   return {name, [member](const RunState& state) { return asValue(state.*member); }};
 }
 
+// NOLINTNEXTLINE(readability-function-size): a table of the fields
 std::vector<Field> makeFields() {
   return {
       field("ComPort", &RunState::ComPort),

@@ -19,6 +19,7 @@ class ConsoleSession {
       : host_(host), reader_(host, state), print_(std::move(print)) {}
   ConsoleSession(const ConsoleSession&) = delete;
   ConsoleSession& operator=(const ConsoleSession&) = delete;
+  ~ConsoleSession() = default;
 
   /// A line of the script has come; it is carried out when those before it are. After the end it is answered at once.
   void take(std::string line);

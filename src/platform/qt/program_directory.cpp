@@ -33,11 +33,11 @@ bool isWritable(const fs::path& directory) {
 }
 
 fs::path programDirectory() {
-  const fs::path own = fs::path(fromQt(QCoreApplication::applicationDirPath()));
+  fs::path own = fs::path(fromQt(QCoreApplication::applicationDirPath()));
   if (!isShared(own) && isWritable(own)) {
     return own;
   }
-  const fs::path data = fromQt(QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation));
+  fs::path data = fromQt(QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation));
   std::error_code error;
   fs::create_directories(data, error);  // a failure shows as each file's own
   return data;

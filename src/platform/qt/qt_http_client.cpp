@@ -49,7 +49,7 @@ QtHttpClient::QtHttpClient(EventQueue& queue, const HttpLimits& limits) : queue_
   };
 }
 
-QtHttpClient::~QtHttpClient() { Cancel(); }
+QtHttpClient::~QtHttpClient() { QtHttpClient::Cancel(); }
 
 std::string QtHttpClient::OpenURL(const std::string& url) {
   const Micros deadline = queue_.now() + limits_.fetch;

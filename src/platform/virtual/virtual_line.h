@@ -82,6 +82,8 @@ class VirtualWires {
 class VirtualDriver : public SerialDriver {
  public:
   explicit VirtualDriver(VirtualWires& wires) : wires_(wires) {}
+  VirtualDriver(const VirtualDriver&) = delete;
+  VirtualDriver& operator=(const VirtualDriver&) = delete;
   ~VirtualDriver() override;
 
   void open(int number, const LineSettings& settings) override;

@@ -22,6 +22,7 @@ class AutoWizard {
   AutoWizard(const AutoWizardSetting& setting, AutoWizardTies ties, const WizardWindow& window, const ProductParameters& product);
   AutoWizard(const AutoWizard&) = delete;
   AutoWizard& operator=(const AutoWizard&) = delete;
+  ~AutoWizard() = default;
 
   /// Runs the handler of the current page; returns when the wizard waits on a page, or has been sent back from a wait.
   void btnNext_Click();

@@ -15,6 +15,7 @@ class Recovery {
   Recovery(RunState& state, FrmRecover& form, std::function<void()> launchFaq);
   Recovery(const Recovery&) = delete;
   Recovery& operator=(const Recovery&) = delete;
+  ~Recovery() = default;
 
  private:
   void btnRecover_Click();
