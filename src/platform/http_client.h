@@ -22,8 +22,9 @@ class HttpClient {
  public:
   virtual ~HttpClient() = default;
 
-  /// Fetches a URL with GET and returns the body, whatever the server's status; empty when nothing came. Passes events while it
-  /// waits and raises StateChanged as Execute does. Throws Failure when the server cannot be reached or takes longer than 60 s.
+  /// Fetches a URL with GET and returns the body, whatever the server's status; empty when nothing came, as without a network
+  /// or for a host that no name server knows. Passes events while it waits and raises StateChanged as Execute does. Throws
+  /// Failure when the server refuses, breaks off, or takes longer than 60 s.
   virtual std::string OpenURL(const std::string& url) = 0;
 
   /// Starts a GET and returns. StateChanged tells its course from the event queue; after kResponseCompleted the whole body is

@@ -37,6 +37,14 @@ bool isRedirect(const QNetworkReply& reply) {
   return std::find(kRedirects.begin(), kRedirects.end(), status(reply)) != kRedirects.end() && reply.hasRawHeader("Location");
 }
 
+/// Whether an error says that this computer has no way out, which a user mends by connecting it: no answer came, none was
+/// refused.
+bool isOffline(int error) {
+  constexpr std::array kOffline = {QNetworkReply::HostNotFoundError, QNetworkReply::TemporaryNetworkFailureError,
+                                   QNetworkReply::NetworkSessionFailedError, QNetworkReply::UnknownNetworkError};
+  return std::find(kOffline.begin(), kOffline.end(), error) != kOffline.end();
+}
+
 Failure timeout(const std::string& what) { return {QNetworkReply::TimeoutError, what}; }
 
 }  // namespace
@@ -64,6 +72,9 @@ std::string QtHttpClient::OpenURL(const std::string& url) {
   if (busy_) {
     Cancel();
     throw timeout("The server takes too long to answer");
+  }
+  if (error_ && isOffline(error_->number())) {
+    return {};
   }
   if (error_) {
     throw *error_;
