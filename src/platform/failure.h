@@ -30,6 +30,7 @@ inline constexpr int kFileNotFound = 53;
 inline constexpr int kPathAccess = 75;
 inline constexpr int kPortNumber = 8002;
 inline constexpr int kPortInUse = 8005;
+inline constexpr int kLineHeldBack = 8013;
 inline constexpr int kPortClosed = 8018;
 inline constexpr int kPortGone = 8020;
 }  // namespace failure_number

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <utility>
 
 namespace firmlane {
 
@@ -11,6 +12,7 @@ constexpr int kBitsPerByte = 10;
 constexpr std::size_t kBacklog = 64;
 constexpr Micros kDrainLimit = 500 * kMillisecond;
 constexpr Micros kHeldBackPoll = 5 * kMillisecond;
+constexpr Micros kHeldBackLimit = 60 * kSecond;  // far beyond any pause of a unit that lives
 
 int parseSpeed(const std::string& settings) {
   int baud = 0;
@@ -127,8 +129,20 @@ void SerialPort::waitForRoom(std::size_t count) {
   while (open_ && queue_.now() < roomAt) {
     queue_.waitEventsUntil(roomAt);
   }
-  while (open_ && driver_.unsent() > limit) {
+  waitWhileHeldBack(limit);
+}
+
+void SerialPort::waitWhileHeldBack(std::size_t limit) {
+  std::size_t unsent = driver_.unsent();
+  Micros giveUpAt = queue_.now() + kHeldBackLimit;
+  while (open_ && unsent > limit) {
     queue_.waitEventsUntil(queue_.now() + kHeldBackPoll);
+    const std::size_t before = std::exchange(unsent, driver_.unsent());
+    if (unsent != before) {
+      giveUpAt = queue_.now() + kHeldBackLimit;
+    } else if (open_ && queue_.now() >= giveUpAt) {
+      throw Failure(failure_number::kLineHeldBack, "The unit takes no more data");
+    }
   }
 }
 

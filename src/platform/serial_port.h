@@ -76,7 +76,8 @@ class SerialPort {
   [[nodiscard]] std::size_t waiting() const { return waiting_.size(); }
 
   /// Hands bytes over whole and in order. Waits, passing events, while more than a small backlog is ahead of the line or the
-  /// unit holds the line back; so when it returns the bytes are as good as sent. Throws Failure when the port is or gets closed.
+  /// unit holds the line back; so when it returns the bytes are as good as sent. Throws Failure when the port is or gets closed,
+  /// and when the unit has held the line back for a minute without taking a byte.
   void Write(ByteSpan bytes);
   void Write(std::initializer_list<std::uint8_t> bytes) { Write(ByteSpan(bytes.begin(), bytes.size())); }
 
@@ -87,6 +88,7 @@ class SerialPort {
   void take(ByteSpan bytes);
   void requireOpen() const;
   void waitForRoom(std::size_t count);
+  void waitWhileHeldBack(std::size_t limit);
   void apply(const LineSettings& settings);
   [[nodiscard]] Micros byteTime() const;
   [[nodiscard]] std::size_t backlogLimit() const;

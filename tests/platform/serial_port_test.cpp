@@ -54,6 +54,20 @@ TEST_F(SerialPortTest, AUnitThatHoldsTheLineBackHoldsTheWriteBack) {
   EXPECT_GE(world_.time.now(), 3 * kSecond);
 }
 
+TEST_F(SerialPortTest, AUnitThatHoldsTheLineBackForGoodEndsTheWrite) {
+  port_.setHandshake(Handshake::Rts);
+  port_.Open();
+  wire_.holdBack(true);
+  const auto writeOn = [&] {
+    for (;;) {
+      port_.Write({0x55});
+    }
+  };
+  EXPECT_THROW(writeOn(), Failure);
+  EXPECT_EQ(world_.time.now() / kSecond, 60);
+  EXPECT_TRUE(port_.IsOpen());
+}
+
 TEST_F(SerialPortTest, ExitEndsAWriteThatIsHeldBack) {
   port_.setHandshake(Handshake::Rts);
   port_.Open();
