@@ -83,7 +83,7 @@ void AutoWizard::Form_Load() {
     setting_.frmDBUG.Show();
     form_.Left = setting_.frmDBUG.Left + setting_.frmDBUG.Width;
   }
-  form_.ChkOffline.Caption = product_.texts.downloadOption;
+  form_.ChkOffline.Caption = kDownloadOption;
   form_.chkReceiver.Caption = product_.texts.updateOption;
   form_.ChkOffline.Hide();
   form_.chkReceiver.Hide();
@@ -163,7 +163,7 @@ void AutoWizard::backToWelcome() {
   state_.AutoPage = kWelcome;
   form_.lblMain.Caption = product_.texts.welcomeAgain;
   form_.centre();
-  form_.ChkOffline.Caption = product_.texts.downloadOptionAgain;
+  form_.ChkOffline.Caption = kDownloadOptionAgain;
   form_.chkReceiver.Caption = product_.texts.updateOptionAgain;
   form_.ChkOffline.Hide();
   form_.chkReceiver.Hide();
