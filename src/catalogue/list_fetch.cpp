@@ -26,6 +26,9 @@ void ListFetch::GetUpdateText() {
   try {
     if (fetch(source.path, source.localCopy, true)) {
       ParseFile(source);
+      if (!state_.CatalogueReady) {
+        tellWizard(kNoList);  // it waits on for a list with entries, and its user is to know
+      }
     }
   } catch (const Failure& failure) {
     fail(failure);
@@ -48,14 +51,14 @@ void ListFetch::clearUrls() {
   SoftwareUrls.fill({});
 }
 
-bool ListFetch::fetch(const char* path, const char* localCopy, bool tellWizard) {
+bool ListFetch::fetch(const char* path, const char* localCopy, bool toWizard) {
   UpdateText = http_.OpenURL(server_ + path);
   if (UpdateText.empty()) {
-    tellNoConnection(tellWizard);
+    tellNoConnection(toWizard);
     return false;
   }
   if (UpdateText.front() != kListMark) {
-    tellNoList(tellWizard);
+    tellNoList(toWizard);
     return false;
   }
   Files::replaceText(files_.path(localCopy), "\"" + UpdateText + "\"\r\n");
@@ -63,25 +66,31 @@ bool ListFetch::fetch(const char* path, const char* localCopy, bool tellWizard) 
   return true;
 }
 
-void ListFetch::tellNoConnection(bool tellWizard) {
+void ListFetch::tellNoConnection(bool toWizard) {
   showStatus(kNoConnection);
   endOnFailedPage();
   form1_.lblTop.Show();
   form1_.lblTop.Caption = "Error connecting to the Internet";
-  if (AutoForm* wizard = wizard_.form(); wizard != nullptr && tellWizard) {
+  if (AutoForm* wizard = wizard_.form(); wizard != nullptr && toWizard) {
     wizard->lblMain.Caption = kNoConnection;
     state_.AutoPage = kAutoWizardEnds;
     wizard->btnNext.Enable();
   }
 }
 
-void ListFetch::tellNoList(bool tellWizard) {
+void ListFetch::tellNoList(bool toWizard) {
   wizard_.setBar(kFullBar);
   form1_.lblConnect.Hide();
   showStatus(std::string(kNoList) + kLater);
   endOnFailedPage();
-  if (AutoForm* wizard = wizard_.form(); wizard != nullptr && tellWizard) {
-    wizard->lblMain.Caption = kNoList;
+  if (toWizard) {
+    tellWizard(kNoList);
+  }
+}
+
+void ListFetch::tellWizard(const char* text) {
+  if (AutoForm* wizard = wizard_.form()) {
+    wizard->lblMain.Caption = text;
   }
 }
 

@@ -36,9 +36,10 @@ class ListFetch {
 
  private:
   /// Whether the list has come and is one; what there is to say has been said.
-  bool fetch(const char* path, const char* localCopy, bool tellWizard);
-  void tellNoConnection(bool tellWizard);
-  void tellNoList(bool tellWizard);
+  bool fetch(const char* path, const char* localCopy, bool toWizard);
+  void tellNoConnection(bool toWizard);
+  void tellNoList(bool toWizard);
+  void tellWizard(const char* text);
   void tellReceived();
   void showStatus(const std::string& text);
   void endOnFailedPage();

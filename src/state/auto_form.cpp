@@ -27,6 +27,10 @@ AutoForm::AutoForm(FormHost& host, const std::string& name, const std::string& u
 FrmAuto::FrmAuto(FormHost& host) : AutoForm(host, "frmAuto", "receiver") {
   hideAtStart(RFC, RF1, RF2C, RF2, btnDetails, Label1, lblStep1, lblStep2, lblStep3, lblStep4, lblStep5, lblStep6, lblStep7);
   hideAtStart(step1, step2, Step3, step4, step5, step6, step7, green, red);
+  // Greyed as long as their option is unchecked.
+  for (Label* step : {&lblStep1, &lblStep2, &lblStep3, &lblStep4, &lblStep5, &lblStep6, &lblStep7}) {
+    step->disabledAtStart();
+  }
 }
 
 FrmVRCAuto::FrmVRCAuto(FormHost& host) : AutoForm(host, "frmVRCAuto", "Velarc") {

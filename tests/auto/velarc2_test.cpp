@@ -148,6 +148,16 @@ TEST_F(Velarc2Test, AWirelessRunBehindAVelarcsIsUntouchedByIt) {
   EXPECT_THAT(asked(), ElementsAre("read", "flash 1", "read"));
 }
 
+TEST_F(Velarc2Test, AWizardThatTheUserComesBackToOwnsTheScreenAgain) {
+  for (AutoForm* window : std::initializer_list<AutoForm*>{&form, &velarc, &form, &velarc}) {
+    window->Show();
+    world.click(window->btnNext);
+    EXPECT_EQ(world.wizard.form(), window);
+    world.click(window->btnBack);
+    world.click(window->btnBack);
+  }
+}
+
 TEST_F(Velarc2Test, BackShowsTheWelcomeInItsOtherWords) {
   world.open(velarc, true, false);
   world.click(velarc.btnBack);

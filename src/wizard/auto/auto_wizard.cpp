@@ -70,11 +70,9 @@ void AutoWizard::Form_Load() {
   form_.Top = form1.Top.get();
   form_.Caption = "Tolvex Firmlane Version " + dotted(kVersionMajor, kVersionMinor);
   setting_.form1.Hide();
-  state_.InAutoWizard = true;
-  state_.InVrcAutoWizard = product_.inVrcAutoWizard;
+  takeCharge();
   // What the sister wizard has compared and found says nothing of a unit of this one.
-  state_.VersionsCompared = false;
-  state_.ProgressSized = false;
+  forgetUnit();
   state_.FinalCheckFailed = false;
   state_.AutoPage = kWelcome;
   form_.lblMain.Caption = product_.texts.welcome;
@@ -83,7 +81,7 @@ void AutoWizard::Form_Load() {
     setting_.frmDBUG.Show();
     form_.Left = setting_.frmDBUG.Left + setting_.frmDBUG.Width;
   }
-  form_.ChkOffline.Caption = product_.texts.downloadOption;
+  form_.ChkOffline.Caption = kDownloadOption;
   form_.chkReceiver.Caption = product_.texts.updateOption;
   form_.ChkOffline.Hide();
   form_.chkReceiver.Hide();
@@ -109,7 +107,7 @@ void AutoWizard::next() {
   form_.lblPage.Caption = std::to_string(state_.AutoPage);
   form_.ChkOffline.Hide();
   form_.chkReceiver.Hide();
-  state_.ProductCode = product_.ProductCode;
+  takeCharge();
   form_.btnRelNote.Hide();
   for (const Page& page : kPages) {
     if (page.number == state_.AutoPage) {
@@ -117,6 +115,20 @@ void AutoWizard::next() {
       return;
     }
   }
+}
+
+/// Also with each Next: the user can have been at the sister wizard, whose window stays loaded behind Back.
+void AutoWizard::takeCharge() {
+  state_.InAutoWizard = true;
+  state_.InVrcAutoWizard = product_.inVrcAutoWizard;
+  state_.ProductCode = product_.ProductCode;
+}
+
+/// Whatever unit comes next is compared and counted anew.
+void AutoWizard::forgetUnit() {
+  state_.VersionsCompared = false;
+  state_.ProgressSized = false;
+  progress_.clear();
 }
 
 void AutoWizard::nextOnWelcome() {
@@ -148,6 +160,7 @@ void AutoWizard::btnBack_Click() {
 
 void AutoWizard::backToMainForm() {
   Form1& form1 = setting_.form1;
+  forgetUnit();
   state_.WizardPage = 0;
   form1.Option1(3).Hide();
   state_.AutoDriving = false;
@@ -163,7 +176,7 @@ void AutoWizard::backToWelcome() {
   state_.AutoPage = kWelcome;
   form_.lblMain.Caption = product_.texts.welcomeAgain;
   form_.centre();
-  form_.ChkOffline.Caption = product_.texts.downloadOptionAgain;
+  form_.ChkOffline.Caption = kDownloadOptionAgain;
   form_.chkReceiver.Caption = product_.texts.updateOptionAgain;
   form_.ChkOffline.Hide();
   form_.chkReceiver.Hide();
@@ -175,11 +188,8 @@ void AutoWizard::backToWelcome() {
 
 void AutoWizard::backToOptions() {
   waiting_ = false;
-  if (state_.VersionsCompared && state_.AutoPage == 4) {
-    // The user left a unit that is current alone; whatever comes next is compared anew.
-    state_.VersionsCompared = false;
-    state_.ProgressSized = false;
-    progress_.clear();
+  if (state_.AutoPage == 4) {
+    forgetUnit();  // the user left a unit that is current alone
   }
   state_.AutoPage = kOptions;
   showOptions();
@@ -203,9 +213,7 @@ void AutoWizard::btnMore_Click() {
   form_.btnMore.Hide();
   state_.VersionsComplete = false;
   form_.btnNext.Show();
-  state_.ProgressSized = false;
-  state_.VersionsCompared = false;
-  progress_.clear();
+  forgetUnit();
   reading_.finish();
   btnNext_Click();
 }

@@ -48,6 +48,8 @@ class AutoWizard {
   void options_Click();
   void tieEvents();
   void next();
+  void takeCharge();
+  void forgetUnit();
 
   // Next, by page.
   void nextOnWelcome();
@@ -70,6 +72,7 @@ class AutoWizard {
   void takeListOfSystems();
   [[nodiscard]] bool pressNextOfForm1();
   void offerSystems();
+  [[nodiscard]] bool systemPicked() const;
   void takeSystemPicked();
   void takeSetOnDisk();
   [[nodiscard]] bool confirmReflash();
@@ -97,6 +100,8 @@ class AutoWizard {
   bool waiting_ = false;
   /// A click of Form1.Command3 for the list is on the stack; Back can have left it behind.
   bool fetching_ = false;
+  /// A list of this product has come before.
+  bool listKnown_ = false;
   /// What the user sees while a fetch that was left behind is still on the stack.
   struct View {
     std::int16_t page = 0;

@@ -97,6 +97,9 @@ void AutoWizard::takeListOfSystems() {
   state_.WizardPage = 0;
   state_.ProductCode = product_.ProductCode;
   state_.AutoDriving = true;
+  if (!listKnown_) {
+    state_.CatalogueReady = false;  // what has come so far was a list of something else
+  }
   if (!pressNextOfForm1()) {
     return;
   }
@@ -107,6 +110,7 @@ void AutoWizard::takeListOfSystems() {
       return;
     }
   }
+  listKnown_ = true;
   setting_.form1.Option2(1).Value = true;
   if (!pressNextOfForm1()) {
     return;
@@ -115,12 +119,8 @@ void AutoWizard::takeListOfSystems() {
   if (!waiting_ || !pressNextOfForm1()) {
     return;
   }
-  table_.LoadVersionList();
-  if (state_.VersionPicked && state_.SelectedSystem < form_.VersionList.ListCount()) {
-    form_.VersionList.ListIndex = state_.SelectedSystem;  // an earlier pick still holds; the user is to see which
-  }
   offerSystems();
-  while (!state_.VersionPicked) {
+  while (!systemPicked()) {
     queue.WaitEvents();
     if (!waiting_) {
       return;
@@ -143,9 +143,15 @@ bool AutoWizard::pressNextOfForm1() {
 
 void AutoWizard::offerSystems() {
   texts_.LoadGotVersionsMsg();
-  form_.VersionList.Show();
+  table_.LoadVersionList();
+  if (systemPicked()) {
+    form_.VersionList.ListIndex = state_.SelectedSystem;  // an earlier pick still holds; the user is to see which
+  }
   form_.btnRelNote.Show();
 }
+
+/// A pick holds for later lists too, unless they are shorter.
+bool AutoWizard::systemPicked() const { return state_.VersionPicked && state_.SelectedSystem < form_.VersionList.ListCount(); }
 
 void AutoWizard::takeSystemPicked() {
   waiting_ = false;

@@ -10,6 +10,11 @@ namespace firmlane {
 
 /// What the options page says; also when it is reached by Back.
 inline constexpr const char* kOptionsText = "Please select from the two options below\r\r";
+/// Caption of the download option, and the one it takes when Back leads to the welcome.
+inline constexpr const char* kDownloadOption =
+    "Download latest firmware from Tolvex to this PC.  (Your computer must be connected to the internet.)";
+inline constexpr const char* kDownloadOptionAgain =
+    "Download latest firmware from Tolvex to this PC.  (Your computer must be connected to the internet)";
 /// Height of lblMain in twips, but on the options page behind the welcome.
 inline constexpr int kMainHeight = 3375;
 inline constexpr const char* kClickNext = "Click Next to continue";

@@ -30,21 +30,21 @@ enum class FinalCheck { None, NotOlder, Equal };
 /// One processor in the version table. Its controls stand at the same index in WizardWindow::rows.
 struct ProcessorRow {
   /// Its version in the record of a released system; null when records tell none.
-  FixedText<10> SystemRecord::*inSystem;
+  FixedText<10> SystemRecord::*inSystem = nullptr;
   /// Line of the update list whose display name tells its version.
   int listLine;
   /// The digits that the unit reported: the number before the point and one or two behind it; null where there is none.
-  std::array<std::int16_t RunState::*, 3> inUnit;
-  Selecting selecting;
-  FinalCheck finalCheck;
-  /// Steps of the overall progress that programming it takes; 0 for a processor that this wizard never programs.
-  int progressSteps;
+  std::array<std::int16_t RunState::*, 3> inUnit = {};
+  Selecting selecting = Selecting::Never;
+  FinalCheck finalCheck = FinalCheck::None;
+  /// Steps of the overall progress that programming it takes; 0 for a row without a processor.
+  int progressSteps = 2;
   /// Takes part when the unit's set is looked up in the system version file.
-  bool tellsSystem;
+  bool tellsSystem = false;
   /// Only units of the larger model have it.
-  bool secondSection;
+  bool secondSection = false;
   /// A unit with an old DSP reports no version here; the table keeps what it shows.
-  bool unreadWithOldDsp;
+  bool unreadWithOldDsp = false;
 };
 
 /// One step of an update. The order of the steps is the order of programming.
@@ -55,15 +55,13 @@ struct UpdateStep {
   /// Index of Form1.Option4.
   int option;
   /// The debug view is told that a front panel run begins.
-  bool toldToDebugView;
+  bool toldToDebugView = false;
 };
 
 /// Texts that speak of the unit. CR and LF stand as shown.
 struct WizardTexts {
   const char* welcome;
   const char* welcomeAgain;
-  const char* downloadOption;
-  const char* downloadOptionAgain;
   const char* updateOption;
   const char* updateOptionAgain;
   const char* verCheck;

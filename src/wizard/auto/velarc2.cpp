@@ -7,8 +7,8 @@ namespace {
 enum Row { kDsp, kHub, kFrontA, kFrontB, kNone };
 
 constexpr std::array<UpdateStep, 2> kSteps = {{
-    {.row = kHub, .ProcessorNo = "1", .option = 0, .toldToDebugView = false},
-    {.row = kDsp, .ProcessorNo = "2", .option = 1, .toldToDebugView = false},
+    {.row = kHub, .ProcessorNo = "1", .option = 0},
+    {.row = kDsp, .ProcessorNo = "2", .option = 1},
 }};
 
 constexpr std::array<ProcessorRow, kVersionRows> kRows = {{
@@ -17,47 +17,23 @@ constexpr std::array<ProcessorRow, kVersionRows> kRows = {{
      .inUnit = {&RunState::VrcDspVer1, &RunState::VrcDspVer2, &RunState::VrcDspVer3},
      .selecting = Selecting::Always,
      .finalCheck = FinalCheck::Equal,
-     .progressSteps = 2,
      .tellsSystem = true,
-     .secondSection = false,
      .unreadWithOldDsp = true},
     {.inSystem = &SystemRecord::HubVersion,
      .listLine = 1,
      .inUnit = {&RunState::VrcHubVer1, &RunState::VrcHubVer2, &RunState::VrcHubVer3},
      .selecting = Selecting::OnNormalLink,
      .finalCheck = FinalCheck::NotOlder,
-     .progressSteps = 2,
-     .tellsSystem = true,
-     .secondSection = false,
-     .unreadWithOldDsp = false},
+     .tellsSystem = true},
     // The fronts are listed, and programmed by the service buttons alone.
     {.inSystem = &SystemRecord::RfVersion,
      .listLine = 2,
-     .inUnit = {&RunState::VrcFrontAVer1, &RunState::VrcFrontAVer2, &RunState::VrcFrontAVer3},
-     .selecting = Selecting::Never,
-     .finalCheck = FinalCheck::None,
-     .progressSteps = 2,
-     .tellsSystem = false,
-     .secondSection = false,
-     .unreadWithOldDsp = false},
+     .inUnit = {&RunState::VrcFrontAVer1, &RunState::VrcFrontAVer2, &RunState::VrcFrontAVer3}},
     {.inSystem = &SystemRecord::RfVersion,
      .listLine = 2,
      .inUnit = {&RunState::VrcFrontBVer1, &RunState::VrcFrontBVer2, &RunState::VrcFrontBVer3},
-     .selecting = Selecting::Never,
-     .finalCheck = FinalCheck::None,
-     .progressSteps = 2,
-     .tellsSystem = false,
-     .secondSection = true,
-     .unreadWithOldDsp = false},
-    {.inSystem = nullptr,
-     .listLine = 3,
-     .inUnit = {nullptr, nullptr, nullptr},
-     .selecting = Selecting::Never,
-     .finalCheck = FinalCheck::None,
-     .progressSteps = 0,
-     .tellsSystem = false,
-     .secondSection = false,
-     .unreadWithOldDsp = false},
+     .secondSection = true},
+    {.listLine = 3, .progressSteps = 0},
 }};
 
 constexpr WizardTexts kTexts = {
@@ -73,12 +49,6 @@ constexpr WizardTexts kTexts = {
         "   2. Programming your Velarc2 with the new firmware\r\r"
         "If anything goes wrong during programming, dont worry, it's OK!\r"
         "You can just start the wizard over again, your Velarc2 will not be damaged.\r",
-    .downloadOption =
-        "Download latest firmware from Tolvex to this PC."
-        "  (Your computer must be connected to the internet.)",
-    .downloadOptionAgain =
-        "Download latest firmware from Tolvex to this PC."
-        "  (Your computer must be connected to the internet)",
     .updateOption =
         "Update Velarc2 with new firmware from this PC."
         "  (Your Velarc must be connected to this computer and your Velarc2 must be turned on.)",

@@ -7,59 +7,44 @@ namespace {
 enum Row { kDsp, kHub, kRf1, kRf2, kLcd };
 
 constexpr std::array<UpdateStep, 5> kSteps = {{
-    {.row = kHub, .ProcessorNo = "1", .option = 0, .toldToDebugView = false},
-    {.row = kDsp, .ProcessorNo = "2", .option = 1, .toldToDebugView = false},
-    {.row = kRf1, .ProcessorNo = "3", .option = 2, .toldToDebugView = false},
-    {.row = kRf2, .ProcessorNo = "4", .option = 3, .toldToDebugView = false},
+    {.row = kHub, .ProcessorNo = "1", .option = 0},
+    {.row = kDsp, .ProcessorNo = "2", .option = 1},
+    {.row = kRf1, .ProcessorNo = "3", .option = 2},
+    {.row = kRf2, .ProcessorNo = "4", .option = 3},
     {.row = kLcd, .ProcessorNo = "5", .option = 4, .toldToDebugView = true},
 }};
 
 constexpr std::array<ProcessorRow, kVersionRows> kRows = {{
     {.inSystem = &SystemRecord::DspVersion,
      .listLine = 0,
-     .inUnit = {&RunState::VerDspMajor, &RunState::VerDspMinor, nullptr},
+     .inUnit = {&RunState::VerDspMajor, &RunState::VerDspMinor},
      .selecting = Selecting::Always,
-     .finalCheck = FinalCheck::None,
-     .progressSteps = 2,
-     .tellsSystem = true,
-     .secondSection = false,
-     .unreadWithOldDsp = false},
+     .tellsSystem = true},
     {.inSystem = &SystemRecord::HubVersion,
      .listLine = 1,
-     .inUnit = {&RunState::VerHubMajor, &RunState::VerHubMinor, nullptr},
+     .inUnit = {&RunState::VerHubMajor, &RunState::VerHubMinor},
      .selecting = Selecting::OnNormalLink,
      .finalCheck = FinalCheck::NotOlder,
-     .progressSteps = 2,
-     .tellsSystem = true,
-     .secondSection = false,
-     .unreadWithOldDsp = false},
+     .tellsSystem = true},
     {.inSystem = &SystemRecord::RfVersion,
      .listLine = 2,
-     .inUnit = {&RunState::VerRf1Major, &RunState::VerRf1Minor, nullptr},
+     .inUnit = {&RunState::VerRf1Major, &RunState::VerRf1Minor},
      .selecting = Selecting::OnNormalLink,
      .finalCheck = FinalCheck::NotOlder,
-     .progressSteps = 2,
-     .tellsSystem = true,
-     .secondSection = false,
-     .unreadWithOldDsp = false},
+     .tellsSystem = true},
     {.inSystem = &SystemRecord::RfVersion,  // one image serves both sections
      .listLine = 2,
-     .inUnit = {&RunState::VerRf2Major, &RunState::VerRf2Minor, nullptr},
+     .inUnit = {&RunState::VerRf2Major, &RunState::VerRf2Minor},
      .selecting = Selecting::OnNormalLink,
      .finalCheck = FinalCheck::NotOlder,
-     .progressSteps = 2,
-     .tellsSystem = false,
-     .secondSection = true,
-     .unreadWithOldDsp = false},
+     .secondSection = true},
     {.inSystem = &SystemRecord::FrontVersion,
      .listLine = 3,
-     .inUnit = {&RunState::VerFrontMajor, &RunState::VerFrontMinor, nullptr},
+     .inUnit = {&RunState::VerFrontMajor, &RunState::VerFrontMinor},
      .selecting = Selecting::OnNormalLink,
      .finalCheck = FinalCheck::NotOlder,
      .progressSteps = 1,
-     .tellsSystem = true,
-     .secondSection = false,
-     .unreadWithOldDsp = false},
+     .tellsSystem = true},
 }};
 
 constexpr WizardTexts kTexts = {
@@ -83,12 +68,6 @@ constexpr WizardTexts kTexts = {
         "Dipswitch #7 MUST be down (off) on your LWX receiver\r\n"
         "                               AND\r\n"
         "Only 1 LWX receiver can be connected to your computer",
-    .downloadOption =
-        "Download latest firmware from Tolvex to this PC."
-        "  (Your computer must be connected to the internet.)",
-    .downloadOptionAgain =
-        "Download latest firmware from Tolvex to this PC."
-        "  (Your computer must be connected to the internet)",
     .updateOption =
         "Update receiver with new firmware from this PC."
         "  (Your receiver must be connected to this computer and your receiver must be turned on.)",
