@@ -2,7 +2,10 @@
 #include <gtest/gtest.h>
 
 #include <QPixmap>
+#include <set>
 
+#include "forms/counter1.h"
+#include "platform/widgets/digit_display.h"
 #include "platform/widgets/widget_screen.h"
 #include "real_ground.h"
 #include "state/auto_form.h"
@@ -65,6 +68,40 @@ TEST_F(Gallery, AWindowGrowsForATextThatNeedsMoreRoom) {
   const QWidget* label = (*screen.window(form1))["lblTop"];
   EXPECT_GT(screen.window(form1)->height(), before);
   EXPECT_GE(label->height(), label->heightForWidth(label->width()));
+}
+
+/// A number as the digit display draws it.
+QImage drawn(std::int16_t number) {
+  Counter1 counter;
+  counter.SetBigdigits(number);
+  DigitDisplay display;
+  display.setDigits({{{counter.imgCount2.Picture, counter.imgCount2.Visible},
+                      {counter.imgCount1.Picture, counter.imgCount1.Visible},
+                      {counter.imgCount0.Picture, counter.imgCount0.Visible}}});
+  display.resize(display.sizeHint());
+  return display.grab().toImage();
+}
+
+std::string digitAt(const QImage& display, int place) {
+  const int width = display.width() / 3;
+  const QImage digit = display.copy(place * width, 0, width, display.height());
+  return {reinterpret_cast<const char*>(digit.constBits()), static_cast<std::size_t>(digit.sizeInBytes())};
+}
+
+TEST_F(Gallery, TheDigitDisplayDrawsEachDigitInItsPlace) {
+  std::set<std::string> digits;
+  for (std::int16_t number = 0; number < 10; ++number) {
+    digits.insert(digitAt(drawn(number), 2));
+  }
+  EXPECT_EQ(digits.size(), 10U) << "each digit has a picture of its own";
+  const std::string dark = digitAt(drawn(7), 0);
+  const std::string zero = digitAt(drawn(0), 2);
+  EXPECT_FALSE(digits.contains(dark));
+  EXPECT_EQ(digitAt(drawn(7), 1), dark);
+  EXPECT_EQ(digitAt(drawn(42), 0), dark);
+  EXPECT_EQ(digitAt(drawn(42), 1), digitAt(drawn(4), 2));
+  EXPECT_EQ(digitAt(drawn(100), 0), digitAt(drawn(1), 2));
+  EXPECT_EQ(digitAt(drawn(100), 1) + digitAt(drawn(100), 2), zero + zero);
 }
 
 }  // namespace
