@@ -132,10 +132,13 @@ TEST_F(Lists, TheAutoWizardInChargeHearsOfItToo) {
     EXPECT_EQ(form->Progress1.Value, 100);
     form->btnNext.Disable();
     state.AutoPage = 2;
-    http.answer(maker("/LWX/updateV4.txt"), "<html>");
-    fetch();
-    EXPECT_EQ(form->lblMain.Caption,
-              "The Firmlane was unable to find a list of currently available software on Tolvex's website.");
+    for (const char* noEntry : {"<html>", "#\nWLS|D V1-x|/d\nSYSTEM|3.2|May|Note|2.31|2.4|1.5|2.6|S32\r\n"}) {
+      http.answer(maker("/LWX/updateV4.txt"), noEntry);
+      form->lblMain.Caption = "";
+      fetch();
+      EXPECT_EQ(form->lblMain.Caption,
+                "The Firmlane was unable to find a list of currently available software on Tolvex's website.");
+    }
     EXPECT_EQ(state.AutoPage, 2);
     EXPECT_FALSE(form->btnNext.Enabled);
     http.answer(maker("/LWX/updateV4.txt"), "");
