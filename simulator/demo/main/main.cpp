@@ -5,10 +5,12 @@
 #include <QDir>
 #include <QTemporaryDir>
 #include <QTimer>
+#include <algorithm>
 #include <cstdio>
 #include <filesystem>
 #include <iostream>
 #include <memory>
+#include <string_view>
 
 #include "app/program.h"
 #include "demo/bench_window.h"
@@ -148,18 +150,24 @@ void sayWhatMatters(QtMsgType, const QMessageLogContext&, const QString& message
   }
 }
 
+/// With windows, unless all that is asked for is a text: that has to come without a display too.
+std::unique_ptr<QCoreApplication> makeApplication(int& argc, char** argv) {
+  const bool help = std::any_of(argv, argv + argc, [](std::string_view word) { return word == "--help" || word == "-h"; });
+  return help ? std::make_unique<QCoreApplication>(argc, argv) : std::make_unique<QApplication>(argc, argv);
+}
+
 int main(int argc, char** argv) {
   qInstallMessageHandler(sayWhatMatters);
-  const QApplication application(argc, argv);
+  const auto application = makeApplication(argc, argv);
   QApplication::setApplicationName(QStringLiteral("firmlane-demo"));
-  QApplication::setWindowIcon(programIcon());
-  QApplication::setQuitOnLastWindowClosed(false);
   std::string error;
   const auto options = readDemoOptions(QApplication::arguments(), error);
   if (!options) {
     std::cerr << error << std::endl;
     return kWrongOption;
   }
+  QApplication::setWindowIcon(programIcon());
+  QApplication::setQuitOnLastWindowClosed(false);
   try {
     return run(*options);
   } catch (const Failure& failure) {
