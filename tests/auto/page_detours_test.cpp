@@ -20,8 +20,10 @@ TEST_F(DetoursTest, ASilentUnitIsRecoveredWithAllProcessorsAndNoComparison) {
                "Back- Next- bar");
     EXPECT_EQ(form.Progress1.Value, 45) << "in the second sweep of 20 s";
     EXPECT_FALSE(world.frmRecover.Visible);
+    state.LegacyLink = true;  // the readout is at the older link's turn
   });
   world.after(31 * kSecond, [&] {
+    EXPECT_FALSE(state.LegacyLink);
     EXPECT_EQ(world.frmRecover.lblMain.Caption,
               "Unable to connect to your receiver\r\n\r\nPlease check your connections and COM port and make sure your "
               "receiver is turned on.\r\n\r\nIf you are still unable to connect, click the 'Recover' button.\r\nUse this "

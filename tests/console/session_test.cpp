@@ -16,6 +16,7 @@ TEST_F(ConsoleBench, ReadsComeBackAsDocumented) {
   sheet.bar.Value = 3;
   sheet.choice(1).Value = true;
   state.WizardPage = -2;
+  state.FileSerial = 100000;
   state.FactoryFirstPass = true;
   state.IdRxBuf = std::string("\xC3\xA9\0", 3);
   state.LwxSystems[1].SystemVersion = "2.31";
@@ -33,6 +34,7 @@ TEST_F(ConsoleBench, ReadsComeBackAsDocumented) {
       {"get Sheet.text.height", R"({"ok":true,"value":255})"},
       {"get Other", R"({"ok":true,"value":{"caption":"A sheet","loaded":false,"visible":false}})"},
       {"get RunState.WizardPage", R"({"ok":true,"value":-2})"},
+      {"get RunState.FileSerial", R"({"ok":true,"value":100000})"},
       {"get RunState.FactoryFirstPass", R"({"ok":true,"value":true})"},
       {"get RunState.IdRxBuf", R"({"ok":true,"value":"Ã©\u0000"})"},
       {"forms", R"({"ok":true,"value":[{"form":"Sheet","modal":false}]})"},

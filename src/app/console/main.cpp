@@ -6,8 +6,10 @@
 
 #include "app/console_app.h"
 #include "platform/qt/program_directory.h"
+#include "platform/qt/standard_input.h"
 
 int main(int argc, char** argv) {
+  firmlane::holdStandardStreams();
   const QCoreApplication application(argc, argv);
   QCoreApplication::setApplicationName(QStringLiteral("firmlane"));
   std::string error;

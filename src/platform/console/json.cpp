@@ -40,8 +40,9 @@ void appendString(std::string& text, const std::string& utf8) {
 }
 
 void appendNumber(std::string& text, double number) {
-  std::array<char, 32> digits{};
-  const auto [end, error] = std::to_chars(digits.data(), digits.data() + digits.size(), number);
+  // Not in the shortest form: a serial number of 100000 must not read 1e+05.
+  std::array<char, 320> digits{};
+  const auto [end, error] = std::to_chars(digits.data(), digits.data() + digits.size(), number, std::chars_format::fixed);
   text.append(digits.data(), error == std::errc() ? end : digits.data());
 }
 

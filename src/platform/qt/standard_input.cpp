@@ -1,5 +1,6 @@
 #include "platform/qt/standard_input.h"
 
+#include <fcntl.h>
 #include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -15,6 +16,14 @@ bool isPipe(int descriptor) {
   return fstat(descriptor, &status) == 0 && (S_ISFIFO(status.st_mode) || S_ISSOCK(status.st_mode));
 }
 }  // namespace
+
+void holdStandardStreams() {
+  int descriptor = 0;
+  do {
+    descriptor = ::open("/dev/null", O_RDWR);  // takes the lowest number that is free
+  } while (descriptor >= 0 && descriptor <= STDERR_FILENO);
+  ::close(descriptor);
+}
 
 StandardInput::StandardInput(std::function<void(const std::string&)> line, std::function<void()> ended, EndOfFile endOfFile)
     : line_(std::move(line)), ended_(std::move(ended)), endOfFile_(endOfFile), notifier_(STDIN_FILENO, QSocketNotifier::Read) {

@@ -9,6 +9,10 @@
 
 namespace firmlane {
 
+/// Gives a program that was started without standard input, output or error the null device in its place. Otherwise the next
+/// thing that it opens, such as a serial port, takes that number, and what is printed goes there. Call it before anything else.
+void holdStandardStreams();
+
 class StandardInput : public QObject {
  public:
   /// What the end of a file, or of the null device, means: the end of the input like that of a pipe, or only that no lines come,

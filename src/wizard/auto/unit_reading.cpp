@@ -23,7 +23,7 @@ UnitReading::Outcome UnitReading::readUnit() {
       setting_.state.PortChosen = false;
       return Outcome::NoPort;
     }
-    if (setting_.state.VersionsComplete && !setting_.state.ReadTimedOut) {
+    if (isRead()) {
       return Outcome::Read;
     }
     askUser();
@@ -56,11 +56,14 @@ bool UnitReading::readOnce() {
   state.RecoverChosen = false;
   form_.Watch.start(kReadLimit);
   awaitVersions();
-  if (product_.ignoresOldLink) {
+  // The readout tries the speeds in turn. Which one it was at says nothing of a unit that has not answered.
+  if (product_.ignoresOldLink || !isRead()) {
     state.LegacyLink = false;
   }
   return true;
 }
+
+bool UnitReading::isRead() const { return setting_.state.VersionsComplete && !setting_.state.ReadTimedOut; }
 
 bool UnitReading::choosePort() {
   if (!setting_.state.PortChosen) {

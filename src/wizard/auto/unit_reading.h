@@ -41,6 +41,7 @@ class UnitReading {
   [[nodiscard]] bool choosePort();
   [[nodiscard]] bool loadVersion();
   [[nodiscard]] bool readOnce();
+  [[nodiscard]] bool isRead() const;
   void awaitVersions();
   void askUser();
 
