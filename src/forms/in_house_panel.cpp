@@ -1,5 +1,7 @@
 #include "forms/in_house_panel.h"
 
+#include <algorithm>
+
 #include "state/text.h"
 
 namespace firmlane {
@@ -7,6 +9,8 @@ namespace firmlane {
 namespace {
 constexpr std::int16_t kInHousePort = 2;
 constexpr const char* kQuestion = "What would you like to do?";
+/// How the text ends with which a run begins.
+constexpr const char* kStillWaiting = "Waiting for a Receiver reset...";
 }  // namespace
 
 InHousePanel::InHousePanel(std::function<void()> updateReceiver, RunState& state, Form1& form1, FrmAuto& frmAuto,
@@ -25,8 +29,7 @@ void InHousePanel::go() {
     state_.ErrorText = failureText("Error: ", failure);
     frmInHouse_.host().showMessageBox({.text = state_.ErrorText, .icon = MessageIcon::Critical});
   }
-  // The main form is out of sight: what the run has to say stands here.
-  frmInHouse_.Label1.Caption = form1_.lblTop.Caption.get() + kCr + kCr + kQuestion;
+  frmInHouse_.Label1.Caption = verdict() + kCr + kCr + kQuestion;
   frmInHouse_.Command1.Enable();
 }
 
@@ -37,16 +40,29 @@ void InHousePanel::program() {
   for (CheckBox* check : frmAuto_.checks()) {
     check->Value = 0;
   }
-  // In the order of optUP; "Serial Number" behind them has none.
-  const std::array<CheckBox*, 5> selections = {&frmAuto_.Check2, &frmAuto_.Check1, &frmAuto_.Check3, &frmAuto_.Check4,
-                                               &frmAuto_.Check5};
-  const int selected = frmInHouse_.optUP.selected();
-  if (selected >= 0 && selected < static_cast<int>(selections.size())) {
-    selections.at(static_cast<std::size_t>(selected))->Value = 1;
+  if (CheckBox* check = checkOf(frmInHouse_.optUP.selected())) {
+    check->Value = 1;
   }
   state_.ProductCode = "WS";
   state_.ComPort = kInHousePort;
   updateReceiver_();
+}
+
+CheckBox* InHousePanel::checkOf(int option) const {
+  // In the order of optUP; "Serial Number" behind them has none.
+  const std::array<CheckBox*, 5> checks = {&frmAuto_.Check2, &frmAuto_.Check1, &frmAuto_.Check3, &frmAuto_.Check4,
+                                           &frmAuto_.Check5};
+  return option >= 0 && option < static_cast<int>(checks.size()) ? checks.at(static_cast<std::size_t>(option)) : nullptr;
+}
+
+std::string InHousePanel::verdict() const {
+  // The main form is out of sight: what the run has to say stands here, but for the buttons that the panel has not.
+  std::string text = form1_.lblTop.Caption;
+  text.erase(std::min(text.find("Click Next"), text.size()));
+  text.erase(text.find_last_not_of("\r\n") + 1);
+  // Without a processor, or a port, there was no run.
+  const bool ran = checkOf(frmInHouse_.optUP.selected()) != nullptr && !text.ends_with(kStillWaiting);
+  return ran ? text : "No processor was programmed.";
 }
 
 void InHousePanel::askForTheEnd(bool& cancel) {

@@ -18,6 +18,8 @@ class InHousePanel {
  private:
   void go();
   void program();
+  [[nodiscard]] CheckBox* checkOf(int option) const;
+  [[nodiscard]] std::string verdict() const;
   void askForTheEnd(bool& cancel);
 
   std::function<void()> updateReceiver_;

@@ -57,13 +57,14 @@ class InHousePanelTest : public testing::Test {
   World world_;
   std::string asked_;
   std::optional<Failure> failure_;
+  std::string runSays_;
   InHousePanel panel_{[this] {
                         for (const CheckBox* check : world_.frmAuto.checks()) {
                           asked_ += check->checked() ? check->name() : "";
                         }
                         asked_ += " COM" + std::to_string(world_.state.ComPort) + " " + world_.state.ProductCode;
                         EXPECT_FALSE(world_.frmInHouse.Command1.Enabled);
-                        world_.form1.lblTop.Caption = "Congratulations!";
+                        world_.form1.lblTop.Caption = runSays_;
                         if (failure_) {
                           throw Failure(*failure_);
                         }
@@ -80,7 +81,23 @@ TEST_F(InHousePanelTest, ProgramsTheChosenProcessorAlone) {
     world_.frmInHouse.Command1.Click();  // the stand-in leaves the box checked, as a failed run does
     EXPECT_EQ(asked_, expected[i] + std::string(" COM2 WS"));
   }
-  EXPECT_EQ(world_.frmInHouse.Label1.Caption.get(), "Congratulations!\r\rWhat would you like to do?");
+}
+
+TEST_F(InHousePanelTest, TellsWhatTheRunSaidAndClaimsNoneThatWasNot) {
+  struct Case {
+    int option;
+    const char* runSays;
+    const char* panelSays;
+  };
+  for (const Case& c : {Case{0, "Congratulations!\r\rClick Next to continue or click Exit to quit", "Congratulations!"},
+                        {0, "Turn it on\r\rWaiting for a Receiver reset...", "No processor was programmed."},
+                        {5, "Congratulations!", "No processor was programmed."}}) {
+    world_.frmInHouse.Show();
+    world_.frmInHouse.optUP(c.option).Value = true;
+    runSays_ = c.runSays;
+    world_.frmInHouse.Command1.Click();
+    EXPECT_EQ(world_.frmInHouse.Label1.Caption.get(), std::string(c.panelSays) + "\r\rWhat would you like to do?");
+  }
 }
 
 TEST_F(InHousePanelTest, AFailureIsToldAndThePanelStaysUsable) {
