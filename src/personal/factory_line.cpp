@@ -51,4 +51,11 @@ void FactoryLine::hideButtons() {
   form1_.btnMic.Hide();
 }
 
+void FactoryLine::takeScreen() {
+  hideButtons();
+  form1_.lblTop.Hide();
+  form1_.frmUC.Hide();
+  form1_.lblProgressInfo.Hide();
+}
+
 }  // namespace firmlane

@@ -28,6 +28,8 @@ class FactoryLine {
 
   void showButtons();
   void hideButtons();
+  /// Clears the page for a procedure, which may begin from any page of a flash run.
+  void takeScreen();
 
  private:
   SerialPort& port_;

@@ -35,6 +35,7 @@ void MicModels::btnMic_Click() {
     return;
   }
   state_.FactoryFirstPass = false;
+  state_.SerialOnly = false;
   state_.ProductCode = "WS";
   form1_.Option2(1).Value = true;
   form1_.Option1(2).Value = true;
@@ -46,9 +47,8 @@ void MicModels::btnMic_Click() {
   // A receiver that starts talks at this speed, and a table may hold the bytes that a handshake would take for its own.
   port_.setSettings("9600,N,8,1");
   port_.setHandshake(Handshake::None);
-  line_.hideButtons();
+  line_.takeScreen();
   form1_.Command5.Hide();
-  form1_.lblTop.Hide();
   form1_.lblResetSerial.Show();
   form1_.ProgressBar1.Show();
   std::string trouble;

@@ -46,6 +46,10 @@ void SerialNumber::btnSN_Click() {
   state_.ComPort = kFactoryPort;
   state_.PortChosen = true;
   port_.setNumber(state_.ComPort);
+  // What an earlier flash run has left would spoil the answer: a Hub run takes its sub-code for a verdict, and a handshake takes
+  // some numbers for its own bytes.
+  state_.FlashTarget.clear();
+  port_.setHandshake(Handshake::None);
   state_.SerialOnly = true;
   form1_.Command3.Enable();
   form1_.Command3.Click();
@@ -53,8 +57,7 @@ void SerialNumber::btnSN_Click() {
 
 void SerialNumber::DoSerialNumber() {
   try {
-    form1_.lblTop.Hide();
-    line_.hideButtons();
+    line_.takeScreen();
     file_.ReadSerialFile();
     confirmPower();
     confirmNumber();

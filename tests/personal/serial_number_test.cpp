@@ -241,6 +241,20 @@ TEST_F(SerialNumberTest, APortThatFailsLosesNoNumberAndNextStartsAnew) {
   EXPECT_EQ(file(), "65 00 00 00");
 }
 
+TEST_F(SerialNumberTest, WhatAFlashRunHasLeftDoesNotSpoilTheNextNumber) {
+  writeNumber(17);  // a byte that XON/XOFF would take for its own
+  state_.FlashTarget = "NewHubFlash";
+  world_.mainPort.setHandshake(Handshake::XonXoff);
+  form1_.frmUC.Show();
+  std::optional<LineSettings> heardUnder;
+  unit_.onMessage = [&] { heardUnder = wire_.settings(); };
+  runSerial();
+  EXPECT_TRUE(world_.screen.boxes().empty());
+  EXPECT_EQ(heardUnder, (LineSettings{57600, Handshake::None}));
+  EXPECT_FALSE(form1_.frmUC.Visible);
+  EXPECT_EQ(file(), "12 00 00 00");
+}
+
 TEST_F(SerialNumberTest, FactoryButtonsLeaveARunAlone) {
   world_.mainPort.setNumber(2);
   world_.mainPort.Open();

@@ -136,9 +136,16 @@ bool PageEngine::portChosen() {
   }
   forms_.frmPort.Show();
   const Asking asking(askingForPort_);
+  // The factory's procedures choose a port too, and would lead this click astray.
+  if (state_.FactoryBuild) {
+    line_.hideButtons();
+  }
   // A user who closes the window has chosen nothing and stays on the page.
   while (!state_.PortChosen && forms_.frmPort.Loaded) {
     host_.queue().WaitEvents();
+  }
+  if (state_.FactoryBuild) {
+    line_.showButtons();
   }
   return state_.PortChosen;
 }
