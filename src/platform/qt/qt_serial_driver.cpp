@@ -123,7 +123,8 @@ void QtSerialDriver::open(int number, const LineSettings& settings) {
   QObject::connect(port_.get(), &QSerialPort::errorOccurred, &context_, [this](QSerialPort::SerialPortError error) {
     // A device that has gone raises its error again and again, so the first one ends it.
     if (error == QSerialPort::ResourceError || error == QSerialPort::WriteError || error == QSerialPort::ReadError) {
-      lose(fromQt(port_->errorString()));
+      // Its words are of some earlier call when the device has simply come to its end.
+      lose("the device does not answer any more");
     }
   });
 }
