@@ -78,8 +78,10 @@ bool PortDiscovery::TestPort(std::int16_t port) {
 
 void PortDiscovery::openForTest(std::int16_t port) {
   port_.Close();
-  // What one port has left over must not stand in front of the next one's answer.
+  // What one port has left over must not stand in front of the next one's answer, and what a run that broke off expected last
+  // must not have the answer thrown away.
   receivePath_.RxBuffer.clear();
+  receivePath_.ExpectFrameEnd = false;
   port_.setNumber(port);
   port_.setSettings(state_.ProductCode == "VC" ? "19200,N,8,1" : "57600,N,8,1");
   port_.setHandshake(Handshake::None);

@@ -74,8 +74,8 @@ void VersionReadout::Command1_Click() {
   state_.GetVersionsSent = false;
   state_.GotId = false;
   state_.SerialRead = false;
-  if (state_.ProductCode != "VC") {
-    state_.LegacyLink = false;  // the port goes back to full speed
+  if (state_.ProductCode != "VC" && !state_.VersionsRead) {
+    state_.LegacyLink = false;  // the search for the speed starts over
   }
   begin();
   converse([this] {

@@ -107,6 +107,8 @@ void Form::Show() {
 }
 
 void Form::ShowModal() {
+  // A form that passes events as it loads is modal from then on: the second half of a double click must not start over below it.
+  host_.modalAnnounced(*this);
   Load();
   if (!Loaded) {
     return;

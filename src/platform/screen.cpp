@@ -130,6 +130,11 @@ std::optional<std::string> FormHost::answer(MessageButton button) {
   return std::nullopt;
 }
 
+void FormHost::modalAnnounced(Form& form) {
+  std::erase(modal_, &form);
+  modal_.push_back(&form);
+}
+
 void FormHost::formShown(Form& form, bool modal) {
   if (!modal && !onScreen_.empty() && onScreen_.front() == &form) {
     return;  // it is on top already
@@ -137,8 +142,7 @@ void FormHost::formShown(Form& form, bool modal) {
   std::erase(onScreen_, &form);
   onScreen_.insert(onScreen_.begin(), &form);
   if (modal) {
-    std::erase(modal_, &form);
-    modal_.push_back(&form);
+    modalAnnounced(form);
   }
   screen_.formShown(form, modal);
 }

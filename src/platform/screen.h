@@ -94,6 +94,8 @@ class FormHost {
   friend class Form;
   friend class Control;
 
+  /// The form will be on screen in a moment, and refuses user actions on the others already.
+  void modalAnnounced(Form& form);
   void formShown(Form& form, bool modal);
   void formHidden(Form& form);
   void formUnloaded(Form& form);

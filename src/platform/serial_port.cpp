@@ -30,7 +30,7 @@ int parseSpeed(const std::string& settings) {
 SerialPort::SerialPort(EventQueue& queue, SerialDriver& driver)
     : queue_(queue), driver_(driver), receiveEvent_(queue, [this] {
         // The handler that ran just before may have read what this event was raised for.
-        if (!waiting_.empty() && OnComm) {
+        if (thresholdReached() && OnComm) {
           OnComm();
         }
       }) {
@@ -78,20 +78,24 @@ void SerialPort::Open() {
 }
 
 void SerialPort::Close() {
-  if (!open_) {
-    return;
-  }
-  const Micros limit = std::max(queue_.now(), lineFreeAt_) + kDrainLimit;
-  queue_.holdUntilTime(lineFreeAt_);
-  while (open_ && driver_.unsent() > 0 && queue_.now() < limit) {
-    queue_.holdUntilTime(std::min(limit, queue_.now() + kHeldBackPoll));
+  if (open_) {
+    drain();
   }
   if (open_) {
     driver_.close();
   }
   open_ = false;
+  // Of a port that was lost, too: what came from it must not strike whoever is next.
   waiting_.clear();
   receiveEvent_.drop();
+}
+
+void SerialPort::drain() {
+  const Micros limit = std::max(queue_.now(), lineFreeAt_) + kDrainLimit;
+  queue_.holdUntilTime(lineFreeAt_);
+  while (open_ && driver_.unsent() > 0 && queue_.now() < limit) {
+    queue_.holdUntilTime(std::min(limit, queue_.now() + kHeldBackPoll));
+  }
 }
 
 Bytes SerialPort::Read() {
@@ -102,9 +106,22 @@ Bytes SerialPort::Read() {
 
 void SerialPort::take(ByteSpan bytes) {
   waiting_.insert(waiting_.end(), bytes.begin(), bytes.end());
-  if (receiveThreshold_ > 0 && waiting_.size() >= static_cast<std::size_t>(receiveThreshold_)) {
+  raiseIfReached();
+}
+
+void SerialPort::setReceiveThreshold(int bytes) {
+  receiveThreshold_ = bytes;
+  raiseIfReached();
+}
+
+void SerialPort::raiseIfReached() {
+  if (thresholdReached()) {
     receiveEvent_.raise();
   }
+}
+
+bool SerialPort::thresholdReached() const {
+  return receiveThreshold_ > 0 && waiting_.size() >= static_cast<std::size_t>(receiveThreshold_);
 }
 
 void SerialPort::requireOpen() const {

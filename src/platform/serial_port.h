@@ -56,8 +56,8 @@ class SerialPort {
   void setHandshake(Handshake handshake);
   /// Size of the output buffer in bytes; one smaller than 64 also bounds how far writing runs ahead of the line.
   void setOutBufferSize(int bytes) { outBufferSize_ = bytes; }
-  /// Number of waiting bytes from which an arrival raises OnComm; 0 for no events.
-  void setReceiveThreshold(int bytes) { receiveThreshold_ = bytes; }
+  /// Number of waiting bytes from which OnComm is raised, by an arrival or by setting this; 0 for no events.
+  void setReceiveThreshold(int bytes);
   /// Kept for the record: 0 means that no send events are wanted, and none are made.
   void setSendThreshold(int bytes) { sendThreshold_ = bytes; }
 
@@ -67,7 +67,7 @@ class SerialPort {
   /// Opens the port. Throws Failure with the platform's words when it is missing, in use, not permitted, or open already.
   void Open();
   /// Lets what was written leave the line (for at most half a second when the unit holds it back), then closes. Bytes that wait
-  /// are dropped. Runs no handler. No effect on a closed port.
+  /// are dropped, those of a port that was lost too. Runs no handler.
   void Close();
   [[nodiscard]] bool IsOpen() const { return open_; }
 
@@ -81,11 +81,14 @@ class SerialPort {
   void Write(ByteSpan bytes);
   void Write(std::initializer_list<std::uint8_t> bytes) { Write(ByteSpan(bytes.begin(), bytes.size())); }
 
-  /// Receive event: bytes have arrived, and at least as many as the threshold wait.
+  /// Receive event: at least as many bytes as the threshold wait.
   std::function<void()> OnComm;
 
  private:
   void take(ByteSpan bytes);
+  void raiseIfReached();
+  [[nodiscard]] bool thresholdReached() const;
+  void drain();
   void requireOpen() const;
   void waitForRoom(std::size_t count);
   void waitWhileHeldBack(std::size_t limit);

@@ -52,6 +52,7 @@ TEST_F(PortDiscoveryTest, TheFirstPortWithAUnitIsTaken) {
   world_.wires.add(2).openFailure = Failure(failure_number::kPortInUse, "The port is in use");
   FakeUnit& unit = unitOn(3);
   FakeUnit& other = unitOn(7);
+  receive_.ExpectFrameEnd = true;  // left by a flash run that broke off
   search();
   EXPECT_EQ(boxes(), "[LWX Firmlane: COM3 found, now Connecting]");
   EXPECT_EQ(world_.screen.boxes()[0].icon, MessageIcon::Information);

@@ -77,6 +77,11 @@ TEST_F(VersionReadoutTest, AnOldReceiverIsFoundAtTheOldSpeed) {
   EXPECT_EQ(unit.count(kReset), 0) << "no reset link at the old speed";
   EXPECT_EQ(state_.VerDspMajor, 2);
   EXPECT_NEAR(static_cast<double>(world_.time.now()) / kSecond, 2.4, 0.2);
+
+  form_.Show();
+  EXPECT_EQ(world_.host.click(form_.Command1), std::nullopt);
+  world_.run(kSecond);
+  EXPECT_TRUE(state_.LegacyLink) << "what was read stays true of it";
 }
 
 TEST_F(VersionReadoutTest, VelarcsAreReadAtTheirSpeed) {

@@ -74,6 +74,10 @@ TEST_F(FormsTest, ActionsAreRefusedWithTheirReason) {
   EXPECT_EQ(host_.type(form1_.txtNum, "1"), "not visible");
   EXPECT_EQ(host_.answer(MessageButton::OK), "no message box");
 
+  world_.frmPort.OnLoad = [&] {
+    world_.queue.PumpEvents();
+    EXPECT_EQ(host_.click(form1_.Command3), "blocked by frmPort") << "a click while it loads would start over below it";
+  };
   world_.after(kSecond, [&] {
     EXPECT_EQ(host_.click(form1_.Command3), "blocked by frmPort");
     EXPECT_EQ(host_.close(form1_), "blocked by frmPort");

@@ -94,12 +94,26 @@ TEST_F(SerialPortTest, TheEventComesWhenTheThresholdIsReachedAndOncePerPass) {
   wire_.deliver(Bytes(20, 0x41));
   world_.run(kMillisecond);
   EXPECT_EQ(seen, std::vector<std::size_t>{29});
+
+  wire_.deliver(Bytes(9, 0x41));
+  port_.Read();
+  wire_.deliver(Bytes(3, 0x41));
+  world_.run(kMillisecond);
+  EXPECT_EQ(seen.size(), 1U) << "the event was for bytes that somebody else has read; a frame would be torn";
+  port_.setReceiveThreshold(1);
+  world_.run(kMillisecond);
+  EXPECT_EQ(seen.back(), 3U) << "they stood in front of the next frame";
 }
 
 TEST_F(SerialPortTest, APulledAdapterIsAClosedPortThatSaysSo) {
+  port_.setReceiveThreshold(1);
+  port_.OnComm = [] { ADD_FAILURE() << "bytes of a closed port"; };
   port_.Open();
+  wire_.deliver(Bytes(1, 0x41));
   wire_.vanish();
   EXPECT_FALSE(port_.IsOpen());
+  port_.Close();
+  world_.run(kMillisecond);
   try {
     port_.Write({1});
     FAIL() << "wrote to a port that is gone";

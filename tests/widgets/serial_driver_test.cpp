@@ -148,6 +148,15 @@ TEST_F(RealLine, HangUpClosesThePortAndCostsNoProcessorTime) {
   EXPECT_LT(std::clock() - before, CLOCKS_PER_SEC / 20);
 }
 
+TEST_F(RealLine, AHangUpThatANewSpeedFindsOutClosesThePort) {
+  port.Open();
+  pty.hangUp();
+  port.setSettings("9600,N,8,1");
+  port.setHandshake(Handshake::XonXoff);
+  EXPECT_FALSE(port.IsOpen());
+  port.Close();
+}
+
 TEST_F(RealLine, OpenTellsWhatIsWrong) {
   EXPECT_EQ(openFailure(4), "There is no serial port COM 4 (/dev/firmlane-no-such-device) (#2)");
   EXPECT_EQ(openFailure(5), "There is no serial port COM 5 (#2)");

@@ -132,6 +132,9 @@ void QtSerialDriver::open(int number, const LineSettings& settings) {
 void QtSerialDriver::configure(const LineSettings& settings) {
   if (port_) {
     port_->setBaudRate(settings.baud);
+  }
+  // That may have found out that the device has gone.
+  if (port_) {
     port_->setFlowControl(flowControl(settings.handshake));
   }
 }
