@@ -109,8 +109,14 @@ void Form::Show() {
 void Form::ShowModal() {
   // A form that passes events as it loads is modal from then on: the second half of a double click must not start over below it.
   host_.modalAnnounced(*this);
-  Load();
+  try {
+    Load();
+  } catch (...) {
+    host_.modalWithdrawn(*this);
+    throw;
+  }
   if (!Loaded) {
+    host_.modalWithdrawn(*this);
     return;
   }
   Visible = true;

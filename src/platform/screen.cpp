@@ -135,6 +135,8 @@ void FormHost::modalAnnounced(Form& form) {
   modal_.push_back(&form);
 }
 
+void FormHost::modalWithdrawn(Form& form) { std::erase(modal_, &form); }
+
 void FormHost::formShown(Form& form, bool modal) {
   if (!modal && !onScreen_.empty() && onScreen_.front() == &form) {
     return;  // it is on top already

@@ -96,6 +96,8 @@ class FormHost {
 
   /// The form will be on screen in a moment, and refuses user actions on the others already.
   void modalAnnounced(Form& form);
+  /// It will not be, after all.
+  void modalWithdrawn(Form& form);
   void formShown(Form& form, bool modal);
   void formHidden(Form& form);
   void formUnloaded(Form& form);
