@@ -31,7 +31,14 @@ void FlashRun::ConnectVelarc() {
     return;
   }
   openPort();
-  runStates();
+  try {
+    runStates();
+  } catch (const Failure&) {
+    // Outside of the senders, as before a front panel's first batch, a port that fails ends the run itself.
+    state_.TimedOut = true;
+    outcomes_.NoVerdict();
+    throw;
+  }
 }
 
 void FlashRun::runStates() {

@@ -29,7 +29,7 @@ class FlashRun {
 
   /// Programs the processor FlashTarget through port ComPort, and returns when that is over in one way or other. TimedOut,
   /// FlashPhase, WizardPage and the page text tell how; the port is then closed, unless it was open before. Throws Failure when
-  /// the port cannot be opened.
+  /// the port cannot be opened, and when it fails where no sender tells the user; it is closed then too.
   void ConnectVelarc();
 
  private:

@@ -31,6 +31,9 @@ bool FrontImageLoader::OpenConvertedFile() {
   try {
     readConverted();
   } catch (const Failure& failure) {
+    if (velarcImage_) {
+      state_.FrontImage.clear();
+    }
     notes_.note("Unable to open firmware file!", 0, "Failed to open firmware file, the error is: " + numbered(failure));
     return tell(failure);
   }
@@ -47,11 +50,13 @@ void FrontImageLoader::readConverted() {
   }
   requireDigitText(field, kConvertedFile);
   state_.FrontImage = field;
+  velarcImage_ = false;
   state_.FrontCodeBytes = codeBytes(field);
 }
 
 bool FrontImageLoader::LoadFrontImage() {
   SRecordText.clear();
+  velarcImage_ = true;
   if (OpenFile() && ConvertFile()) {
     return true;
   }

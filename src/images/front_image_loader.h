@@ -19,7 +19,8 @@ class FrontImageLoader {
 
   // All of these return whether what they were asked for stands ready. When it does not, the user has been told.
 
-  /// Reads the image of the wireless Front. After a failure FrontImage holds what it held before.
+  /// Reads the image of the wireless Front. After a failure FrontImage holds what it held before, but never the image of Front A
+  /// and Front B: that one is nothing for this panel.
   bool ConvertFront();
   bool OpenConvertedFile();
 
@@ -46,6 +47,7 @@ class FrontImageLoader {
   const DebugNotes& notes_;
   RunState& state_;
   Form1& form1_;
+  bool velarcImage_ = false;  // FrontImage is that of Front A and Front B
 };
 
 }  // namespace firmlane

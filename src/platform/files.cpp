@@ -130,18 +130,15 @@ void replaceWhole(const std::string& path, ByteSpan content, bool durably) {
 std::string Files::programDirectory() const { return directory_.string(); }
 
 std::string Files::path(const std::string& name) const {
-  const fs::path exact = directory_ / name;
+  // Where two spellings stand side by side each name means the same one of them: what a download stores is what is sent.
   std::error_code error;
-  if (fs::exists(exact, error)) {
-    return exact.string();
-  }
   std::optional<fs::path> found;
   for (fs::directory_iterator entry(directory_, error), end; !error && entry != end; entry.increment(error)) {
     if (sameButForCase(entry->path().filename().string(), name) && (!found || entry->path() < *found)) {
       found = entry->path();
     }
   }
-  return found.value_or(exact).string();
+  return found.value_or(directory_ / name).string();
 }
 
 std::int64_t Files::length(const std::string& path) {

@@ -288,6 +288,7 @@ TEST_F(PagesTest, AFrontPanelWithoutAnImageIsNotErased) {
     EXPECT_THAT(log_, ElementsAre(std::string(c.product) == "WS" ? "convert" : "load Velarc front"));
     EXPECT_TRUE(state_.TimedOut);
     EXPECT_EQ(state_.WizardPage, 5);
+    EXPECT_THAT(top(), testing::StartsWith("If you are ready to Update")) << "nothing waits for the unit";
   }
 }
 

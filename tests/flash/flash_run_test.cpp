@@ -39,6 +39,7 @@ TEST_F(FlashRunTest, EachProcessorGetsItsLinkItsCommandAndItsImage) {
     fly(c.product, c.target, {.announces = c.announces, .image = c.wire, .baud = c.baud});
     EXPECT_EQ(loader_.wanted, c.want) << c.target;
     EXPECT_EQ(loader_.image.size(), c.wire) << c.file;
+    EXPECT_EQ(loader_.handshake, std::string(c.file).ends_with(".s19") ? Handshake::Rts : Handshake::None) << c.file;
     EXPECT_EQ(ending(), "3 page 7 -timedout -port +next -watchdog -timer1 +bar") << c.product << c.target;
     EXPECT_TRUE(receivePath_.FlashSucceeded);
   }
@@ -265,6 +266,38 @@ TEST_F(FlashRunTest, APulledAdapterEndsEachWaitInItsLimit) {
     EXPECT_NEAR(seconds("", kStopped), c.seconds, 2) << c.target << c.pulledAt;
     EXPECT_EQ(world_.screen.boxes().size() - before, c.boxes);
     EXPECT_EQ(state_.WizardPage, 5);
+  }
+}
+
+TEST_F(FlashRunTest, AnAdapterPulledBeforeAPanelsFirstByteEndsTheRun) {
+  frontImage(64);
+  world_.screen.onChange = [this](Control& control) {
+    if (&control == &form1_.lblTop && top().starts_with(kSending)) {
+      world_.after(5 * kMillisecond, [this] { wire_.vanish(); });
+    }
+  };
+  EXPECT_THROW(fly("WS", "FrontFlash", {.announces = 80}), Failure);
+  EXPECT_EQ(ending(), "2 page 5 +timedout -port +next -watchdog -timer1 -bar");
+}
+
+TEST_F(FlashRunTest, AUnitThatHoldsTheLineHasAMinute) {
+  image("RFSL.s19", 5000);
+  for (const bool forGood : {false, true}) {
+    // The image takes 5 s, of which one has gone when the unit stops it.
+    world_.after(5 * kSecond, [this] { wire_.holdBack(true); });
+    if (!forGood) {
+      world_.after((5 + 55) * kSecond, [this] { wire_.holdBack(false); });
+    }
+    fly("WS", "RF1Flash", {.announces = 48, .image = 5000});
+    if (forGood) {
+      EXPECT_EQ(world_.screen.boxes().back().text, "Error encountered while trying to open file, please retry.");
+      EXPECT_NEAR(seconds(kSending, kStopped), 1 + 60 + 60, 1) << "the write gives up, and then the verdict does not come";
+      EXPECT_EQ(ending(), "2 page 5 +timedout -port +next -watchdog -timer1 -bar");
+    } else {
+      EXPECT_EQ(loader_.image.size(), 5000U);
+      EXPECT_NEAR(seconds(kSending, "Congratulations!"), 5 + 55 + 1, 1);
+      EXPECT_TRUE(world_.screen.boxes().empty());
+    }
   }
 }
 

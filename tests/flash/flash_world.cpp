@@ -40,6 +40,7 @@ void BootLoader::take(std::uint8_t byte) {
     return;
   }
   image.push_back(byte);
+  handshake = wire_.settings()->handshake;
   takeImage();
 }
 

@@ -37,6 +37,8 @@ class BootLoader {
   /// What it heard since it announced itself: the want-to-program frame, and the image.
   std::string wanted;
   Bytes image;
+  /// The program's handshake when it heard the last byte.
+  Handshake handshake = Handshake::None;
 
  private:
   void take(std::uint8_t byte);

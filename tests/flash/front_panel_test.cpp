@@ -45,6 +45,7 @@ TEST_F(FrontPanelTest, TheDialogueFollowsWhatThePanelAsksFor) {
     }
     EXPECT_EQ(heard(), wire) << c.what;
     EXPECT_EQ(loader_.wanted, "02 00 00 00 1E 50 6E 3E 3E");
+    EXPECT_EQ(loader_.handshake, Handshake::XonXoff);
     EXPECT_EQ(state_.WizardPage, 7) << c.what;
   }
 }

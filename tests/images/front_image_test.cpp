@@ -84,6 +84,12 @@ TEST_F(FrontImageTest, AConvertedFileOfAnotherShapeIsToldAndLeavesTheImage) {
   }
 }
 
+TEST_F(FrontImageTest, TheImageOfAVelarcDoesNotServeAReceiver) {
+  ASSERT_TRUE(load(std::string(kHead) + "S10400003FBC\r\n" + kEnd));
+  EXPECT_FALSE(loader_.ConvertFront());
+  EXPECT_EQ(state_.FrontImage, "");
+}
+
 TEST_F(FrontImageTest, AMissingConvertedFileIsToldAndNotedInTheDebugView) {
   const std::string path = world_.files.path("FNTLCDc.s19");
   EXPECT_FALSE(loader_.ConvertFront());

@@ -15,6 +15,8 @@ TEST(FilesTest, NamesAreFoundWithoutRegardToCase) {
   Files::replaceText(files.path("hubsl.S19"), "S1");
   EXPECT_EQ(directory.read("HUBSL.s19"), "S1");
   EXPECT_FALSE(directory.has("hubsl.S19"));
+  directory.write("hubSL.s19", "another");
+  EXPECT_EQ(files.path("hubSL.s19"), files.path("HUBSL.s19")) << "two spellings side by side are still one file";
   EXPECT_EQ(files.path("new.bin"), (directory.path() / "new.bin").string());
 }
 

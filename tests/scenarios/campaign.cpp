@@ -12,9 +12,9 @@ constexpr Micros kRunLength = 450 * kSecond;
 // Longer than any limit in the program, so what can end has ended.
 constexpr Micros kCalm = 200 * kSecond;
 
-constexpr const char* kFaults[] = {"silent",       "wrong-checksum", "late-answer",   "late-erase",
-                                   "late-verdict", "refuses",        "refuses-erase", "drops-acknowledgements",
-                                   "dies",         "early-verdict",  "no-verdict",    "noise"};
+constexpr const char* kFaults[] = {
+    "silent", "wrong-checksum", "late-answer", "late-erase", "late-verdict", "refuses", "refuses-erase", "drops-acknowledgements",
+    "dies",   "early-verdict",  "no-verdict",  "holds-line", "noise"};
 
 const std::vector<const char*>& models(Line line) {
   static const std::vector<const char*> wireless = {"lwx51", "lwx52", "lwx51qdr", "lwx52qdr", "lwx9600"};

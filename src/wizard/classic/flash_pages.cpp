@@ -114,8 +114,12 @@ void PageEngine::prepareFlash() {
   for (int i = 0; i < form1_.Option1.count(); ++i) {
     form1_.Option1(i).Hide();
   }
+  form1_.lblTop.Caption = readyText();
+}
+
+std::string PageEngine::readyText() const {
   const std::string unit = state_.ProductCode == "VC" ? "Vel-Arc" : "receiver";
-  form1_.lblTop.Caption = "If you are ready to Update the firmware in your " + unit + " now, click on Next\r\r";
+  return "If you are ready to Update the firmware in your " + unit + " now, click on Next\r\r";
 }
 
 void PageEngine::showVersions() {
@@ -186,6 +190,7 @@ void PageEngine::flash() {
     } else {
       state_.TimedOut = true;
       state_.WizardPage = 5;
+      form1_.lblTop.Caption = readyText();
       form1_.ProgressBar1.Hide();
     }
   } catch (const Failure&) {

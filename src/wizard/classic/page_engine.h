@@ -71,6 +71,7 @@ class PageEngine {
   void openAutoWizard(AutoForm& wizard);
   void fetchList(int page, const std::function<void()>& fetch);
   void prepareFlash();
+  [[nodiscard]] std::string readyText() const;
   void showVersions();
   void askPowerOff();
   void flash();
