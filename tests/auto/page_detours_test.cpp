@@ -282,11 +282,12 @@ TEST_F(DetoursTest, AdvancedOptionsShowTheSelections) {
   }
 }
 
-TEST_F(DetoursTest, RecoveryCanEndTheProgram) {
+TEST_F(DetoursTest, APortThatIsLostLeadsToRecoveryAtOnceAndRecoveryCanEndTheProgram) {
   state.PortChosen = true;
   world.unit = nullptr;
   world.open(form, false, true);
-  world.clickLater(31 * kSecond, world.frmRecover.btnExit);
+  world.after(3 * kSecond, [&] { world.frmVersion.Timer1.stop(); });  // the adapter is pulled
+  world.clickLater(4 * kSecond, world.frmRecover.btnExit);
   EXPECT_THROW(world.click(form.btnNext), ProgramEnded);
 }
 

@@ -82,10 +82,13 @@ bool UnitReading::loadVersion() {
   return setting_.frmVersion.Loaded;
 }
 
+/// A readout whose clock has stopped asks no more: its port was lost, and the user knows.
+bool UnitReading::stillAsking() const { return setting_.frmVersion.Timer1.enabled(); }
+
 void UnitReading::awaitVersions() {
   EventQueue& queue = setting_.host.queue();
   Micros ReadTicks = 0;
-  while (!setting_.state.VersionsComplete && !setting_.state.ReadTimedOut) {
+  while (!setting_.state.VersionsComplete && !setting_.state.ReadTimedOut && stillAsking()) {
     const Micros before = queue.now();
     queue.waitEventsUntil(before + kBarRest);
     ReadTicks = (ReadTicks + (queue.now() - before) / kPass) % kSweep;
@@ -107,8 +110,7 @@ bool UnitReading::readAgain() {
     return false;
   }
   while (!setting_.state.VersionsComplete) {
-    // A readout whose clock has stopped asks no more: its port was lost.
-    if (!setting_.frmVersion.Timer1.enabled()) {
+    if (!stillAsking()) {
       finish();
       return false;
     }

@@ -42,6 +42,7 @@ class UnitReading {
   [[nodiscard]] bool loadVersion();
   [[nodiscard]] bool readOnce();
   [[nodiscard]] bool isRead() const;
+  [[nodiscard]] bool stillAsking() const;
   void awaitVersions();
   void askUser();
 
