@@ -11,7 +11,7 @@ struct FaultName {
   bool Faults::*field;
 };
 
-constexpr std::array<FaultName, 13> kFaults = {{
+constexpr std::array<FaultName, 14> kFaults = {{
     {"silent", &Faults::silent},
     {"wrong-checksum", &Faults::wrongChecksum},
     {"late-answer", &Faults::lateAnswer},
@@ -24,6 +24,7 @@ constexpr std::array<FaultName, 13> kFaults = {{
     {"early-verdict", &Faults::earlyVerdict},
     {"no-verdict", &Faults::noVerdict},
     {"holds-line", &Faults::holdsLine},
+    {"wrong-read-back", &Faults::wrongReadBack},
     {"noise", &Faults::noise},
 }};
 
@@ -79,6 +80,14 @@ void spoilFrame(Bytes& frame, std::size_t checksumAt, const Faults& faults, std:
       byte = static_cast<std::uint8_t>(random());
     }
     frame.insert(frame.begin(), noise.begin(), noise.end());
+  }
+}
+
+void spoilReadBack(std::int32_t& number, Faults& faults) {
+  constexpr int kTimes = 2;
+  if (faults.wrongReadBack) {
+    number ^= 1;
+    faults.wrongReadBack = ++faults.wrongReadBacks % kTimes != 0;
   }
 }
 

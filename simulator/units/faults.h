@@ -23,7 +23,9 @@ struct Faults {
   bool earlyVerdict = false;           // gives its verdict after the first 200 bytes of an image
   bool noVerdict = false;              // takes the image and says nothing
   bool holdsLine = false;              // holds the program back for good after the first 200 bytes of an image
+  bool wrongReadBack = false;          // reports another serial number than it was given, twice
   bool noise = false;                  // sends a few random bytes before each frame
+  int wrongReadBacks = 0;              // reported so far
 };
 
 /// Sets one fault by its name, such as "wrong-checksum"; "late" sets all three kinds, "none" clears everything. False for an
@@ -36,5 +38,7 @@ std::string faultsText(const Faults& faults);
 
 /// Does to a frame what the faults wrong-checksum and noise say. `checksumAt` is the checksum's index.
 void spoilFrame(Bytes& frame, std::size_t checksumAt, const Faults& faults, std::minstd_rand& random);
+/// Does to the answer's serial number what the fault wrong-read-back says, and ends it after the second.
+void spoilReadBack(std::int32_t& number, Faults& faults);
 
 }  // namespace firmlane::sim

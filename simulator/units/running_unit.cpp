@@ -86,6 +86,8 @@ std::optional<UnitAnswer> answerTo(const HeardFrame& command, UnitState& unit) {
   }
 }
 
+bool isSetSerial(const HeardFrame& command) { return command.end == FrameEnd::Run && command.code == kSetSerial; }
+
 bool isForceReset(const HeardFrame& command) { return command.end == FrameEnd::Run && command.code == kForceReset; }
 
 }  // namespace firmlane::sim

@@ -18,6 +18,8 @@ struct UnitAnswer {
 /// Carries out a command and gives the answer; nothing for a command without an answer, an unknown one, or one for another unit.
 std::optional<UnitAnswer> answerTo(const HeardFrame& command, UnitState& unit);
 
+/// The command that stores a serial number.
+bool isSetSerial(const HeardFrame& command);
 /// The command that restarts the unit as if it were switched off and on.
 bool isForceReset(const HeardFrame& command);
 

@@ -183,9 +183,12 @@ void Unit::hearCommand(const HeardFrame& frame) {
   }
   const std::int32_t serial = state_.serial;
   const int presetLoads = state_.presetLoads;
-  const std::optional<UnitAnswer> answer = answerTo(frame, state_);
+  std::optional<UnitAnswer> answer = answerTo(frame, state_);
   if (state_.serial != serial) {
     happened("stored", "serial number " + std::to_string(state_.serial));
+  }
+  if (answer && isSetSerial(frame)) {
+    spoilReadBack(answer->address, faults);
   }
   if (state_.presetLoads != presetLoads) {
     happened("stored", "preset 0");

@@ -53,6 +53,18 @@ TEST(RunningUnitTest, StoresSerialNumberAndConfirmsInEightBytes) {
   EXPECT_EQ(bench.unit.state().presetLoads, 1);
 }
 
+TEST(RunningUnitTest, ReportsAnotherSerialNumberTwiceWhenToldTo) {
+  Bench bench("lwx51", 57600);
+  bench.unit.startRunning();
+  for (int round = 0; round < 2; ++round) {
+    ASSERT_TRUE(setFault(bench.unit.faults, "wrong-read-back"));
+    for (const char* answer : {"02 07 44 41 60 27 13 3E", "02 07 44 41 60 27 13 3E", "02 07 44 40 60 27 12 3E"}) {
+      EXPECT_EQ(bench.ask("02 00 00 00 27 07 44 40 00 00 00 32 80"), answer);
+      EXPECT_EQ(bench.unit.state().serial, 123456);
+    }
+  }
+}
+
 TEST(RunningUnitTest, IgnoresCommandsWithWrongChecksumAndAnswersTheNextOne) {
   Bench bench("lwx51", 57600);
   bench.unit.startRunning();

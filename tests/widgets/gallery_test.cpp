@@ -53,6 +53,13 @@ TEST_F(Gallery, EveryFormHasAWindowThatFindsItsControls) {
   }
 }
 
+TEST_F(Gallery, TheAboutBoxStandsInTheCornerOfTheMainForm) {
+  form1.Show();
+  frmAbout.Show();
+  settle();
+  EXPECT_EQ(screen.window(frmAbout)->pos(), screen.window(form1)->pos());
+}
+
 TEST_F(Gallery, AWindowGrowsForATextThatNeedsMoreRoom) {
   form1.Show();
   settle();

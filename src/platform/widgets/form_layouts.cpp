@@ -19,8 +19,8 @@ constexpr Layout kLayouts[] = {
     {"Form1", WindowRole::Main, layOutForm1},          {"frmAuto", WindowRole::Main, layOutWizard},
     {"frmVRCAuto", WindowRole::Main, layOutWizard},    {"frmPort", WindowRole::Dialog, layOutPort},
     {"frmVersion", WindowRole::Dialog, layOutVersion}, {"frmRecover", WindowRole::Dialog, layOutRecover},
-    {"frmAbout", WindowRole::Dialog, layOutAbout},     {"frmInHouse", WindowRole::Main, layOutInHouse},
-    {"frmDBUG", WindowRole::Dialog, layOutDebug},      {"newserial", WindowRole::Dialog, layOutSerial},
+    {"frmAbout", WindowRole::Corner, layOutAbout},     {"frmInHouse", WindowRole::Main, layOutInHouse},
+    {"frmDBUG", WindowRole::Aside, layOutDebug},       {"newserial", WindowRole::Dialog, layOutSerial},
 };
 
 constexpr Layout kOther = {"", WindowRole::Dialog, layOutColumn};

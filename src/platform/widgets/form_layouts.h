@@ -17,8 +17,10 @@ struct LayoutContext {
 
 /// What a window is to the user's desktop.
 enum class WindowRole {
-  Main,   ///< stands by itself, in the middle of the screen
-  Dialog  ///< belongs to the window below it; Esc closes it
+  Main,    ///< stands by itself, in the middle of the screen
+  Aside,   ///< stands by itself too, and leaves a main window its place
+  Dialog,  ///< belongs to the window below it; Esc closes it
+  Corner   ///< a dialog in the upper left corner of the window below it
 };
 
 /// Fills the window by the layout of its form's name; a form without one of its own has its controls in a column.

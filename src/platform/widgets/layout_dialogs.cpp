@@ -141,7 +141,7 @@ void layOutDebug(FormWindow& window, const LayoutContext& /*context*/) {
     const char* name;
     const char* value;
   };
-  auto* layout = dialog(window, 460);
+  auto* layout = dialog(window, 540);
   layout->addWidget(written(window["Label1"], 1.1, true));
   auto* table = spaced(new QGridLayout);
   table->setHorizontalSpacing(24);
@@ -152,8 +152,8 @@ void layOutDebug(FormWindow& window, const LayoutContext& /*context*/) {
     table->addWidget(dimmed(window[name]), next, 0);
     table->addWidget(window[value], next++, 1);
   }
-  table->setColumnStretch(0, 3);
-  table->setColumnStretch(1, 2);
+  table->setColumnStretch(0, 1);
+  table->setColumnStretch(1, 1);
   layout->addLayout(table);
   layout->addStretch();
 }

@@ -68,7 +68,7 @@ QLayout* contactForm(FormWindow& window) {
 QLayout* factory(FormWindow& window) {
   auto* part = column();
   part->addLayout(framed(window, "frmModel", "Option3", 4));
-  part->addWidget(window["lblResetSerial"]);
+  part->addWidget(heading(window["lblResetSerial"]));
   part->addLayout(row({window["lblSerial"], window["txtNum"], window["btnSerial"], nullptr}));
   window.nameBy("lblSerial", "txtNum");
   part->addLayout(row({window["btnSN"], window["btnMic"], nullptr}));

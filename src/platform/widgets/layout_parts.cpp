@@ -3,7 +3,6 @@
 namespace firmlane {
 
 namespace {
-constexpr QSize kWizardSize(780, 560);
 constexpr int kCoverWidth = 164;
 constexpr int kPageLetters = 74;  // the page is at least so many letters wide, so that set lines stay lines
 }  // namespace

@@ -14,6 +14,8 @@ namespace firmlane {
 
 inline constexpr int kMargin = 18;
 inline constexpr int kSpacing = 10;
+/// In which a wizard's window comes up.
+inline constexpr QSize kWizardSize(780, 560);
 
 template <typename Layout>
 Layout* spaced(Layout* layout) {

@@ -9,6 +9,7 @@
 
 #include "platform/widgets/display_text.h"
 #include "platform/widgets/form_layouts.h"
+#include "platform/widgets/layout_parts.h"
 
 namespace firmlane {
 
@@ -57,6 +58,14 @@ QMessageBox::Icon shownIcon(MessageIcon icon) {
   return QMessageBox::NoIcon;
 }
 
+/// As far as the screen has room.
+void moveInside(QWidget& window, QPoint corner) {
+  const QRect room = window.screen()->availableGeometry();
+  const QSize size = window.frameGeometry().size();
+  window.move(std::clamp(corner.x(), room.left(), std::max(room.left(), room.right() + 1 - size.width())),
+              std::clamp(corner.y(), room.top(), std::max(room.top(), room.bottom() + 1 - size.height())));
+}
+
 }  // namespace
 
 WidgetScreen::WidgetScreen(std::function<std::string(int)> portHint) : portHint_(std::move(portHint)) {
@@ -90,11 +99,28 @@ FormWindow& WidgetScreen::windowFor(Form& form) {
   }
   FormWindow& made = *windows_.emplace(&form, std::make_unique<FormWindow>(form)).first->second;
   const WindowRole role = layOut(made, {portHint_});
-  made.setEscapeCloses(role == WindowRole::Dialog);
-  made.setProperty("dialog", role == WindowRole::Dialog);
+  const bool dialog = role == WindowRole::Dialog || role == WindowRole::Corner;
+  made.setEscapeCloses(dialog);
+  made.setProperty("dialog", dialog);
+  made.setProperty("aside", role == WindowRole::Aside);
   made.refreshAll();
   place(made);
+  moveAside(made, role);
   return made;
+}
+
+/// What does not stand in the middle: the about box, the debug view, and the wizard that comes up beside it.
+void WidgetScreen::moveAside(FormWindow& window, WindowRole role) const {
+  const QWidget* below = topWindow(&window);
+  if (role == WindowRole::Corner && below != nullptr) {
+    window.move(below->pos());
+  } else if (role == WindowRole::Aside) {
+    // Left of the main window's middle by half that window, and by 1 / 2.5 of it.
+    const QPoint middle = window.frameGeometry().center();
+    moveInside(window, middle - QPoint(kWizardSize.width() * 9 / 10, kWizardSize.height() / 2));
+  } else if (role == WindowRole::Main && below != nullptr && below->property("aside").toBool()) {
+    moveInside(window, below->frameGeometry().topRight());
+  }
 }
 
 /// A dialog stands in the middle of the window it came from; so does a main window that takes another one's place.

@@ -15,6 +15,8 @@
 
 namespace firmlane {
 
+enum class WindowRole;
+
 class WidgetScreen : public Screen {
  public:
   /// `portHint` gives the text beside a port number, empty for a number without hardware. Needs a QApplication.
@@ -46,6 +48,7 @@ class WidgetScreen : public Screen {
  private:
   FormWindow& windowFor(Form& form);
   void place(FormWindow& window) const;
+  void moveAside(FormWindow& window, WindowRole role) const;
   [[nodiscard]] QWidget* topWindow(const QWidget* except) const;
   void gather();
   void showPointer() const;
