@@ -47,7 +47,9 @@ struct ProductionLine : testing::Test {
   void nameUnit() {
     simulator.must("power off");
     simulator.must("power on");
-    console->must("sleep 8");
+    for (int second = 0; second < 60 && unit()["phase"] != "running"; ++second) {
+      console->must("sleep 1");
+    }
     next();
     next();
     next();
