@@ -16,7 +16,7 @@ void frameWizard(FormWindow& window, PictureWidget& cover, QVBoxLayout* page, QL
   page->setContentsMargins(kMargin + 6, kMargin + 2, kMargin + 6, kMargin);
   buttons->setContentsMargins(kMargin, kSpacing + 2, kMargin + 6, kMargin - 4);
 
-  auto* paper = new QWidget;
+  auto* paper = new QWidget(&window);  // of this window from the start: its widgets keep their turn for Tab
   paper->setBackgroundRole(QPalette::Base);
   paper->setAutoFillBackground(true);
   paper->setLayout(page);
