@@ -194,7 +194,6 @@ bool Remark::eventFilter(QObject* watched, QEvent* event) {
 }
 
 LineList::LineList(QWidget* parent) : QListWidget(parent) {
-  setUniformItemSizes(true);
   setAlternatingRowColors(true);
   QObject::connect(this, &QListWidget::currentRowChanged, this, [this](int row) {
     if (!quiet_ && picked && row >= 0) {
@@ -213,7 +212,7 @@ void LineList::setLines(const QStringList& lines, int current) {
     clear();
     for (const QString& line : lines) {
       auto* entry = new QListWidgetItem(line, this);  // NOLINT(cppcoreguidelines-owning-memory): the list owns it
-      entry->setSizeHint({0, fontMetrics().height() + kLineAir});
+      entry->setSizeHint({fontMetrics().horizontalAdvance(line) + kLineAir, fontMetrics().height() + kLineAir});
     }
   }
   setCurrentRow(current);
