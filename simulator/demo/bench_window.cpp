@@ -1,8 +1,9 @@
 #include "demo/bench_window.h"
 
 #include <QCloseEvent>
-#include <QFormLayout>
 #include <QHeaderView>
+#include <QPainter>
+#include <QScreen>
 #include <QVBoxLayout>
 
 #include "units/faults.h"
@@ -16,6 +17,20 @@ constexpr int kWidth = 340;
 constexpr double kTitleScale = 1.4;
 
 QString text(const std::string& string) { return QString::fromStdString(string); }
+
+/// The lamp of the power switch.
+QIcon lamp(bool lit) {
+  constexpr int kSide = 64;
+  QPixmap pixmap(kSide, kSide);
+  pixmap.fill(Qt::transparent);
+  QPainter painter(&pixmap);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(QPen(QColor(0, 0, 0, 90), 4));
+  painter.setBrush(lit ? QColor(0x3c, 0xb3, 0x71) : QColor(0x8a, 0x93, 0x99));
+  painter.drawEllipse(8, 8, kSide - 16, kSide - 16);
+  painter.end();
+  return {pixmap};
+}
 
 QLabel* makeTitle(const QString& caption) {
   auto* title = new QLabel(caption);  // NOLINT(cppcoreguidelines-owning-memory): the layout's window owns it
@@ -33,36 +48,40 @@ BenchWindow::BenchWindow(Unit& unit)
       serial_(new QLabel),
       doing_(new QLabel),
       factory_(new QLabel),
+      facts_(new QFormLayout),
       processors_(new QTableWidget(static_cast<int>(unit.state().processors.size()), 2)),
       received_(new QProgressBar),
       power_(new QPushButton) {
   setWindowTitle(tr("The unit on the bench"));
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(makeTitle(text(unit.state().model->title)));
-  auto* facts = new QFormLayout;
-  facts->addRow(tr("Serial number"), serial_);
-  facts->addRow(tr("Factory data"), factory_);
-  layout->addLayout(facts);
+  facts_->addRow(tr("Serial number"), serial_);
+  facts_->addRow(tr("Factory data"), factory_);
+  layout->addLayout(facts_);
 
   processors_->setHorizontalHeaderLabels({tr("Processor"), tr("Firmware")});
   processors_->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
   processors_->verticalHeader()->hide();
+  processors_->setFixedHeight(processors_->horizontalHeader()->sizeHint().height() + processors_->verticalHeader()->length() +
+                              2 * processors_->frameWidth());
   processors_->setEditTriggers(QAbstractItemView::NoEditTriggers);
   processors_->setSelectionMode(QAbstractItemView::NoSelection);
   processors_->setFocusPolicy(Qt::NoFocus);
   layout->addWidget(processors_);
 
   doing_->setWordWrap(true);
+  doing_->setAlignment(Qt::AlignLeft | Qt::AlignBottom);
   doing_->setMinimumHeight(2 * doing_->fontMetrics().lineSpacing());
-  layout->addWidget(doing_);
+  layout->addWidget(doing_, 1);
   received_->setTextVisible(true);
   layout->addWidget(received_);
   layout->addWidget(makeFaults());
 
-  power_->setCheckable(true);
+  power_->setIconSize(QSize(1, 1) * power_->fontMetrics().height());
   power_->setMinimumHeight(2 * power_->sizeHint().height());
-  connect(power_, &QPushButton::clicked, this, [this](bool on) { switchPower(on); });
+  connect(power_, &QPushButton::clicked, this, [this] { switchPower(!unit_.isOn()); });
   layout->addWidget(power_);
+  power_->setFocus();
 
   gathering_.setSingleShot(true);
   connect(&gathering_, &QTimer::timeout, this, [this] { refresh(); });
@@ -108,13 +127,14 @@ void BenchWindow::refresh() {
   if (!state.microphoneTable.empty()) {
     factory << tr("microphone table of %1 bytes").arg(state.microphoneTable.size());
   }
-  factory_->setText(factory.isEmpty() ? tr("as delivered") : factory.join(QStringLiteral(", ")));
+  factory_->setText(factory.join(QStringLiteral(", ")));
+  facts_->setRowVisible(factory_, !factory.isEmpty());
   showProcessors();
   doing_->setText(text(state.doing()));
   const bool receiving = state.phase == Phase::Receiving || state.phase == Phase::Microphones;
   received_->setRange(0, receiving ? 0 : 1);
   received_->setFormat(receiving ? tr("%1 bytes").arg(state.received) : QString());
-  power_->setChecked(unit_.isOn());
+  power_->setIcon(lamp(unit_.isOn()));
   power_->setText(unit_.isOn() ? tr("Power is on: click to switch off") : tr("Power is off: click to switch on"));
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QComboBox>
+#include <QFormLayout>
 #include <QLabel>
 #include <QProgressBar>
 #include <QPushButton>
@@ -35,6 +36,7 @@ class BenchWindow : public QWidget {
   QLabel* serial_;
   QLabel* doing_;
   QLabel* factory_;
+  QFormLayout* facts_;
   QTableWidget* processors_;
   QProgressBar* received_;
   QPushButton* power_;

@@ -1,6 +1,8 @@
 // The whole program in its windows, as far as it goes without a unit and without a network.
 #include <gmock/gmock.h>
 
+#include <QApplication>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPixmap>
 #include <QPushButton>
@@ -81,6 +83,10 @@ TEST_F(ProgramInWindows, LeadsFromTheWelcomeToTheWirelessWizard) {
   click("Form1", "Command3");
   keep("Form1", "2-product");
   EXPECT_FALSE(widget("Form1", "Command3")->isEnabled());
+  FormWindow* form1 = screen.window(*program.host().form("Form1"));
+  QKeyEvent tab(QEvent::KeyPress, Qt::Key_Tab, Qt::NoModifier);
+  QApplication::sendEvent(form1, &tab);
+  EXPECT_EQ(form1->focusWidget(), widget("Form1", "VRCButton")) << "Tab leads to the page first, not to Exit";
   click("Form1", "LWXButton");
   keep("Form1", "3-task");
   EXPECT_EQ(text("Form1", "lblTop"), "What would you like to do?");
@@ -90,6 +96,7 @@ TEST_F(ProgramInWindows, LeadsFromTheWelcomeToTheWirelessWizard) {
   click("frmAuto", "btnNext");
   keep("frmAuto", "5-options");
   EXPECT_FALSE(widget("frmAuto", "btnNext")->isEnabled());
+  EXPECT_EQ(screen.window(*program.host().form("frmAuto"))->focusWidget(), widget("frmAuto", "ChkOffline"));
   click("frmAuto", "chkReceiver");
   EXPECT_TRUE(widget("frmAuto", "btnNext")->isEnabled());
   when([this] { return shows("frmPort", "Command3"); },

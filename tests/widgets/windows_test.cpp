@@ -137,6 +137,10 @@ TEST_F(Windows, AListTellsEveryClickAndEveryStep) {
   sheet.list.OnClick = [this] { log += std::to_string(sheet.list.ListIndex) + " "; };
   settle();
   auto& list = widget<QListWidget>(sheet.list);
+  QFocusEvent byTab(QEvent::FocusIn, Qt::TabFocusReason);
+  QApplication::sendEvent(&list, &byTab);
+  settle();
+  EXPECT_EQ(log, "") << "coming by with Tab is no choice";
   const QPoint second = list.visualItemRect(list.item(1)).center();
   click(*list.viewport(), second);
   click(*list.viewport(), second);
@@ -191,7 +195,7 @@ TEST_F(Windows, AMessageBoxHoldsEverythingAndAnswers) {
 
 TEST_F(Windows, AModalFormBlocksTheOthersUntilItIsUnloaded) {
   QTimer::singleShot(60, [&] {
-    EXPECT_EQ(screen.window(other)->windowModality(), Qt::ApplicationModal);
+    EXPECT_EQ(screen.window(other)->windowModality(), Qt::WindowModal);
     widget<QPushButton>(sheet.next).click();
     QTimer::singleShot(60, [&] { press(*screen.window(other), Qt::Key_Escape); });
   });

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QDesktopServices>
 #include <QDir>
+#include <QScreen>
 #include <QTemporaryDir>
 #include <QTimer>
 #include <algorithm>
@@ -31,6 +32,7 @@ using namespace firmlane::sim;
 
 constexpr int kPort = 3;
 constexpr int kWrongOption = 2;
+constexpr int kBetween = 16;
 constexpr int kStepMilliseconds = 400;  // of the program's clock between two looks of the player
 constexpr Micros kPlayLimit = Micros{30} * 60 * kSecond;
 
@@ -105,6 +107,16 @@ std::filesystem::path screenshotDirectory(const DemoOptions& options) {
   return directory.path().toStdString();
 }
 
+/// The bench stands to the right of the program's first window, both in the middle of the screen. Where the screen is too narrow
+/// for both, the bench is at its upper right, clear of the buttons.
+void standSideBySide(QWidget& program, QWidget& bench) {
+  const QRect room = bench.screen()->availableGeometry();
+  const int left = room.left() + std::max(0, (room.width() - program.width() - kBetween - bench.width()) / 2);
+  const int right = std::min(left + program.width() + kBetween, room.right() - bench.width());
+  program.move(left, program.y());
+  bench.move(right, program.y());
+}
+
 int run(const DemoOptions& options) {
   const QTemporaryDir directory;
   PtyUnit bench(*options.model, options.speed);
@@ -129,6 +141,9 @@ int run(const DemoOptions& options) {
   window.onClosed = [&platform] { platform.source.requestEnd(); };
   program.start();
   window.show();
+  if (const auto& shown = program.host().onScreen(); !shown.empty()) {
+    standSideBySide(*screen.window(*shown.front()), window);
+  }
 
   std::unique_ptr<Play> play;
   if (options.play) {

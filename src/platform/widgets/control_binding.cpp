@@ -84,7 +84,7 @@ class LabelBinding : public ControlBinding {
 class CommandButtonBinding : public ControlBinding {
  public:
   CommandButtonBinding(CommandButton& button, QWidget* parent)
-      : ControlBinding(button, new QPushButton(parent)), button_(button) {
+      : ControlBinding(button, new RoomyButton(parent)), button_(button) {
     QObject::connect(&view(), &QPushButton::clicked, &context_, [this] { click(); });
   }
 
@@ -235,16 +235,18 @@ class PictureBinding : public ControlBinding {
 
 class FrameBinding : public ControlBinding {
  public:
-  FrameBinding(Frame& frame, QWidget* parent) : ControlBinding(frame, new QGroupBox(parent)), frame_(frame) {}
+  /// A frame without a caption only holds its controls together; a box around them would be a riddle.
+  FrameBinding(Frame& frame, QWidget* parent)
+      : ControlBinding(frame, frame.Caption.get().empty() ? new QWidget(parent) : new QGroupBox(parent)), frame_(frame) {}
 
  protected:
   void showValues() override {
-    view().setTitle(buttonText(frame_.Caption));
-    view().setFlat(frame_.Caption.get().empty());
+    if (auto* box = qobject_cast<QGroupBox*>(widget())) {
+      box->setTitle(buttonText(frame_.Caption));
+    }
   }
 
  private:
-  QGroupBox& view() { return static_cast<QGroupBox&>(*widget()); }
   Frame& frame_;
 };
 

@@ -15,6 +15,7 @@ namespace {
 // The width at which a wrapped caption is taken to stand before its window has one.
 constexpr int kCaptionWidth = 340;
 constexpr int kRemarkWidth = 190;
+constexpr int kLineAir = 8;  // above and below a line of a list
 
 bool isClickOn(const QWidget& widget, const QMouseEvent& event) {
   return event.button() == Qt::LeftButton && widget.rect().contains(event.position().toPoint());
@@ -106,6 +107,12 @@ void PictureWidget::mouseReleaseEvent(QMouseEvent* event) {
   QWidget::mouseReleaseEvent(event);
 }
 
+QSize RoomyButton::sizeHint() const {
+  const QSize usual = QPushButton::sizeHint();
+  const int letter = fontMetrics().averageCharWidth();
+  return {std::max(usual.width(), fontMetrics().horizontalAdvance(text()) + 5 * letter), usual.height() + letter / 2};
+}
+
 OptionWidget::OptionWidget(QWidget* parent) : QRadioButton(parent) { setAutoExclusive(false); }
 
 void OptionWidget::keyPressEvent(QKeyEvent* event) {
@@ -187,8 +194,6 @@ bool Remark::eventFilter(QObject* watched, QEvent* event) {
 }
 
 LineList::LineList(QWidget* parent) : QListWidget(parent) {
-  setUniformItemSizes(true);
-  setSpacing(2);
   setAlternatingRowColors(true);
   QObject::connect(this, &QListWidget::currentRowChanged, this, [this](int row) {
     if (!quiet_ && picked && row >= 0) {
@@ -205,10 +210,31 @@ void LineList::setLines(const QStringList& lines, int current) {
   }
   if (shown != lines) {
     clear();
-    addItems(lines);
+    for (const QString& line : lines) {
+      auto* entry = new QListWidgetItem(line, this);  // NOLINT(cppcoreguidelines-owning-memory): the list owns it
+      entry->setSizeHint({fontMetrics().horizontalAdvance(line) + kLineAir, fontMetrics().height() + kLineAir});
+    }
   }
   setCurrentRow(current);
   quiet_ = false;
+}
+
+/// Qt makes the first line current when the focus comes; that is no choice of the user.
+void LineList::focusInEvent(QFocusEvent* event) {
+  const int chosen = currentRow();
+  quiet_ = true;
+  QListWidget::focusInEvent(event);
+  setCurrentRow(chosen);
+  quiet_ = false;
+}
+
+void LineList::paintEvent(QPaintEvent* event) {
+  QListWidget::paintEvent(event);
+  if (hasFocus() && currentRow() < 0) {
+    QPainter painter(viewport());
+    painter.setPen(palette().color(QPalette::Highlight));
+    painter.drawRect(viewport()->rect().adjusted(0, 0, -1, -1));
+  }
 }
 
 void LineList::mousePressEvent(QMouseEvent* event) {

@@ -6,6 +6,7 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QPixmap>
+#include <QPushButton>
 #include <QRadioButton>
 #include <functional>
 #include <string>
@@ -51,6 +52,13 @@ class PictureWidget : public QWidget {
   PictureFit fit_ = PictureFit::Whole;
   bool clickable_ = false;
   QPixmap drawn_;
+};
+
+/// A push button with air around its caption, however long that is.
+class RoomyButton : public QPushButton {
+ public:
+  explicit RoomyButton(QWidget* parent = nullptr) : QPushButton(parent) {}
+  [[nodiscard]] QSize sizeHint() const override;
 };
 
 /// An option button of which the form, not Qt, says whether it is selected. Arrow keys ask for its neighbours.
@@ -108,6 +116,8 @@ class LineList : public QListWidget {
   std::function<void(int)> picked;
 
  protected:
+  void focusInEvent(QFocusEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
 
  private:

@@ -20,6 +20,10 @@ FormWindow::FormWindow(Form& form) : form_(form) {
 
 FormWindow::~FormWindow() = default;
 
+void FormWindow::makeDialog() {
+  setWindowFlags(Qt::Dialog | Qt::WindowTitleHint | Qt::WindowSystemMenuHint | Qt::WindowCloseButtonHint);
+}
+
 QWidget* FormWindow::operator[](std::string_view name) {
   Control* control = form_.control(name);
   if (control == nullptr) {
@@ -77,6 +81,28 @@ void FormWindow::chooseDefault() {
   }
 }
 
+/// Focus that a page left nowhere goes to Next, or to the first field to fill in while Next waits for that. It never goes to
+/// another button: Return would press it.
+void FormWindow::chooseFocus() {
+  if (defaults_.empty() || (focusWidget() != nullptr && focusWidget() != this)) {
+    return;
+  }
+  for (QPushButton* button : defaults_) {
+    if (button->isDefault() && button->isEnabled() && !button->isHidden()) {
+      button->setFocus();
+      return;
+    }
+  }
+  for (QWidget* next = nextInFocusChain(); next != this; next = next->nextInFocusChain()) {
+    const bool fillable = (next->focusPolicy() & Qt::TabFocus) != 0 && qobject_cast<QPushButton*>(next) == nullptr &&
+                          qobject_cast<QLabel*>(next) == nullptr;
+    if (fillable && next->isEnabled() && next->isVisibleTo(this)) {
+      next->setFocus();
+      return;
+    }
+  }
+}
+
 bool FormWindow::markStale(const Control& control) {
   const auto found = bindings_.find(&control);
   if (found == bindings_.end()) {
@@ -99,6 +125,7 @@ void FormWindow::refresh() {
     binding->refresh();
   }
   chooseDefault();
+  chooseFocus();
 }
 
 void FormWindow::refreshAll() {
@@ -128,11 +155,17 @@ void FormWindow::makeRoom() {
   const int height = std::max(layout()->hasHeightForWidth() ? layout()->totalHeightForWidth(width) : 0, least.height());
   if (width > this->width() || height > this->height()) {
     resize(width, std::min(std::max(height, this->height()), room.height()));
+    const QRect whole = screen()->availableGeometry();
+    const QPoint inside(std::max(whole.left(), std::min(x(), whole.right() - frameGeometry().width())),
+                        std::max(whole.top(), std::min(y(), whole.bottom() - frameGeometry().height())));
+    if (isVisible() && inside != pos()) {
+      move(inside);
+    }
   }
 }
 
 void FormWindow::reject() {
-  if (escapeCloses_) {
+  if (isDialog()) {
     form_.host().close(form_);
   }
 }

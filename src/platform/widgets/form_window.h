@@ -34,8 +34,9 @@ class FormWindow : public QDialog {
 
   /// The button that Return presses; of several the last that is shown. The first has the focus when the window comes up.
   void setDefaultButton(std::string_view name);
-  /// Whether Esc closes the window: that of a dialog does.
-  void setEscapeCloses(bool closes) { escapeCloses_ = closes; }
+  /// Makes it a dialog: it stays above the window it belongs to, and Esc closes it. Before it is shown.
+  void makeDialog();
+  [[nodiscard]] bool isDialog() const { return windowType() == Qt::Dialog; }
 
   /// The size in which the window comes up, if it needs no more.
   void setUsualSize(QSize size) { usualSize_ = size; }
@@ -57,13 +58,13 @@ class FormWindow : public QDialog {
   ControlBinding& binding(Control& control);
   void makeRoom();
   void chooseDefault();
+  void chooseFocus();
 
   Form& form_;
   std::unordered_map<const Control*, std::unique_ptr<ControlBinding>> bindings_;
   std::vector<ControlBinding*> stale_;
   std::vector<QPushButton*> defaults_;
   QWidget* lastMade_ = nullptr;
-  bool escapeCloses_ = false;
   QSize usualSize_;
 };
 

@@ -1,10 +1,27 @@
 #include "platform/widgets/layout_parts.h"
 
+#include <QPaintEvent>
+#include <QPainter>
+
 namespace firmlane {
 
 namespace {
 constexpr int kCoverWidth = 164;
-constexpr int kPageLetters = 74;  // the page is at least so many letters wide, so that set lines stay lines
+constexpr int kPageLetters = 80;  // the page is at least so many letters wide, so that set lines stay lines
+
+/// What the page stands on: white paper, but with a dark palette the window's own ground. There the outlines of boxes and bars
+/// are drawn for that and vanish on the darker ground of fields.
+class Paper : public QWidget {
+ public:
+  using QWidget::QWidget;
+
+ protected:
+  void paintEvent(QPaintEvent* event) override {
+    const bool dark = palette().color(QPalette::Window).lightness() < palette().color(QPalette::WindowText).lightness();
+    QPainter(this).fillRect(event->rect(), palette().brush(dark ? QPalette::Window : QPalette::Base));
+  }
+};
+
 }  // namespace
 
 void frameWizard(FormWindow& window, PictureWidget& cover, QVBoxLayout* page, QLayout* buttons) {
@@ -15,9 +32,7 @@ void frameWizard(FormWindow& window, PictureWidget& cover, QVBoxLayout* page, QL
   page->setContentsMargins(kMargin + 6, kMargin + 2, kMargin + 6, kMargin);
   buttons->setContentsMargins(kMargin, kSpacing + 2, kMargin + 6, kMargin - 4);
 
-  auto* paper = new QWidget;
-  paper->setBackgroundRole(QPalette::Base);
-  paper->setAutoFillBackground(true);
+  auto* paper = new Paper(&window);  // of this window from the start: its widgets keep their turn for Tab
   paper->setLayout(page);
 
   auto* upper = spaced(new QHBoxLayout);

@@ -66,6 +66,9 @@ void moveInside(QWidget& window, QPoint corner) {
               std::clamp(corner.y(), room.top(), std::max(room.top(), room.bottom() + 1 - size.height())));
 }
 
+/// Where a window stands, as move() takes it: a window of the same size moved there covers it.
+QRect placeOf(const QWidget& window) { return {window.pos(), window.size()}; }
+
 }  // namespace
 
 WidgetScreen::WidgetScreen(std::function<std::string(int)> portHint) : portHint_(std::move(portHint)) {
@@ -99,9 +102,9 @@ FormWindow& WidgetScreen::windowFor(Form& form) {
   }
   FormWindow& made = *windows_.emplace(&form, std::make_unique<FormWindow>(form)).first->second;
   const WindowRole role = layOut(made, {portHint_});
-  const bool dialog = role == WindowRole::Dialog || role == WindowRole::Corner;
-  made.setEscapeCloses(dialog);
-  made.setProperty("dialog", dialog);
+  if (role == WindowRole::Dialog || role == WindowRole::Corner) {
+    made.makeDialog();
+  }
   made.setProperty("aside", role == WindowRole::Aside);
   made.refreshAll();
   place(made);
@@ -123,12 +126,12 @@ void WidgetScreen::moveAside(FormWindow& window, WindowRole role) const {
   }
 }
 
-/// A dialog stands in the middle of the window it came from; so does a main window that takes another one's place.
+/// A dialog stands in the middle of the window it came from, and a main window takes the place of the one before.
 void WidgetScreen::place(FormWindow& window) const {
   window.resize(window.sizeHint().boundedTo(window.screen()->availableSize()));
   const QWidget* below = topWindow(&window);
   const QRect room = window.screen()->availableGeometry();
-  const QPoint centre = below == nullptr ? room.center() : below->frameGeometry().center();
+  const QPoint centre = (below != nullptr ? placeOf(*below) : lastPlace_.isValid() ? lastPlace_ : room).center();
   QRect frame(QPoint(), window.size());
   frame.moveCenter(centre);
   frame.moveLeft(std::clamp(frame.left(), room.left(), std::max(room.left(), room.right() - frame.width())));
@@ -151,12 +154,13 @@ QWidget* WidgetScreen::topWindow(const QWidget* except) const {
 
 void WidgetScreen::formShown(Form& form, bool modal) {
   FormWindow& shown = windowFor(form);
-  const Qt::WindowModality modality = modal ? Qt::ApplicationModal : Qt::NonModal;
+  // Modal to the program's own windows: the demo's bench beside them stays in reach.
+  const Qt::WindowModality modality = modal ? Qt::WindowModal : Qt::NonModal;
   if (shown.windowModality() != modality) {
     shown.hide();  // a change of modality takes effect when the window comes up
     shown.setWindowModality(modality);
   }
-  if (QWidget* below = topWindow(&shown); below != nullptr && shown.property("dialog").toBool()) {
+  if (QWidget* below = topWindow(&shown); below != nullptr && shown.isDialog()) {
     shown.winId();
     shown.windowHandle()->setTransientParent(below->windowHandle());
   }
@@ -168,6 +172,9 @@ void WidgetScreen::formShown(Form& form, bool modal) {
 
 void WidgetScreen::formHidden(Form& form) {
   if (FormWindow* hidden = window(form)) {
+    if (hidden->isVisible() && !hidden->isDialog()) {
+      lastPlace_ = placeOf(*hidden);
+    }
     hidden->hide();
   }
 }
@@ -210,7 +217,7 @@ void WidgetScreen::messageBoxShown(const MessageBox& box) {
   });
   box_->setEscapeButton(shownButton(buttons.back()));  // OK alone, Cancel, No
   box_->setDefaultButton(shownButton(buttons.front()));
-  box_->setWindowModality(Qt::ApplicationModal);
+  box_->setWindowModality(Qt::WindowModal);
   showPointer();
   box_->show();
 }

@@ -56,6 +56,7 @@ class WidgetScreen : public Screen {
   std::function<std::string(int)> portHint_;
   FormHost* host_ = nullptr;
   std::map<const Form*, std::unique_ptr<FormWindow>> windows_;
+  QRect lastPlace_;  // of the main window that was hidden last
   std::unique_ptr<QMessageBox> box_;
   Pointer pointer_ = Pointer::Normal;
   QTimer gathering_;
