@@ -26,7 +26,8 @@ std::int16_t answerNumber(const std::string& answer) {
     throw Failure(failure_number::kOverflow, "The registration server's answer is too large a number");
   }
   if (error != std::errc() || stop != answer.data() + end) {
-    throw Failure(failure_number::kTypeMismatch, "The registration server's answer is not a number");
+    throw Failure(failure_number::kTypeMismatch, answer.empty() ? "The registration server has not answered"
+                                                                : "The registration server's answer is not a number");
   }
   return number;
 }

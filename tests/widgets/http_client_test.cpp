@@ -48,7 +48,7 @@ class Server {
 
 struct Http : RealGround, testing::Test {
   Server server;
-  QtHttpClient client{queue, {.fetch = 400 * kMillisecond, .silence = kSecond}};
+  QtHttpClient client{queue, {.fetch = 400 * kMillisecond, .silence = kSecond, .body = 200000}};
   std::string states;
 
   Http() {
@@ -111,8 +111,10 @@ TEST_F(Http, AnswersThatEndAsAFailure) {
   server.plan("/file", "HTTP/1.1 301 Moved\r\nLocation: file:///etc/hostname\r\nContent-Length: 0\r\n\r\n");
   server.plan("/cut", "HTTP/1.1 200 OK\r\nContent-Length: 1000\r\n\r\nhalf");
   server.plan("/hangs", "HTTP/1.1 200 OK\r\nContent-Length: 1000\r\n\r\nhalf", false);
-  for (const std::string& url : {server.url("/circle"), server.url("/file"), server.url("/cut"), server.url("/hangs"),
-                                 server.url("/silent"), std::string("http://127.0.0.1:1/refused"), std::string("nonsense")}) {
+  server.plan("/endless", "HTTP/1.1 200 OK\r\n\r\n" + std::string(300000, 'x'), false);
+  for (const std::string& url :
+       {server.url("/circle"), server.url("/file"), server.url("/cut"), server.url("/hangs"), server.url("/endless"),
+        server.url("/silent"), std::string("http://127.0.0.1:1/refused"), std::string("nonsense")}) {
     execute(url);
     EXPECT_TRUE(states.ends_with("11 ")) << url << ": " << states;
     EXPECT_NE(client.errorDescription(), "") << url;
@@ -135,6 +137,12 @@ TEST_F(Http, ABlockingFetchPassesEventsAndEndsAtItsLimit) {
   const std::string seen = states;
   run(100 * kMillisecond);
   EXPECT_EQ(states, seen) << "a request that was given up is told no more";
+}
+
+TEST_F(Http, AddressesGoOutByteForByte) {
+  const std::string answer = "HTTP/1.1 200 OK\r\nContent-Length: 1\r\n\r\n1";
+  server.plan("/e?e=a@b,J%FCrgen,%23%201%25%20,Velarc", answer);
+  EXPECT_EQ(client.OpenURL(server.url("/e?e=a@b,J\xFCrgen,# 1% ,Velarc")), "1") << server.lastRequest();
 }
 
 TEST_F(Http, ASecondRequestTakesTheFirstOnesPlace) {

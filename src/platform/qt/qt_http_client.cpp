@@ -3,6 +3,7 @@
 #include <QNetworkRequest>
 #include <algorithm>
 #include <array>
+#include <cctype>
 
 #include "platform/failure.h"
 #include "platform/qt/qt_text.h"
@@ -43,6 +44,21 @@ bool isOffline(int error) {
   constexpr std::array kOffline = {QNetworkReply::HostNotFoundError, QNetworkReply::TemporaryNetworkFailureError,
                                    QNetworkReply::NetworkSessionFailedError, QNetworkReply::UnknownNetworkError};
   return std::find(kOffline.begin(), kOffline.end(), error) != kOffline.end();
+}
+
+bool isHexDigit(char c) { return std::isxdigit(static_cast<unsigned char>(c)) != 0; }
+
+/// The program's texts are 8-bit and go out as they stand: bytes beyond ASCII are no UTF-8, a "#" ends nothing, and a "%" that
+/// stands alone does not undo the escapes beside it.
+QUrl webAddress(const std::string& url) {
+  QByteArray text;
+  for (std::size_t i = 0; i < url.size(); ++i) {
+    const char c = url[i];
+    const bool escape = c == '%' && i + 2 < url.size() && isHexDigit(url[i + 1]) && isHexDigit(url[i + 2]);
+    const bool plain = static_cast<signed char>(c) >= 0 && c != '#' && c != '%';
+    text += plain || escape ? QByteArray(1, c) : '%' + QByteArray(1, c).toHex().toUpper();
+  }
+  return QUrl::fromEncoded(text);
 }
 
 Failure timeout(const std::string& what) { return {QNetworkReply::TimeoutError, what}; }
@@ -117,7 +133,7 @@ void QtHttpClient::begin(const std::string& url) {
   busy_ = true;
   lastByteAt_ = queue_.now();
   silence_.start(static_cast<int>(std::min(limits_.silence / 4, kLongestSilenceCheck) / kMillisecond));
-  request(QUrl(toQt(url)));
+  request(webAddress(url));
 }
 
 void QtHttpClient::request(const QUrl& url) {
@@ -150,10 +166,16 @@ void QtHttpClient::takeBytes() {
     body_.insert(body_.end(), bytes.begin(), bytes.end());
     tellUpTo(http_state::kResponseReceived);
   }
+  if (body_.size() > limits_.body) {
+    fail(Failure(failure_number::kOverflow, "The server sends more than this program takes"));
+  }
 }
 
 void QtHttpClient::finish() {
   takeBytes();
+  if (!busy_) {
+    return;
+  }
   if (!serverAnswered(*reply_)) {
     fail(Failure(reply_->error(), fromQt(reply_->errorString())));
   } else if (isRedirect(*reply_)) {

@@ -12,12 +12,14 @@
 
 namespace firmlane {
 
-/// Time limits of the client, on the program's clock.
+/// Limits of the client; times are on the program's clock.
 struct HttpLimits {
   /// A blocking fetch as a whole.
   Micros fetch = 60 * kSecond;
   /// A request during which not one byte comes.
   Micros silence = 60 * kSecond;
+  /// Bytes of a body. It is held in memory, and a server may go on sending for ever.
+  std::size_t body = std::size_t{512} << 20U;
 };
 
 class QtHttpClient : public HttpClient {
