@@ -4,6 +4,7 @@
 #include <QLabel>
 #include <QLayout>
 #include <QPushButton>
+#include <QRadioButton>
 #include <QScreen>
 #include <algorithm>
 #include <stdexcept>
@@ -81,24 +82,31 @@ void FormWindow::chooseDefault() {
   }
 }
 
-/// Focus that a page left nowhere goes to Next, or to the first field to fill in while Next waits for that. It never goes to
-/// another button: Return would press it.
-void FormWindow::chooseFocus() {
-  if (defaults_.empty() || (focusWidget() != nullptr && focusWidget() != this)) {
-    return;
-  }
-  for (QPushButton* button : defaults_) {
-    if (button->isDefault() && button->isEnabled() && !button->isHidden()) {
-      button->setFocus();
-      return;
+QWidget* FormWindow::firstField() {
+  for (QWidget* next = nextInFocusChain(); next != this; next = next->nextInFocusChain()) {
+    const auto* option = qobject_cast<QRadioButton*>(next);
+    const bool field = (next->focusPolicy() & Qt::TabFocus) != 0 && qobject_cast<QPushButton*>(next) == nullptr &&
+                       qobject_cast<QLabel*>(next) == nullptr && (option == nullptr || option->isChecked());
+    if (field && next->isEnabled() && next->isVisibleTo(this)) {
+      return next;
     }
   }
-  for (QWidget* next = nextInFocusChain(); next != this; next = next->nextInFocusChain()) {
-    const bool fillable = (next->focusPolicy() & Qt::TabFocus) != 0 && qobject_cast<QPushButton*>(next) == nullptr &&
-                          qobject_cast<QLabel*>(next) == nullptr;
-    if (fillable && next->isEnabled() && next->isVisibleTo(this)) {
-      next->setFocus();
-      return;
+  return nullptr;
+}
+
+/// The first field of a new page takes the focus from a button or from nowhere. Focus that is left nowhere goes to Next as soon
+/// as that can be pressed, and never to another button: Return would press it.
+void FormWindow::chooseFocus() {
+  QWidget* field = firstField();
+  const bool isNew = field != std::exchange(firstField_, field);
+  const bool nowhere = focusWidget() == nullptr || focusWidget() == this;
+  if (field != nullptr && isNew && (nowhere || qobject_cast<QPushButton*>(focusWidget()) != nullptr)) {
+    field->setFocus();
+  } else if (nowhere) {
+    for (QPushButton* button : defaults_) {
+      if (button->isDefault() && button->isEnabled() && !button->isHidden()) {
+        button->setFocus();
+      }
     }
   }
 }

@@ -59,12 +59,15 @@ class FormWindow : public QDialog {
   void makeRoom();
   void chooseDefault();
   void chooseFocus();
+  /// The first thing on the page that can be filled in or chosen, of option buttons the selected one; null for none.
+  QWidget* firstField();
 
   Form& form_;
   std::unordered_map<const Control*, std::unique_ptr<ControlBinding>> bindings_;
   std::vector<ControlBinding*> stale_;
   std::vector<QPushButton*> defaults_;
   QWidget* lastMade_ = nullptr;
+  QWidget* firstField_ = nullptr;
   QSize usualSize_;
 };
 

@@ -37,7 +37,7 @@ QLayout* taskChoice(FormWindow& window) {
 QLayout* choices(FormWindow& window, const std::string& array, int count) {
   auto* options = column();
   for (int i = 0; i < count; ++i) {
-    options->addWidget(window[array + "(" + std::to_string(i) + ")"]);
+    options->addWidget(written(window[array + "(" + std::to_string(i) + ")"], 1.1));
   }
   return options;
 }
