@@ -4,6 +4,8 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "platform/qt/server_address.h"
+
 namespace firmlane::sim {
 
 namespace {
@@ -15,6 +17,8 @@ const QCommandLineOption kSpeed("speed", "Everything runs this many times as fas
                                 "factor");
 const QCommandLineOption kPlay("play", "Work the whole update without a user; exit 0 only when it succeeds.");
 const QCommandLineOption kScreenshots("screenshots", "Where --play puts a picture of each page.", "directory");
+const QCommandLineOption kServer("server", "The maker's web server, instead of the demo's own.", "URL");
+const QCommandLineOption kRegistration("registration-server", "The registration server, instead of the demo's own.", "URL");
 const QCommandLineOption kFactory("factory-build", "Start as the production line's build.");
 const QCommandLineOption kInHouse("in-house-build", "Start as the in-house build.");
 const QCommandLineOption kDebug("debug-view", "Show the debug view of front panel runs.");
@@ -27,6 +31,13 @@ std::string unitNames() {
   return names;
 }
 
+/// False for an address that is given and is none.
+bool takeServer(const QCommandLineParser& parser, const QCommandLineOption& option, std::string& server) {
+  const std::optional<std::string> given = serverAddress(parser.value(option));
+  server = given.value_or("");
+  return given || !parser.isSet(option);
+}
+
 }  // namespace
 
 std::optional<DemoOptions> readDemoOptions(const QStringList& arguments, std::string& error) {
@@ -34,7 +45,7 @@ std::optional<DemoOptions> readDemoOptions(const QStringList& arguments, std::st
   parser.setApplicationDescription(QStringLiteral("The Firmlane wizard on a simulated unit. Units: ") +
                                    QString::fromStdString(unitNames()));
   const QCommandLineOption help = parser.addHelpOption();
-  parser.addOptions({kUnit, kSpeed, kPlay, kScreenshots, kFactory, kInHouse, kDebug});
+  parser.addOptions({kUnit, kSpeed, kPlay, kScreenshots, kServer, kRegistration, kFactory, kInHouse, kDebug});
   if (!parser.parse(arguments) || !parser.positionalArguments().isEmpty()) {
     error = parser.errorText().isEmpty() ? "firmlane-demo takes options only" : parser.errorText().toStdString();
     return std::nullopt;
@@ -51,6 +62,7 @@ std::optional<DemoOptions> readDemoOptions(const QStringList& arguments, std::st
       .speed = (parser.isSet(kSpeed) ? parser.value(kSpeed) : usualSpeed).toDouble(&isNumber),
       .play = parser.isSet(kPlay),
       .screenshots = parser.value(kScreenshots).toStdString(),
+      .servers = {},
       .switches = {
           .factoryBuild = parser.isSet(kFactory), .inHouseBuild = parser.isSet(kInHouse), .debugView = parser.isSet(kDebug)}};
   if (options.model == nullptr) {
@@ -59,6 +71,10 @@ std::optional<DemoOptions> readDemoOptions(const QStringList& arguments, std::st
   }
   if (!isNumber || !(options.speed >= 1 && options.speed <= kFastest)) {
     error = "The speed is a number from 1 to 1000";
+    return std::nullopt;
+  }
+  if (!takeServer(parser, kServer, options.servers.maker) || !takeServer(parser, kRegistration, options.servers.registration)) {
+    error = "A server is a scheme and a host, such as http://127.0.0.1:8080";
     return std::nullopt;
   }
   return options;

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "state/run_state.h"
+#include "app/program.h"
 #include "units/unit_models.h"
 
 namespace firmlane::sim {
@@ -18,6 +18,8 @@ struct DemoOptions {
   bool play = false;
   /// Where --play puts its screenshots; empty for a directory of its own.
   std::string screenshots;
+  /// The web servers to use instead of the demo's own; empty for those not given.
+  Servers servers;
   BuildSwitches switches;
 };
 

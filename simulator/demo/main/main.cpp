@@ -122,6 +122,7 @@ int run(const DemoOptions& options) {
   PtyUnit bench(*options.model, options.speed);
   bench.unit.startRunning();
   const WebServer web;
+  const auto serverOr = [&web](const std::string& given) { return given.empty() ? web.url() : given; };
 
   QtPlatform platform(
       {.directory = directory.path().toStdString(), .ports = {{kPort, bench.path()}}, .timeScale = options.speed});
@@ -134,7 +135,7 @@ int run(const DemoOptions& options) {
                    .http = platform.http,
                    .desktop = desktop,
                    .files = platform.files,
-                   .servers = {.maker = web.url(), .registration = web.url()}},
+                   .servers = {.maker = serverOr(options.servers.maker), .registration = serverOr(options.servers.registration)}},
                   options.switches);
   screen.attach(program.host());
   BenchWindow window(bench.unit);

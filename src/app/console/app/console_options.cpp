@@ -3,10 +3,10 @@
 #include <QCommandLineParser>
 #include <QDir>
 #include <QFileInfo>
-#include <QUrl>
 
 #include "app/built_in_servers.h"
 #include "app/configured_switches.h"
+#include "platform/qt/server_address.h"
 
 namespace firmlane {
 
@@ -29,17 +29,6 @@ bool takePort(const QString& text, PortMap::Devices& ports) {
   ports[number] = device.toStdString();
 #endif
   return true;
-}
-
-/// A server as scheme and host, without the slash that may stand behind it.
-std::optional<std::string> serverOf(const QString& text) {
-  const QUrl url(text, QUrl::StrictMode);
-  const bool webServer = url.isValid() && !url.host().isEmpty() && (url.scheme() == "http" || url.scheme() == "https");
-  const bool hostAlone = (url.path().isEmpty() || url.path() == "/") && !url.hasQuery() && !url.hasFragment();
-  if (!webServer || !hostAlone) {
-    return std::nullopt;
-  }
-  return (text.endsWith('/') ? text.chopped(1) : text).toStdString();
 }
 
 }  // namespace
@@ -77,7 +66,7 @@ std::optional<ConsoleOptions> readConsoleOptions(const QStringList& arguments, s
   for (const auto& [option, target] :
        {std::pair{&server, &options.servers.maker}, std::pair{&registration, &options.servers.registration}}) {
     if (parser.isSet(*option)) {
-      const auto given = serverOf(parser.value(*option));
+      const auto given = serverAddress(parser.value(*option));
       if (!given) {
         return fail("not a server's address: " + parser.value(*option));
       }
