@@ -151,24 +151,27 @@ bool FormWindow::event(QEvent* event) {
   return done;
 }
 
-/// Wrapped texts need more height than the window's least size knows of. The window grows for them and never shrinks by itself.
+/// Wrapped texts need more height than the window's least size knows of. The window grows for them, and shrinks by itself only to
+/// what the screen has room for.
 void FormWindow::makeRoom() {
   if (layout() == nullptr) {
     return;
   }
   layout()->activate();
-  const QSize room = screen()->availableSize();
+  const QRect whole = screen()->availableGeometry();
+  const QSize room = whole.size() - (frameGeometry().size() - size());
   const QSize least = layout()->totalMinimumSize();
-  const int width = std::clamp(std::max(this->width(), least.width()), 0, room.width());
-  const int height = std::max(layout()->hasHeightForWidth() ? layout()->totalHeightForWidth(width) : 0, least.height());
-  if (width > this->width() || height > this->height()) {
-    resize(width, std::min(std::max(height, this->height()), room.height()));
-    const QRect whole = screen()->availableGeometry();
-    const QPoint inside(std::max(whole.left(), std::min(x(), whole.right() - frameGeometry().width())),
-                        std::max(whole.top(), std::min(y(), whole.bottom() - frameGeometry().height())));
-    if (isVisible() && inside != pos()) {
-      move(inside);
-    }
+  const int width = std::min(std::max(this->width(), least.width()), room.width());
+  const int forTexts = layout()->hasHeightForWidth() ? layout()->totalHeightForWidth(width) : 0;
+  const QSize wanted(width, std::min(std::max({this->height(), least.height(), forTexts}), room.height()));
+  resize(wanted);
+  if (std::exchange(roomFor_, wanted) == wanted) {
+    return;  // where the user has put the window since
+  }
+  const QPoint inside(std::max(whole.left(), std::min(x(), whole.right() - frameGeometry().width())),
+                      std::max(whole.top(), std::min(y(), whole.bottom() - frameGeometry().height())));
+  if (isVisible() && inside != pos()) {
+    move(inside);
   }
 }
 

@@ -69,6 +69,7 @@ class FormWindow : public QDialog {
   QWidget* lastMade_ = nullptr;
   QWidget* firstField_ = nullptr;
   QSize usualSize_;
+  QSize roomFor_;  // the size that the screen was last asked to have room for
 };
 
 }  // namespace firmlane

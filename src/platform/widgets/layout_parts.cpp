@@ -2,6 +2,8 @@
 
 #include <QPaintEvent>
 #include <QPainter>
+#include <QScreen>
+#include <algorithm>
 
 namespace firmlane {
 
@@ -28,7 +30,8 @@ void frameWizard(FormWindow& window, PictureWidget& cover, QVBoxLayout* page, QL
   cover.setFit(PictureFit::Covering);
   cover.setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Ignored);
   cover.setFixedWidth(kCoverWidth);
-  page->addStrut(kPageLetters * window.fontMetrics().averageCharWidth());
+  const int room = window.screen()->availableSize().width() - kCoverWidth - 4 * kMargin;
+  page->addStrut(std::min(kPageLetters * window.fontMetrics().averageCharWidth(), room));
   page->setContentsMargins(kMargin + 6, kMargin + 2, kMargin + 6, kMargin);
   buttons->setContentsMargins(kMargin, kSpacing + 2, kMargin + 6, kMargin - 4);
 

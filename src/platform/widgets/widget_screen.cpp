@@ -1,6 +1,6 @@
 #include "platform/widgets/widget_screen.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <QScreen>
 #include <QWindow>
 #include <algorithm>
@@ -176,10 +176,25 @@ void WidgetScreen::formHidden(Form& form) {
       lastPlace_ = placeOf(*hidden);
     }
     hidden->hide();
+    handOn();
   }
 }
 
-void WidgetScreen::formUnloaded(Form& form) { windows_.erase(&form); }
+void WidgetScreen::formUnloaded(Form& form) {
+  if (windows_.erase(&form) > 0) {
+    handOn();
+  }
+}
+
+/// The window below one that has gone takes the keyboard over: window managers guess wrong when a dialog goes right behind its
+/// box. What is none of the forms and boxes keeps it, such as the demo's bench.
+void WidgetScreen::handOn() const {
+  QWidget* below = topWindow(nullptr);
+  const QWidget* active = QApplication::activeWindow();
+  if (below != nullptr && below != active && (active == nullptr || qobject_cast<const QDialog*>(active) != nullptr)) {
+    below->activateWindow();
+  }
+}
 
 void WidgetScreen::formChanged(Form& form) {
   if (window(form) != nullptr) {

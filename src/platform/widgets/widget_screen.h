@@ -50,6 +50,7 @@ class WidgetScreen : public Screen {
   void place(FormWindow& window) const;
   void moveAside(FormWindow& window, WindowRole role) const;
   [[nodiscard]] QWidget* topWindow(const QWidget* except) const;
+  void handOn() const;
   void gather();
   void showPointer() const;
 
