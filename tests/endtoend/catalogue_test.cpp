@@ -13,13 +13,13 @@ using testing::HasSubstr;
 
 struct OverTheWeb : testing::Test {
   /// The simulator with its web server, and with an older Velarc.
-  OverTheWeb() : simulator("firmlane-simulator", {"--serve", "--unit", "velarc", "--time-scale", "20"}) {
+  OverTheWeb() : simulator("firmlane-simulator", {"--serve", "--unit", "velarc", "--time-scale", "10"}) {
     device = simulator.line()["pty"].toString();
     server = simulator.answer()["server"].toString();
   }
   [[nodiscard]] QStringList options() const {
     return {"--dir", directory.path(),        "--port", "3=" + device,  "--server",
-            server,  "--registration-server", server,   "--time-scale", "20"};
+            server,  "--registration-server", server,   "--time-scale", "10"};
   }
   /// From the welcome page of the older Velarc to the list of what it can get.
   static void fetchList(Process& console, int choice) {
@@ -68,9 +68,7 @@ TEST_F(OverTheWeb, AnOlderVelarcIsTakenFromTheListToAProgrammedUnit) {
   EXPECT_THAT(told(console), HasSubstr("/Velarc/Firmware/version.html"));
 
   console.must("click Form1.Command3");
-  console.must("wait form frmPort 5");
-  console.must("click frmPort.Command2");
-  answer(console, "OK");
+  findPort(console);
   console.must("wait RunState.WizardPage == 6 5");
   simulator.ask("power off");
   console.must("click Form1.Command3");

@@ -12,7 +12,7 @@ namespace {
 class EndToEndTest : public testing::Test {
  protected:
   [[nodiscard]] QString dir() const { return directory_.path(); }
-  [[nodiscard]] QStringList consoleOptions(const QString& device, const QString& scale = "20") const {
+  [[nodiscard]] QStringList consoleOptions(const QString& device, const QString& scale = "10") const {
     return {"--dir", dir(), "--port", "3=" + device, "--time-scale", scale};
   }
 
@@ -20,7 +20,7 @@ class EndToEndTest : public testing::Test {
 };
 
 TEST_F(EndToEndTest, AnOlderVelarcIsProgrammedFromTheWelcomePageToCongratulations) {
-  Process unit("firmlane-simulator", {"--unit", "velarc", "--time-scale", "20", "--dir", dir(), "--make-images", "5.0.9"});
+  Process unit("firmlane-simulator", {"--unit", "velarc", "--time-scale", "10", "--dir", dir(), "--make-images", "5.0.9"});
   const QString device = unit.line()["pty"].toString();
   ASSERT_FALSE(device.isEmpty());
   Process console("firmlane-console", consoleOptions(device));
@@ -31,10 +31,7 @@ TEST_F(EndToEndTest, AnOlderVelarcIsProgrammedFromTheWelcomePageToCongratulation
   console.must("click Form1.Command3");
   console.must("wait RunState.WizardPage == 5 5");
   console.must("click Form1.Command3");
-  console.must("wait form frmPort 5");
-  console.must("click frmPort.Command2");
-  console.must("wait messagebox 10");
-  console.must("answer OK");
+  findPort(console);
   console.must("wait RunState.WizardPage == 6 5");
   EXPECT_EQ(console.must("get RunState.ComPort").toInt(), 3);
   unit.ask("power off");

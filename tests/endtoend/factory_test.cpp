@@ -12,10 +12,10 @@ namespace {
 struct ProductionLine : testing::Test {
   ProductionLine()
       : simulator("firmlane-simulator", {"--unit", "lwx52", "--dir", directory.path(), "--make-images", "2.31", "--image-size",
-                                         "2000", "--time-scale", "20"}) {
+                                         "2000", "--time-scale", "10"}) {
     console.emplace("firmlane-console",
                     QStringList{"--dir", directory.path(), "--port", "2=" + simulator.line()["pty"].toString(), "--time-scale",
-                                "20", "--factory-build"});
+                                "10", "--factory-build"});
     writeCounter(QByteArray::fromHex("db050000"));
   }
   void writeCounter(const QByteArray& bytes) const {

@@ -61,4 +61,19 @@ int Process::finish() {
   return process_.exitStatus() == QProcess::NormalExit ? process_.exitCode() : -1;
 }
 
+void findPort(Process& console) {
+  constexpr int kTries = 10;
+  console.must("wait form frmPort 5");
+  for (int i = 0; i < kTries; ++i) {
+    console.must("click frmPort.Command2");
+    console.must("wait messagebox 60");
+    const bool found = console.events().last().contains("COM3 found, now Connecting");
+    console.must("answer OK");
+    if (found) {
+      return;
+    }
+  }
+  ADD_FAILURE() << console.events().last().toStdString();
+}
+
 }  // namespace firmlane::test

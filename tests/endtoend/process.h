@@ -40,4 +40,8 @@ class Process {
   QStringList events_;
 };
 
+/// Finds the unit's port by "Auto-Find Port" of the port window that is about to come up. Asks again when the unit was not heard:
+/// on a busy machine it can answer later than a fast clock waits.
+void findPort(Process& console);
+
 }  // namespace firmlane::test

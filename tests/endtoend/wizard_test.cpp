@@ -25,11 +25,11 @@ struct Journey {
 void PrintTo(const Journey& journey, std::ostream* out) { *out << journey.unit; }
 
 struct WizardOnline : testing::TestWithParam<Journey> {
-  WizardOnline() : simulator("firmlane-simulator", {"--serve", "--unit", GetParam().unit, "--time-scale", "20"}) {
+  WizardOnline() : simulator("firmlane-simulator", {"--serve", "--unit", GetParam().unit, "--time-scale", "10"}) {
     const QString device = simulator.line()["pty"].toString();
     const QString server = simulator.answer()["server"].toString();
     console.emplace("firmlane-console", QStringList{"--dir", directory.path(), "--port", "3=" + device, "--server", server,
-                                                    "--registration-server", server, "--time-scale", "20"});
+                                                    "--registration-server", server, "--time-scale", "10"});
   }
   /// A command on the wizard's window, written with % in place of the window's name.
   QJsonValue must(const QString& line) { return console->must(QString(line).replace('%', GetParam().form)); }
@@ -44,12 +44,6 @@ struct WizardOnline : testing::TestWithParam<Journey> {
     must("click %.chkReceiver");
     next();
   }
-  void findPort() {
-    must("wait form frmPort 5");
-    must("click frmPort.Command2");
-    must("wait messagebox 60");
-    must("answer OK");
-  }
   void switchUnitOffAndOn() {
     simulator.must("power off");
     simulator.must("power on");
@@ -62,7 +56,7 @@ struct WizardOnline : testing::TestWithParam<Journey> {
 
 TEST_P(WizardOnline, TakesAUnitFromTheWelcomeToTheVerdict) {
   openWizard();
-  findPort();
+  findPort(*console);
   must("wait RunState.AutoPage == 2 60");
   next();
   must("wait %.VersionList.visible == true 60");
