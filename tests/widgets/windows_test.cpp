@@ -83,6 +83,7 @@ TEST(DisplayTextTest, EveryKindOfLineEndIsOneBreakAndBlanksStay) {
   EXPECT_EQ(displayText("a\r\nb\r\n\r\n  c\n"), "a\nb\n\n  c\n");
   EXPECT_EQ(displayText("a\r\r\nb\r"), "a\n\nb\n");
   EXPECT_EQ(displayText("J\xFCrgen"), QString::fromUtf8("Jürgen"));
+  EXPECT_EQ(displayText("Caf\xE9"), QString::fromUtf8("Café"));
   EXPECT_EQ(displayText("/home/J\xC3\xBCrgen"), QString::fromUtf8("/home/Jürgen"));
   EXPECT_EQ(typedText(QString::fromUtf8("Jürgen")), "J\xFCrgen");
 }

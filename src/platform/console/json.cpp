@@ -4,7 +4,6 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QString>
-#include <QStringDecoder>
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -147,11 +146,7 @@ bool operator==(const Json& a, const Json& b) {
 
 std::string heldAsUtf8(std::string_view held) { return QString::fromLatin1(view(held)).toStdString(); }
 
-bool isUtf8(std::string_view text) {
-  QStringDecoder utf8(QStringConverter::Utf8);
-  const QString decoded = utf8(view(text));
-  return !utf8.hasError();
-}
+bool isUtf8(std::string_view text) { return view(text).isValidUtf8(); }
 
 std::string shownAsUtf8(std::string_view text) { return isUtf8(text) ? std::string(text) : heldAsUtf8(text); }
 

@@ -1,15 +1,12 @@
 #include "platform/widgets/display_text.h"
 
-#include <QStringDecoder>
+#include <QByteArrayView>
 
 namespace firmlane {
 
 QString displayText(const std::string& text) {
-  QStringDecoder utf8(QStringConverter::Utf8);
-  QString shown = utf8(QByteArrayView(text.data(), static_cast<qsizetype>(text.size())));
-  if (utf8.hasError()) {
-    shown = QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size()));
-  }
+  const QByteArrayView bytes(text.data(), static_cast<qsizetype>(text.size()));
+  QString shown = bytes.isValidUtf8() ? QString::fromUtf8(bytes) : QString::fromLatin1(bytes);
   shown.replace(QLatin1String("\r\n"), QLatin1String("\n"));
   shown.replace(QLatin1Char('\r'), QLatin1Char('\n'));
   return shown;
