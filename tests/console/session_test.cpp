@@ -11,6 +11,7 @@ struct Case {
 TEST_F(ConsoleBench, ReadsComeBackAsDocumented) {
   other.text.hiddenAtStart();
   sheet.text.Caption = "J\xFCrgen\r\nsaid: \"1\\2\"\t\x01";
+  other.field.Text = "/home/J\xC3\xBCrgen";
   sheet.list.Lines = {"a", "b\xE9"};
   sheet.list.ListIndex = 1;
   sheet.bar.Value = 3;
@@ -24,6 +25,7 @@ TEST_F(ConsoleBench, ReadsComeBackAsDocumented) {
       {"get Sheet.next", R"({"ok":true,"value":{"caption":"Next >>","visible":true,"enabled":true}})"},
       {"get \"Sheet.next\"", R"({"ok":true,"value":{"caption":"Next >>","visible":true,"enabled":true}})"},
       {"get Sheet.text.caption", R"({"ok":true,"value":"Jürgen\r\nsaid: \"1\\2\"\t\u0001"})"},
+      {"get Other.field.text", R"({"ok":true,"value":"/home/Jürgen"})"},
       {"get Other.text.visible", R"({"ok":true,"value":false})"},
       {"get Sheet.list", R"({"ok":true,"value":{"visible":true,"enabled":true,"lines":["a","bé"],"listindex":1}})"},
       {"get Sheet.bar", R"({"ok":true,"value":{"visible":true,"enabled":true,"value":3,"max":8}})"},

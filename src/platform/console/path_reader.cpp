@@ -27,32 +27,33 @@ std::pair<std::string, std::string> splitAtPoint(const std::string& path) {
   return point == std::string::npos ? std::pair(path, std::string()) : std::pair(path.substr(0, point), path.substr(point + 1));
 }
 
-Json arrayOf(const std::vector<std::string>& texts) {
-  Json::Array array;
-  for (const std::string& text : texts) {
-    array.emplace_back(heldAsUtf8(text));
-  }
-  return array;
-}
-
+/// What is on a form is text for users; the shared record holds bytes of the line as well, one character for each.
 struct ToJson {
+  std::string (*utf8)(std::string_view text);
+
   Json operator()(bool value) const { return value; }
   Json operator()(int value) const { return value; }
-  Json operator()(const std::string& held) const { return heldAsUtf8(held); }
-  Json operator()(const std::vector<std::string>& texts) const { return arrayOf(texts); }
+  Json operator()(const std::string& text) const { return utf8(text); }
+  Json operator()(const std::vector<std::string>& texts) const {
+    Json::Array array;
+    for (const std::string& text : texts) {
+      array.emplace_back(utf8(text));
+    }
+    return array;
+  }
   Json operator()(const std::vector<SystemRecord>& records) const {
     Json::Array array;
     for (const SystemRecord& record : records) {
       Json::Object members;
-      SystemRecord::forEachField(
-          record, [&members](const char* name, const auto& field) { members.emplace_back(name, heldAsUtf8(field.view())); });
+      SystemRecord::forEachField(record,
+                                 [&](const char* name, const auto& field) { members.emplace_back(name, utf8(field.view())); });
       array.emplace_back(std::move(members));
     }
     return array;
   }
 };
 
-Json read(const PropertyBase& property) { return std::visit(ToJson(), property.value()); }
+Json read(const PropertyBase& property) { return std::visit(ToJson{shownAsUtf8}, property.value()); }
 
 const PropertyBase* readableProperty(const PropertyOwner& owner, Names names, const std::string& name) {
   const bool readable = std::find(names.begin(), names.end(), name) != names.end();
@@ -92,7 +93,7 @@ std::function<Json()> PathReader::findField(const std::string& name) const {
   if (!runStateField(state_, name)) {
     throw Refusal(kNoSuchField);
   }
-  return [this, name] { return std::visit(ToJson(), *runStateField(state_, name)); };
+  return [this, name] { return std::visit(ToJson{heldAsUtf8}, *runStateField(state_, name)); };
 }
 
 std::function<Json()> PathReader::find(const std::string& path) const {
