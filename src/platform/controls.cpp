@@ -21,6 +21,19 @@ Control& Control::disabledAtStart() {
 
 void Control::propertyChanged() { form_.host().screen_.controlChanged(*this); }
 
+void OutcomeLabel::tell(OutcomeKind kind, const std::string& words) {
+  constexpr const char* kNames[] = {"good", "caution", "failure"};
+  Kind = kNames[static_cast<int>(kind)];
+  Caption = words;
+  Show();
+}
+
+void OutcomeLabel::clear() {
+  Hide();
+  Kind = "";
+  Caption = "";
+}
+
 OptionButton::OptionButton(Form& form, std::string name, const std::string& caption, OptionGroup& group, Frame* frame)
     : Control(form, ControlKind::OptionButton, std::move(name), frame), Caption(*this, "caption", caption), Value(*this, group) {
   group.add(*this);

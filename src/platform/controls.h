@@ -78,6 +78,24 @@ class Label : public Control {
   Property<Colour> ForeColor{*this, "forecolor", 0};
 };
 
+/// How something ended, as far as the user is concerned.
+enum class OutcomeKind { Good, Caution, Failure };
+
+/// Tells how something ended, in the words that the user reads elsewhere too, with a kind that the screen shows by icon and
+/// colour. Hidden as long as there is nothing to tell.
+class OutcomeLabel : public Label {
+ public:
+  OutcomeLabel(Form& form, const std::string& name) : Label(form, name) { hiddenAtStart(); }
+
+  /// "good", "caution", "failure"; empty as long as nothing was told.
+  Property<std::string> Kind{*this, "kind", ""};
+
+  /// Sets kind and words, then shows them.
+  void tell(OutcomeKind kind, const std::string& words);
+  /// Hides and forgets them.
+  void clear();
+};
+
 class CommandButton : public Control {
  public:
   CommandButton(Form& form, std::string name, const std::string& caption, Frame* frame = nullptr)

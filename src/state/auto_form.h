@@ -14,6 +14,7 @@ struct AutoForm : Form {
   Label lblMain{*this, "lblMain"};
   Label lblReset;
   Label lblBottom{*this, "lblBottom"};
+  OutcomeLabel lblOutcome{*this, "lblOutcome"};
   CommandButton btnBack{*this, "btnBack", "<< Back"};
   CommandButton btnNext{*this, "btnNext", "Next >>"};
   CommandButton cmdQuit{*this, "cmdQuit", "Exit"};

@@ -10,6 +10,7 @@ struct Form1 : Form {
 
   // Page text and the buttons that every page has.
   Label lblTop{*this, "lblTop"};
+  OutcomeLabel lblOutcome{*this, "lblOutcome"};
   CommandButton Command3{*this, "Command3", "Next >>"};
   CommandButton Command2{*this, "Command2", "Exit"};
   CommandButton Command5{*this, "Command5", "About"};

@@ -80,6 +80,7 @@ QLayout* factory(FormWindow& window) {
 void layOutForm1(FormWindow& window, const LayoutContext& /*context*/) {
   auto* cover = static_cast<PictureWidget*>(window.described("Image2", "The product"));
   auto* page = column({heading(window["lblTop"]), written(window["lblConnect"], 1.1), written(window["lblStatus"], 1.1)});
+  page->addWidget(window["lblOutcome"]);
   page->addLayout(productButtons(window));
   page->addLayout(taskChoice(window));
   page->addLayout(choices(window, "Option1", 4));

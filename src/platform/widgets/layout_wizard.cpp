@@ -28,6 +28,7 @@ void layOutWizard(FormWindow& window, const LayoutContext& /*context*/) {
   page->addLayout(option(window, "imgDL", "ChkOffline"));
   page->addLayout(option(window, "imgFlash", "chkReceiver"));
   page->addWidget(window.described("VersionList", "Released systems"), 1);
+  page->addWidget(window["lblOutcome"]);
   page->addWidget(written(window["lblReset"], 1.25, true));
   page->addWidget(written(window["lblBottom"], 1.1));
   page->addLayout(row({window["btnRelNote"], window["btnMore"], nullptr}));
