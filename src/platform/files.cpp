@@ -31,17 +31,17 @@ bool sameButForCase(const std::string& a, const std::string& b) {
 }
 
 [[noreturn]] void throwSystemError(int number, const std::string& path) {
-  if (number == ENOENT) {
-    throw Failure(failure_number::kFileNotFound, "File not found: " + path);
-  }
   throw Failure(number, std::string(std::strerror(number)) + ": " + path);
 }
 
 std::ifstream openForReading(const std::string& path) {
+  if (Files::isMissing(path)) {
+    throw Failure(failure_number::kFileNotFound, "File not found: " + path);
+  }
   std::error_code error;
   const fs::file_status status = fs::status(path, error);
-  if (!fs::exists(status)) {
-    throwSystemError(ENOENT, path);
+  if (!fs::status_known(status) || !fs::exists(status)) {
+    throwSystemError(error ? error.value() : ENOENT, path);
   }
   if (!fs::is_regular_file(status)) {
     throw Failure(failure_number::kPathAccess, "Not a file: " + path);
@@ -139,6 +139,15 @@ std::string Files::path(const std::string& name) const {
     }
   }
   return found.value_or(directory_ / name).string();
+}
+
+bool Files::isMissing(const std::string& path) {
+  std::error_code error;
+  const fs::file_status status = fs::symlink_status(path, error);
+  if (error && error != std::errc::no_such_file_or_directory) {
+    throwSystemError(error.value(), path);
+  }
+  return !fs::exists(status);
 }
 
 std::int64_t Files::length(const std::string& path) {

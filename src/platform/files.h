@@ -18,9 +18,12 @@ class Files {
   /// Full path of a plain name in the program's directory: of the file there whose name differs in case alone, else of the name
   /// as given. Of several such files the one named exactly so is taken, else the first in name order.
   [[nodiscard]] std::string path(const std::string& name) const;
+  /// Whether there is nothing of that name, for a full path. A link that leads nowhere, as to a share that is not mounted, is
+  /// something. Throws Failure where it cannot be told, as in a directory that may not be searched.
+  [[nodiscard]] static bool isMissing(const std::string& path);
 
   // All of these take a full path and throw Failure, with a description for the user, when the file is missing, unreadable or not
-  // a plain file.
+  // a plain file. The number is kFileNotFound only when isMissing.
   [[nodiscard]] static std::int64_t length(const std::string& path);
   [[nodiscard]] static Bytes read(const std::string& path);
   [[nodiscard]] static std::string readText(const std::string& path);

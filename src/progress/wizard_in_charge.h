@@ -1,5 +1,7 @@
-// Which auto wizard owns the screen, if any: progress and some texts of the layers below go to its window too.
+// Which auto wizard owns the screen, if any: progress, outcomes and some texts of the layers below go to its window too.
 #pragma once
+
+#include <string>
 
 #include "state/auto_form.h"
 #include "state/form1.h"
@@ -31,6 +33,21 @@ class WizardInCharge {
   void setBar(int value) const {
     form1_.ProgressBar1.Value = value;
     mirrorBar();
+  }
+
+  /// Tells how something ended, on the main form and in the wizard in charge: whichever window the user has before him.
+  void tellOutcome(OutcomeKind kind, const std::string& words) const {
+    form1_.lblOutcome.tell(kind, words);
+    if (AutoForm* wizard = form()) {
+      wizard->lblOutcome.tell(kind, words);
+    }
+  }
+  /// There is nothing to tell any more, in either window.
+  void clearOutcome() const {
+    form1_.lblOutcome.clear();
+    if (AutoForm* wizard = form()) {
+      wizard->lblOutcome.clear();
+    }
   }
 
  private:

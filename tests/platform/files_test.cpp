@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
+#include <map>
+
 #include "world.h"
 
 namespace firmlane::test {
@@ -29,17 +32,28 @@ TEST(FilesTest, AFailedReplacementLeavesTheOldFile) {
   EXPECT_EQ(directory.read("wls.bin"), "old");
 }
 
-TEST(FilesTest, WhatCannotBeReadFailsWithAWordForTheUser) {
+TEST(FilesTest, OnlyWhatIsNotThereCountsAsMissing) {
+  namespace fs = std::filesystem;
   const TemporaryDirectory directory;
-  const Files files(directory.path());
-  try {
-    static_cast<void>(Files::length(files.path("wls.bin")));
-    FAIL();
-  } catch (const Failure& failure) {
-    EXPECT_EQ(failure.number(), failure_number::kFileNotFound);
+  const fs::path& here = directory.path();
+  fs::create_directory(here / "directory");
+  fs::create_symlink(here / "not mounted/sn.wls", here / "share");
+  fs::create_symlink(here / "loop", here / "loop");
+  directory.write("file", "x");
+  const std::map<std::string, int> numbers = {{"nothing", failure_number::kFileNotFound},
+                                              {"directory", failure_number::kPathAccess},
+                                              {"share", ENOENT},
+                                              {"loop", ELOOP},
+                                              {"file/sn.wls", ENOTDIR},
+                                              {std::string(300, 'x'), ENAMETOOLONG}};
+  for (const auto& [name, number] : numbers) {
+    try {
+      static_cast<void>(Files::read((here / name).string()));
+      ADD_FAILURE() << name;
+    } catch (const Failure& failure) {
+      EXPECT_EQ(failure.number(), number) << name << ": " << failure.description();
+    }
   }
-  std::filesystem::create_directory(directory.path() / "vrc.bin");
-  EXPECT_THROW(static_cast<void>(Files::read(files.path("vrc.bin"))), Failure);
 }
 
 }  // namespace
