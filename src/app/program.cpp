@@ -17,6 +17,7 @@
 #include "state/frm_port.h"
 #include "state/frm_version.h"
 #include "state/small_forms.h"
+#include "state/tell_failure.h"
 #include "wizard/auto/recovery.h"
 #include "wizard/auto/velarc2.h"
 #include "wizard/auto/wireless.h"
@@ -164,10 +165,7 @@ Program::Parts::Parts(const Platform& platform, const BuildSwitches& switches)
       recovery(ground.state, ground.frmRecover, [this] { wireless.LaunchFAQ(); }) {
   tieServiceButtons();
   // A handler that fails outside of any operation, such as an answer to a unit on a port that has just gone.
-  ground.queue.setFailureHandler([this](const Failure& failure) {
-    ground.state.ErrorText = failureText("Error: ", failure);
-    ground.host.showMessageBox({.text = ground.state.ErrorText, .icon = MessageIcon::Critical});
-  });
+  ground.queue.setFailureHandler([this](const Failure& failure) { tellFailure(ground.host, ground.state, "Error: ", failure); });
 }
 
 void Program::Parts::tieServiceButtons() {

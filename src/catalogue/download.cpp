@@ -4,6 +4,7 @@
 #include <charconv>
 
 #include "catalogue/partial_file.h"
+#include "state/tell_failure.h"
 #include "state/text.h"
 
 namespace firmlane {
@@ -161,8 +162,7 @@ void Download::showProgress(std::int64_t received) {
 
 void Download::fail(const Failure& failure) {
   form1_.Timer1.stop();
-  state_.ErrorText = failureText("Error trying download firmware: ", failure);
-  host_.showMessageBox({.text = state_.ErrorText, .icon = MessageIcon::Critical});
+  tellFailure(host_, state_, "Error trying download firmware: ", failure);
 }
 
 }  // namespace firmlane

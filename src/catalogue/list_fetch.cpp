@@ -1,5 +1,7 @@
 #include "catalogue/list_fetch.h"
 
+#include "state/tell_failure.h"
+
 namespace firmlane {
 
 namespace {
@@ -148,8 +150,7 @@ void ListFetch::takeEntries(const UpdateList& list, std::array<std::string, kMos
 
 void ListFetch::fail(const Failure& failure) {
   form1_.Timer1.stop();
-  state_.ErrorText = failureText("Error trying to connect: ", failure);
-  host_.showMessageBox({.text = state_.ErrorText, .icon = MessageIcon::Critical});
+  tellFailure(host_, state_, "Error trying to connect: ", failure);
 }
 
 }  // namespace firmlane

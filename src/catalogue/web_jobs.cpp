@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include "state/tell_failure.h"
+
 namespace firmlane {
 
 namespace {
@@ -55,9 +57,6 @@ void WebJobs::InstallSoftware() {
   throw ProgramEnded();
 }
 
-void WebJobs::fail(const char* context, const Failure& failure) {
-  state_.ErrorText = failureText(context, failure);
-  host_.showMessageBox({.text = state_.ErrorText, .icon = MessageIcon::Critical});
-}
+void WebJobs::fail(const char* context, const Failure& failure) { tellFailure(host_, state_, context, failure); }
 
 }  // namespace firmlane

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "state/tell_failure.h"
 #include "state/text.h"
 
 namespace firmlane {
@@ -26,8 +27,7 @@ void InHousePanel::go() {
   try {
     program();
   } catch (const Failure& failure) {
-    state_.ErrorText = failureText("Error: ", failure);
-    frmInHouse_.host().showMessageBox({.text = state_.ErrorText, .icon = MessageIcon::Critical});
+    tellFailure(frmInHouse_.host(), state_, "Error: ", failure);
   }
   frmInHouse_.Label1.Caption = verdict() + kCr + kCr + kQuestion;
   frmInHouse_.Command1.Enable();

@@ -1,6 +1,7 @@
 #include "link/port_discovery.h"
 
 #include "platform/screen.h"
+#include "state/tell_failure.h"
 
 namespace firmlane {
 
@@ -119,8 +120,7 @@ void PortDiscovery::Command1_Click() {
     port_.Close();
   } catch (const Failure& failure) {
     port_.Close();
-    state_.ErrorText = failureText("Error opening port: ", failure);
-    form_.host().showMessageBox({.text = state_.ErrorText, .title = kApplicationTitle, .icon = MessageIcon::Critical});
+    tellFailure(form_.host(), state_, "Error opening port: ", failure);
     return;
   }
   state_.PortChosen = true;

@@ -3,6 +3,7 @@
 #include "link/command_codes.h"
 #include "link/frame.h"
 #include "platform/screen.h"
+#include "state/tell_failure.h"
 
 namespace firmlane {
 
@@ -180,8 +181,7 @@ void VersionReadout::fail(const Failure& failure) {
   lineUp_ = false;
   form_.Timer1.stop();
   form_.host().setPointer(Pointer::Normal);
-  state_.ErrorText = failureText("Error: ", failure);
-  form_.host().showMessageBox({.text = state_.ErrorText, .icon = MessageIcon::Critical});
+  tellFailure(form_.host(), state_, "Error: ", failure);
 }
 
 void VersionReadout::ResetLink() { send(command_code::kResetLink); }

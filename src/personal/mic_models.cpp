@@ -1,5 +1,6 @@
 #include "personal/mic_models.h"
 
+#include "state/tell_failure.h"
 #include "state/text.h"
 
 namespace firmlane {
@@ -55,8 +56,7 @@ void MicModels::btnMic_Click() {
   try {
     trouble = ProgramMicModels();
   } catch (const Failure& failure) {
-    state_.ErrorText = failureText("Error: ", failure);
-    host_.showMessageBox({.text = state_.ErrorText, .icon = MessageIcon::Critical});
+    tellFailure(host_, state_, "Error: ", failure);
     trouble = "The Mic Models were not sent to the receiver";
   }
   leaveLine();

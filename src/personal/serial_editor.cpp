@@ -3,6 +3,7 @@
 #include <charconv>
 #include <limits>
 
+#include "state/tell_failure.h"
 #include "state/text.h"
 
 namespace firmlane {
@@ -51,8 +52,7 @@ void SerialEditor::take() {
     try {
       file_.WriteSerialFile();
     } catch (const Failure& failure) {
-      state_.ErrorText = failureText("Error: ", failure);
-      form1_.host().showMessageBox({.text = state_.ErrorText, .icon = MessageIcon::Critical});
+      tellFailure(form1_.host(), state_, "Error: ", failure);
     }
   }
 }

@@ -5,7 +5,7 @@
 
 #include <sstream>
 
-#include "platform/console/console_source.h"
+#include "console/console_source.h"
 #include "platform/virtual/virtual_time.h"
 
 namespace firmlane::test {

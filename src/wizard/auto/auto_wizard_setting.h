@@ -34,7 +34,4 @@ struct AutoWizardTies {
   std::function<void(const std::string& path)> StartDoc;
 };
 
-/// Keeps a failure in ErrorText and tells it in a critical box.
-void tellFailure(const AutoWizardSetting& setting, const std::string& context, const Failure& failure);
-
 }  // namespace firmlane

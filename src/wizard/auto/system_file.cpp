@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "state/tell_failure.h"
 #include "state/text.h"
 
 namespace firmlane {
@@ -39,13 +40,13 @@ void SystemFile::ReadSysFile() {
     take(Files::read(path()));
   } catch (const Failure& failure) {
     if (failure.number() != failure_number::kFileNotFound) {
-      tellFailure(setting_, std::string("Error reading ") + product_.sysFileName + ": ", failure);
+      tellFailure(setting_.host, setting_.state, std::string("Error reading ") + product_.sysFileName + ": ", failure);
       return;
     }
     try {
       Files::replace(path(), {});
     } catch (const Failure& unwritable) {
-      tellFailure(setting_, std::string("Error creating ") + product_.sysFileName + ": ", unwritable);
+      tellFailure(setting_.host, setting_.state, std::string("Error creating ") + product_.sysFileName + ": ", unwritable);
     }
   }
 }
@@ -66,7 +67,7 @@ void SystemFile::SaveSysFile() {
   try {
     Files::replace(path(), content);
   } catch (const Failure& failure) {
-    tellFailure(setting_, std::string("Error writing ") + product_.sysFileName + ": ", failure);
+    tellFailure(setting_.host, setting_.state, std::string("Error writing ") + product_.sysFileName + ": ", failure);
   }
 }
 

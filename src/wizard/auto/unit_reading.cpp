@@ -1,5 +1,7 @@
 #include "wizard/auto/unit_reading.h"
 
+#include "state/tell_failure.h"
+
 namespace firmlane {
 
 namespace {
@@ -70,7 +72,8 @@ bool UnitReading::choosePort() {
     setting_.frmPort.ShowModal();
   }
   if (!setting_.state.PortChosen) {
-    tellFailure(setting_, "Error opening port: ", Failure(failure_number::kPortNumber, "No COM port has been chosen"));
+    tellFailure(setting_.host, setting_.state,
+                "Error opening port: ", Failure(failure_number::kPortNumber, "No COM port has been chosen"));
   }
   return setting_.state.PortChosen;
 }

@@ -1,6 +1,8 @@
 // Pages 1 to 4 and 20 to 23: from the fetched list to a downloaded file.
 #include "wizard/classic/page_engine.h"
 
+#include "state/tell_failure.h"
+
 namespace firmlane {
 
 namespace {
@@ -69,8 +71,7 @@ void PageEngine::registerContact() {
   } catch (const Failure& failure) {
     // Who gave no contact data is not bothered with what became of them.
     if (!state_.ContactBlank) {
-      state_.ErrorText = failureText("Error: ", failure);
-      host_.showMessageBox({.text = state_.ErrorText, .icon = MessageIcon::Critical});
+      tellFailure(host_, state_, "Error: ", failure);
     }
   }
   form1_.Command3.Enable();

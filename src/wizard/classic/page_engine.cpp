@@ -1,5 +1,7 @@
 #include "wizard/classic/page_engine.h"
 
+#include "state/tell_failure.h"
+
 #include <algorithm>
 #include <iterator>
 
@@ -62,8 +64,7 @@ void PageEngine::Command3_Click() {
   try {
     turnPage();
   } catch (const Failure& failure) {
-    state_.ErrorText = failureText("Error: ", failure);
-    host_.showMessageBox({.text = state_.ErrorText, .icon = MessageIcon::Critical});
+    tellFailure(host_, state_, "Error: ", failure);
   }
 }
 

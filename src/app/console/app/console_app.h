@@ -5,10 +5,10 @@
 #include <optional>
 
 #include "app/program.h"
+#include "console/console_screen.h"
+#include "console/console_session.h"
+#include "console/console_source.h"
 #include "console_options.h"
-#include "platform/console/console_screen.h"
-#include "platform/console/console_session.h"
-#include "platform/console/console_source.h"
 #include "platform/qt/qt_event_source.h"
 #include "platform/qt/qt_http_client.h"
 #include "platform/qt/qt_serial_driver.h"

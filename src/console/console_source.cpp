@@ -1,4 +1,4 @@
-#include "platform/console/console_source.h"
+#include "console/console_source.h"
 
 #include <algorithm>
 #include <exception>

@@ -1,4 +1,4 @@
-#include "platform/console/console_session.h"
+#include "console/console_session.h"
 
 #include <algorithm>
 #include <array>

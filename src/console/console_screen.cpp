@@ -1,4 +1,4 @@
-#include "platform/console/console_screen.h"
+#include "console/console_screen.h"
 
 namespace firmlane {
 

@@ -1,10 +1,10 @@
-#include "platform/console/path_reader.h"
+#include "console/path_reader.h"
 
 #include <algorithm>
 #include <array>
 #include <span>
 
-#include "platform/console/command_line.h"
+#include "console/command_line.h"
 
 namespace firmlane {
 
@@ -15,8 +15,8 @@ constexpr const char* kNoSuchField = "no such field";
 constexpr const char* kRunState = "RunState";
 
 // What can be read, in the order in which it is written. A control or form may have more, which concerns its window alone.
-constexpr std::array kControlProperties = {"caption", "text",  "visible",   "enabled", "value",
-                                           "max",     "lines", "listindex", "picture", "height"};
+constexpr std::array kControlProperties = {"caption", "text",      "visible", "enabled", "value", "max",
+                                           "lines",   "listindex", "picture", "height",  "kind"};
 constexpr std::array kFormProperties = {"caption", "loaded", "visible"};
 
 using Names = std::span<const char* const>;

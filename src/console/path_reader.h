@@ -3,7 +3,7 @@
 
 #include <functional>
 
-#include "platform/console/json.h"
+#include "console/json.h"
 #include "platform/screen.h"
 #include "state/run_state.h"
 

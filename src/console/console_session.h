@@ -7,9 +7,9 @@
 #include <optional>
 #include <string>
 
-#include "platform/console/command_line.h"
-#include "platform/console/console_screen.h"
-#include "platform/console/path_reader.h"
+#include "console/command_line.h"
+#include "console/console_screen.h"
+#include "console/path_reader.h"
 
 namespace firmlane {
 

@@ -1,8 +1,8 @@
-#include "platform/console/command_line.h"
+#include "console/command_line.h"
 
 #include <algorithm>
 
-#include "platform/console/json.h"
+#include "console/json.h"
 
 namespace firmlane {
 

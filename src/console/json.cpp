@@ -1,4 +1,4 @@
-#include "platform/console/json.h"
+#include "console/json.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

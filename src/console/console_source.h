@@ -1,8 +1,8 @@
 // The event source of the console: the world below it, and the session that is served whenever the program looks at the world.
 #pragma once
 
+#include "console/console_session.h"
 #include "platform/clock.h"
-#include "platform/console/console_session.h"
 
 namespace firmlane {
 

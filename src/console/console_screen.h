@@ -3,7 +3,7 @@
 
 #include <functional>
 
-#include "platform/console/json.h"
+#include "console/json.h"
 #include "platform/screen.h"
 
 namespace firmlane {
