@@ -20,6 +20,7 @@ void FactoryLine::endProcedure() {
   receivePath_.PresetLoaded = false;
   form1_.lblResetSerial.Hide();
   form1_.ProgressBar1.Hide();
+  form1_.lblOutcome.clear();
   form1_.lblTop.Show();
 }
 
@@ -56,6 +57,7 @@ void FactoryLine::takeScreen() {
   form1_.lblTop.Hide();
   form1_.frmUC.Hide();
   form1_.lblProgressInfo.Hide();
+  form1_.lblOutcome.clear();
 }
 
 }  // namespace firmlane

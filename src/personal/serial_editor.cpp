@@ -1,17 +1,11 @@
 #include "personal/serial_editor.h"
 
 #include <charconv>
-#include <limits>
 
 #include "state/tell_failure.h"
 #include "state/text.h"
 
 namespace firmlane {
-
-namespace {
-// One below the highest number that the file holds, as the next one must fit too.
-constexpr std::int32_t kHighest = std::numeric_limits<std::int32_t>::max() - 1;
-}  // namespace
 
 SerialEditor::SerialEditor(SerialFile& file, RunState& state, Form1& form1, NewSerial& newserial)
     : file_(file), state_(state), form1_(form1), newserial_(newserial) {
@@ -27,15 +21,15 @@ std::optional<std::int32_t> SerialEditor::entered() const {
   const char* end = text.data() + text.size();
   std::int32_t number = 0;
   const auto [rest, error] = std::from_chars(text.data(), end, number);
-  if (error != std::errc() || rest != end || number < 0 || number > kHighest) {
-    newserial_.host().showMessage("Please enter a whole number from 0 to " + std::to_string(kHighest));
+  if (error != std::errc() || rest != end || !SerialFile::fits(number)) {
+    newserial_.host().showMessage("Please enter a whole number from 0 to " + std::to_string(SerialFile::kHighestNumber));
     return std::nullopt;
   }
   return number;
 }
 
 void SerialEditor::step(int by) {
-  if (const auto number = entered(); number && *number + by >= 0 && *number + by <= kHighest) {
+  if (const auto number = entered(); number && SerialFile::fits(*number + by)) {
     newserial_.Text1.Text = std::to_string(*number + by);
   }
 }
@@ -48,7 +42,9 @@ void SerialEditor::take() {
   state_.SerialNumber = *number;
   newserial_.Unload();
   form1_.txtNum.Text = std::to_string(*number);
-  if (*number > state_.FileSerial) {
+  form1_.lblOutcome.clear();
+  // The file's own number too: with it the user takes an earlier entry back.
+  if (*number >= state_.FileSerial) {
     try {
       file_.WriteSerialFile();
     } catch (const Failure& failure) {

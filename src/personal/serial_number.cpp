@@ -16,6 +16,8 @@ constexpr std::int16_t kNumberShown = 2;
 constexpr std::int16_t kModelShown = 3;
 constexpr std::int16_t kProgramming = 4;
 constexpr std::int16_t kFinished = 5;
+
+constexpr const char* kChangeIt = "Please click on 'Edit Number' to change it";
 }  // namespace
 
 SerialNumber::SerialNumber(FormHost& host, SerialPort& port, CommandSet& commands, ReceivePath& receivePath, UnitAnswer& answer,
@@ -89,13 +91,25 @@ void SerialNumber::confirmNumber() {
   form1_.txtNum.Show();
   form1_.lblSerial.Show();
   form1_.btnSerial.Show();
-  waitWhileStep(kNumberShown);
+  awaitNumber();
   form1_.txtNum.Hide();
   form1_.lblSerial.Hide();
   form1_.btnSerial.Hide();
   form1_.lblResetSerial.Hide();
   // An editor left open must not change the number, or move the file back, once it is on its way to the unit.
   newserial_.Unload();
+}
+
+void SerialNumber::awaitNumber() {
+  if (!SerialFile::fits(state_.SerialNumber)) {
+    form1_.lblOutcome.tell(OutcomeKind::Caution, SerialFile::whyUnfit(state_.SerialNumber) + ". " + kChangeIt);
+  }
+  waitWhileStep(kNumberShown);
+  while (!SerialFile::fits(state_.SerialNumber)) {
+    host_.showMessage(SerialFile::whyUnfit(state_.SerialNumber) + ".\r\n\r\n" + kChangeIt);
+    state_.SerialStep = kNumberShown;
+    waitWhileStep(kNumberShown);
+  }
 }
 
 void SerialNumber::chooseModel() {
@@ -114,8 +128,7 @@ void SerialNumber::waitWhileStep(int step) {
 void SerialNumber::ProgramSerialNum() {
   form1_.Command3.Disable();
   if (!storeInUnit()) {
-    file_.giveBack();
-    giveUp("No answer from the receiver: the Serial Number was not programmed");
+    giveUp(whyNotStored());
     return;
   }
   ++state_.SerialNumber;  // the file is ahead already
@@ -132,24 +145,36 @@ void SerialNumber::ProgramSerialNum() {
 }
 
 bool SerialNumber::storeInUnit() {
-  for (bool first = true;; first = false) {
+  numberOut_ = false;
+  for (;;) {
     form1_.Timer3.start(kReportInterval);
     port_.Open();
     port_.setReceiveThreshold(kShortestAnswer);
-    if (first) {
-      file_.reserve();
+    if (!numberOut_) {
+      takeNumber();
     }
     const bool again = sendAndWait() || answer_.askAgain();
-    if (state_.GotId) {
-      if (readBackAgrees()) {
-        return true;
-      }
-    } else if (!again) {
+    if (stored()) {
+      return true;
+    }
+    if (!again) {
       return false;
     }
-    port_.Close();
     form1_.lblResetSerial.Hide();
+    if (state_.GotId) {
+      tellReadBack();
+    }
+    port_.Close();
     answer_.pause();
+  }
+}
+
+void SerialNumber::takeNumber() {
+  const std::int32_t shown = state_.SerialNumber;
+  file_.reserve();
+  if (state_.SerialNumber != shown) {
+    form1_.lblOutcome.tell(OutcomeKind::Caution, "Another station has taken number " + std::to_string(shown) +
+                                                     ": this receiver gets number " + std::to_string(state_.SerialNumber));
   }
 }
 
@@ -158,21 +183,39 @@ bool SerialNumber::sendAndWait() {
   receivePath_.RxBuffer.clear();
   state_.GotId = false;
   state_.SerialAnswerTaken = false;
-  commands_.SetSerial();
+  sendNumber();
   const bool answered = answer_.await([this] { return state_.GotId; });
   form1_.Watchdog.stop();
   return answered;
 }
 
-bool SerialNumber::readBackAgrees() {
-  if (receivePath_.SerialReadBack == state_.SerialNumber) {
-    return true;
+void SerialNumber::sendNumber() {
+  try {
+    commands_.SetSerial();
+  } catch (const Failure&) {
+    // A port that refuses the frame has sent nothing of it. Once the frame has left, the number may be in a unit for good.
+    if (!numberOut_) {
+      file_.giveBack();
+    }
+    throw;
   }
+  numberOut_ = true;
+}
+
+bool SerialNumber::stored() const { return state_.GotId && receivePath_.SerialReadBack == state_.SerialNumber; }
+
+void SerialNumber::tellReadBack() {
   host_.showMessage(std::string("Error programming Serial Number") + kCrLf + kCrLf + "Sent #" +
                     std::to_string(state_.SerialNumber) + ", but read back #" + std::to_string(receivePath_.SerialReadBack) +
                     kCrLf + kCrLf + "Trying again");
   state_.GotId = false;
-  return false;
+}
+
+std::string SerialNumber::whyNotStored() const {
+  const std::string number = std::to_string(state_.SerialNumber);
+  return state_.GotId ? "The receiver has reported number " + std::to_string(receivePath_.SerialReadBack) + ", not number " +
+                            number + ": the Serial Number was not programmed"
+                      : "No answer from the receiver: number " + number + " may be in it or not, and no other receiver gets it";
 }
 
 void SerialNumber::giveUp(const std::string& verdict) {

@@ -27,11 +27,16 @@ class SerialNumber {
  private:
   void confirmPower();
   void confirmNumber();
+  void awaitNumber();
   void chooseModel();
   void waitWhileStep(int step);
   bool storeInUnit();
+  void takeNumber();
   bool sendAndWait();
-  bool readBackAgrees();
+  void sendNumber();
+  [[nodiscard]] bool stored() const;
+  void tellReadBack();
+  [[nodiscard]] std::string whyNotStored() const;
   void giveUp(const std::string& verdict);
   void recover();
 
@@ -46,6 +51,7 @@ class SerialNumber {
   RunState& state_;
   Form1& form1_;
   NewSerial& newserial_;
+  bool numberOut_ = false;  // the number has gone out to a unit, and may be in it
 };
 
 }  // namespace firmlane

@@ -258,6 +258,24 @@ TEST_F(PagesTest, TheTargetFollowsProductAndProcessor) {
   }
 }
 
+TEST_F(PagesTest, WithoutAProcessorTheFlashPageAsksForOne) {
+  world_.screen.answerOthers();
+  state_.PortChosen = true;
+  state_.ProductCode = "WS";
+  state_.FlashTarget = "RF2Flash";  // of the unit before
+  state_.WizardPage = 5;
+  next();
+  next();
+  EXPECT_EQ(world_.screen.boxes().back().text, "Please select the processor to flash and then click Next to continue");
+  EXPECT_THAT(log_, IsEmpty());
+  EXPECT_EQ(state_.WizardPage, 6);
+  click(form1_.Option4(1));
+  onFlash_ = [this] { EXPECT_TRUE(form1_.ProgressBar1.Visible); };
+  next();
+  EXPECT_THAT(log_, ElementsAre("flash DSPFlash"));
+  EXPECT_FALSE(form1_.ProgressBar1.Visible) << "the run is over";
+}
+
 TEST_F(PagesTest, ARunThatCannotBeginIsToldAndLeavesTheButtonsLive) {
   world_.screen.answerOthers();
   state_.ProductCode = "WS";
@@ -269,6 +287,7 @@ TEST_F(PagesTest, ARunThatCannotBeginIsToldAndLeavesTheButtonsLive) {
   EXPECT_EQ(world_.screen.boxes().back().icon, MessageIcon::Critical);
   EXPECT_EQ(state_.ErrorText, "Error: No such port (#2)");
   EXPECT_TRUE(form1_.Command3.Enabled);
+  EXPECT_FALSE(form1_.ProgressBar1.Visible);
   EXPECT_TRUE(state_.TimedOut) << "an auto wizard must not tick the processor off";
 }
 

@@ -61,7 +61,7 @@ TEST_F(SerialNumberTest, FileOfAnyKindGivesANumberOrSaysWhyNot) {
   std::filesystem::remove("sn.wls");
   serialFile_.ReadSerialFile();
   EXPECT_EQ(form1_.txtNum.Text.get(), "1");
-  for (const std::int32_t number : {-2, 2147483647}) {
+  for (const std::int32_t number : {-2, 1000000, 2147483647}) {
     state_.SerialNumber = number;
     EXPECT_THROW(serialFile_.reserve(), Failure) << number;
   }
@@ -74,6 +74,145 @@ TEST_F(SerialNumberTest, FileOfAnyKindGivesANumberOrSaysWhyNot) {
   EXPECT_EQ(world_.screen.boxes()[0].text, "Not a file: sn.wls");
   expectReady();
   EXPECT_TRUE(form1_.lblTop.Visible);
+}
+
+TEST_F(SerialNumberTest, ALinkToASharedCounterStaysALinkAndOneThatLeadsNowhereGivesNoNumber) {
+  namespace fs = std::filesystem;
+  fs::create_directory("share");
+  writeNumber(100);
+  fs::rename("sn.wls", "share/counter");
+  fs::create_symlink("share/counter", "sn.wls");
+  runSerial();
+  EXPECT_TRUE(fs::is_symlink("sn.wls"));
+  EXPECT_EQ(hex(Files::read("share/counter")), "65 00 00 00");
+  EXPECT_TRUE(fs::exists("share/counter.lock")) << "stations that share the counter have to meet in one lock";
+  next();
+
+  fs::rename("share/counter", "elsewhere");  // the share is not mounted
+  world_.screen.answerOthers();
+  EXPECT_THROW(serialFile_.ReadSerialFile(), Failure);
+  EXPECT_THROW(serialFile_.reserve(), Failure);
+  serial_.btnSN_Click();
+  EXPECT_EQ(unit_.heard.size(), 2U);
+  EXPECT_TRUE(fs::is_symlink("sn.wls"));
+  EXPECT_FALSE(fs::exists("share/counter"));
+  expectReady();
+}
+
+TEST_F(SerialNumberTest, ANumberThatNoReceiverCanTakeIsToldWhenItIsLoadedAndGoesNoFurther) {
+  writeNumber(1000000);
+  world_.screen.answerOthers();
+  std::string told;
+  world_.after(kSecond * 3 / 2, [&] { told = form1_.lblOutcome.Caption; });
+  for (const double seconds : {1.0, 2.0, 8.0, 9.0}) {
+    clickAfter(seconds, form1_.Command3);
+  }
+  world_.after(5 * kSecond, [&] {
+    EXPECT_TRUE(form1_.txtNum.Visible);
+    world_.newserial.Show();
+    world_.newserial.Text1.Text = "999999";
+    world_.newserial.btnOK.Click();
+    EXPECT_FALSE(form1_.lblOutcome.Visible);
+  });
+  serial_.btnSN_Click();
+  const std::string words =
+      "1000000 cannot be a serial number: a receiver takes numbers from 0 to 999999.{}Please click on 'Edit Number' to change it";
+  const auto with = [&](const char* gap) { return std::string(words).replace(words.find("{}"), 2, gap); };
+  EXPECT_EQ(told, with(" "));
+  ASSERT_EQ(world_.screen.boxes().size(), 1U);
+  EXPECT_EQ(world_.screen.boxes()[0].text, with("\r\n\r\n"));
+  EXPECT_EQ(unit_.heard.at(0), "02 00 00 00 27 3D 04 3F 00 00 00 27 80");
+  EXPECT_EQ(file(), "40 42 0F 00");
+}
+
+TEST_F(SerialNumberTest, WhatAnotherStationDoesMeanwhileGivesNoNumberTwice) {
+  struct Case {
+    const char* what;
+    std::function<void()> onNumberPage;
+    std::function<void()> onModelPage;
+    std::int32_t sent;
+    std::int32_t file;
+  };
+  const auto type = [this](const char* number) {
+    return [this, number] {
+      world_.newserial.Show();
+      world_.newserial.Text1.Text = number;
+      world_.newserial.btnOK.Click();
+    };
+  };
+  const auto count = [this](std::int32_t number) { return [this, number] { writeNumber(number); }; };
+  const auto both = [](auto first, auto second) {
+    return [=] {
+      first();
+      second();
+    };
+  };
+  const auto nothing = [] {};
+  for (const Case& c : std::initializer_list<Case>{
+           {"nothing", nothing, nothing, 100, 101},
+           {"it takes one", nothing, count(101), 101, 102},
+           {"it takes many", nothing, count(150), 150, 151},
+           {"an edit up", type("200"), nothing, 200, 201},
+           {"it takes the edited one", type("200"), count(201), 201, 202},
+           {"it has passed the edit", both(count(300), type("200")), nothing, 300, 301},
+           {"an edit taken back in part", both(type("2000"), type("200")), nothing, 200, 201},
+           {"an edit taken back", both(type("2000"), type("100")), nothing, 100, 101},
+           {"taken back behind its count", both(count(150), both(type("2000"), type("120"))), nothing, 150, 151},
+           {"counted on from the edit", both(type("200"), both(count(201), type("150"))), nothing, 201, 202},
+           {"a number by hand", type("50"), count(150), 50, 150},
+       }) {
+    writeNumber(100);
+    unit_.heard.clear();
+    world_.after(kSecond * 3 / 2, c.onNumberPage);
+    world_.after(kSecond * 5 / 2, c.onModelPage);
+    runSerial();
+    const auto groups = sevenBitGroups(c.sent);
+    EXPECT_EQ(unit_.heard.at(0).substr(15, 8), hex(ByteSpan(groups))) << c.what;
+    EXPECT_EQ(form1_.txtNum.Text.get(), std::to_string(c.sent)) << c.what;
+    serialFile_.ReadSerialFile();
+    EXPECT_EQ(state_.FileSerial, c.file) << c.what;
+    world_.run(kSecond);
+    next();
+    EXPECT_FALSE(form1_.lblOutcome.Visible) << c.what;
+  }
+}
+
+TEST_F(SerialNumberTest, TheUserReadsWhichNumberTheReceiverReallyGetsAndWhoKeepsTheFile) {
+  writeNumber(100);
+  world_.after(kSecond * 5 / 2, [&] { writeNumber(101); });
+  runSerial();
+  EXPECT_EQ(form1_.lblOutcome.Caption.get(), "Another station has taken number 100: this receiver gets number 101");
+  EXPECT_EQ(form1_.lblOutcome.Kind.get(), "caution");
+  next();
+
+  world_.screen.answerOthers();
+  const auto other = FileLock::tryTake("sn.wls.lock");
+  runSerial();
+  EXPECT_EQ(world_.screen.boxes().back().text, "Another station keeps sn.wls locked");
+  EXPECT_EQ(file(), "66 00 00 00");
+  EXPECT_EQ(unit_.heard.size(), 2U);
+  expectReady();
+}
+
+TEST_F(SerialNumberTest, ANumberThatCannotHaveLeftIsGivenBackUnlessAnotherStationHasCountedOn) {
+  world_.screen.answerOthers();
+  writeNumber(100);
+  world_.after(kSecond * 5 / 2, [&] { writeNumber(101); });
+  world_.screen.onChange = [&](Control&) {
+    if (form1_.txtNum.Text.get() == "101") {
+      wire_.vanish();  // the number is taken already
+    }
+  };
+  runSerial();
+  EXPECT_TRUE(unit_.heard.empty());
+  EXPECT_EQ(file(), "65 00 00 00");
+  expectReady();
+
+  serialFile_.ReadSerialFile();
+  serialFile_.reserve();
+  writeNumber(103);
+  serialFile_.giveBack();
+  EXPECT_EQ(file(), "67 00 00 00");
 }
 
 TEST_F(SerialNumberTest, EditedNumbersMoveTheFileUpAndNeverDown) {
@@ -106,25 +245,25 @@ TEST_F(SerialNumberTest, EditedNumbersMoveTheFileUpAndNeverDown) {
 }
 
 TEST_F(SerialNumberTest, TheEditorStepsRefusesAndIsGoneBeforeTheNumberGoesOut) {
-  state_.SerialNumber = 2147483645;
+  state_.SerialNumber = 999998;
   editor_.btnSerial_Click();
   NewSerial& form = world_.newserial;
   const auto text = [&] { return form.Text1.Text.get(); };
   form.btnUp.Click();
   form.btnUp.Click();
-  EXPECT_EQ(text(), "2147483646");
+  EXPECT_EQ(text(), "999999");
   form.Text1.Text = "1";
   form.btnDown.Click();
   form.btnDown.Click();
   EXPECT_EQ(text(), "0");
   world_.screen.answerOthers();
-  for (const char* wrong : {"", "12a", "-1", "2147483647", "99999999999"}) {
+  for (const char* wrong : {"", "12a", "-1", "1000000", "99999999999"}) {
     form.Text1.Text = wrong;
     form.btnOK.Click();
     EXPECT_TRUE(form.Loaded) << wrong;
   }
   EXPECT_EQ(world_.screen.boxes().size(), 5U);
-  EXPECT_EQ(state_.SerialNumber, 2147483645);
+  EXPECT_EQ(state_.SerialNumber, 999998);
   form.btnCancel.Click();
   EXPECT_FALSE(form.Visible);
 
@@ -149,7 +288,7 @@ TEST_F(SerialNumberTest, ReadBackThatDiffersIsTriedAgainUntilItAgrees) {
   EXPECT_EQ(form1_.lblResetSerial.Caption.get(), "Serial Number Programmed!\r\nPreset 0 Loaded!");
 }
 
-TEST_F(SerialNumberTest, ASilentUnitEndsTheProcedureOnNoAndItsNumberIsFreeAgain) {
+TEST_F(SerialNumberTest, ASilentUnitEndsTheProcedureOnNoAndItsNumberIsNotUsedAgain) {
   writeNumber(100);
   unit_.deafTo = 2;
   world_.screen.answerNext(MessageButton::Yes, 90 * kSecond);
@@ -159,27 +298,54 @@ TEST_F(SerialNumberTest, ASilentUnitEndsTheProcedureOnNoAndItsNumberIsFreeAgain)
   EXPECT_EQ(world_.screen.boxes()[1].text, "No answer from the receiver, try again?");
   EXPECT_EQ(world_.time.now() / kSecond, 3 + 10 + 90 + 1 + 10 + 1);
   EXPECT_EQ(unit_.heard.size(), 2U);
-  EXPECT_EQ(file(), "64 00 00 00");
+  EXPECT_EQ(file(), "65 00 00 00");
   expectReady();
   EXPECT_TRUE(form1_.btnSN.Visible);
   EXPECT_EQ(state_.SerialStep, 0);
-  EXPECT_EQ(form1_.lblTop.Caption.get(), "No answer from the receiver: the Serial Number was not programmed");
+  EXPECT_EQ(form1_.lblTop.Caption.get(),
+            "No answer from the receiver: number 100 may be in it or not, and no other receiver gets it");
+  // A port that fails on the way to the next number must not bring the old one back.
+  wire_.openFailure = Failure(failure_number::kPortInUse, "The port is in use");
+  world_.screen.answerNext(MessageButton::OK);
   runSerial();
-  EXPECT_EQ(unit_.heard.at(2), unit_.heard.at(0));
   EXPECT_EQ(file(), "65 00 00 00");
+  wire_.openFailure.reset();
+  runSerial();
+  EXPECT_EQ(unit_.heard.at(2), "02 00 00 00 27 00 00 65 00 00 00 0C 80");
+  EXPECT_EQ(file(), "66 00 00 00");
 }
 
-TEST_F(SerialNumberTest, AnAnswerUnderTheQuestionCountsWhateverIsPressed) {
-  writeNumber(100);
-  unit_.deafTo = 1;
-  world_.screen.onBox = [&](const MessageBox&) {
-    world_.after(kMillisecond, [&] { wire_.send(bytes("02 00 00 64 1F 27 2A 3E 3E"), 57600); });
+TEST_F(SerialNumberTest, AnAnswerUnderTheQuestionCountsUnlessItDiffersAndTheUserSaysNo) {
+  struct Case {
+    const char* answer;
+    MessageButton button;
+    std::size_t heard;
+    const char* page;
   };
-  world_.screen.answerNext(MessageButton::No);
-  runSerial();
-  EXPECT_EQ(unit_.heard.size(), 2U);
-  EXPECT_EQ(unit_.heard.at(1), kPresetMessage);
-  EXPECT_EQ(file(), "65 00 00 00");
+  const char* right = "02 00 00 64 1F 27 2A 3E 3E";
+  const char* wrong = "02 00 00 63 1F 27 29 3E 3E";
+  for (const Case& c : {Case{right, MessageButton::No, 2, "Serial Number Programmed!"},
+                        {wrong, MessageButton::Yes, 3, "Serial Number Programmed!"},
+                        {wrong, MessageButton::No, 1,
+                         "The receiver has reported number 99, not number 100: the Serial Number was not programmed"}}) {
+    writeNumber(100);
+    unit_.deafTo = 1;
+    unit_.heard.clear();
+    world_.screen.onBox = [&](const MessageBox& box) {
+      if (box.buttons == MessageButtons::YesNo) {
+        world_.after(kMillisecond, [&] { wire_.send(bytes(c.answer), 57600); });
+      }
+    };
+    world_.screen.answerNext(c.button);
+    world_.screen.answerOthers();
+    runSerial();
+    EXPECT_EQ(unit_.heard.size(), c.heard) << c.page;
+    EXPECT_EQ(form1_.lblResetSerial.Visible ? form1_.lblResetSerial.Caption : form1_.lblTop.Caption, c.page);
+    EXPECT_EQ(file(), "65 00 00 00");
+    if (state_.SerialStep == 5) {
+      next();
+    }
+  }
 }
 
 TEST_F(SerialNumberTest, APresetThatFailsLeavesTheNumberTaken) {

@@ -169,6 +169,10 @@ void PageEngine::askPowerOff() {
 }
 
 void PageEngine::flash() {
+  if (form1_.frmUC.Visible && form1_.Option4.selected() < 0) {
+    host_.showMessage("Please select the processor to flash and then click Next to continue");
+    return;
+  }
   if (form1_.Option4(kFrontOption).Value) {
     loadFront();
   }
@@ -191,13 +195,17 @@ void PageEngine::flash() {
       state_.TimedOut = true;
       state_.WizardPage = 5;
       form1_.lblTop.Caption = readyText();
-      form1_.ProgressBar1.Hide();
     }
   } catch (const Failure&) {
     state_.TimedOut = true;
-    form1_.Command3.Enable();
+    leaveRun();
     throw;
   }
+  leaveRun();
+}
+
+void PageEngine::leaveRun() {
+  form1_.ProgressBar1.Hide();
   form1_.Command3.Enable();
 }
 

@@ -75,6 +75,7 @@ class PageEngine {
   void showVersions();
   void askPowerOff();
   void flash();
+  void leaveRun();
   void loadFront();
   bool imageReady();
   void setTarget();
