@@ -13,7 +13,9 @@ namespace firmlane {
 
 void ControlBinding::refresh() {
   stale = false;
+  showing_ = true;
   showValues();
+  showing_ = false;
   const bool usable = control_.Enabled && control_.Visible;
   if (!usable) {
     keepFocus();
@@ -110,6 +112,17 @@ class OptionButtonBinding : public ControlBinding {
     view().setProperty("optionGroup", group_);
     view().stepped = [this](int step) { select(step); };
     QObject::connect(&view(), &QRadioButton::clicked, &context_, [this] { click(); });
+    // Set from elsewhere: a tool that works the window for the user.
+    QObject::connect(&view(), &QRadioButton::toggled, &context_, [this](bool on) {
+      if (showing()) {
+        return;
+      }
+      if (on) {
+        click();
+      } else {
+        touch();
+      }
+    });
   }
 
  protected:
@@ -148,6 +161,11 @@ class CheckBoxBinding : public ControlBinding {
  public:
   CheckBoxBinding(CheckBox& box, QWidget* parent) : ControlBinding(box, new WrappedCheckBox(parent)), box_(box) {
     QObject::connect(&view(), &QCheckBox::clicked, &context_, [this] { click(); });
+    QObject::connect(&view(), &QCheckBox::toggled, &context_, [this] {
+      if (!showing()) {
+        click();
+      }
+    });
   }
 
  protected:
@@ -164,7 +182,11 @@ class CheckBoxBinding : public ControlBinding {
 class TextBoxBinding : public ControlBinding {
  public:
   TextBoxBinding(TextBox& box, QWidget* parent) : ControlBinding(box, new QLineEdit(parent)), box_(box) {
-    QObject::connect(&view(), &QLineEdit::textEdited, &context_, [this](const QString& text) { report(text); });
+    QObject::connect(&view(), &QLineEdit::textChanged, &context_, [this](const QString& text) {
+      if (!showing()) {
+        report(text);
+      }
+    });
   }
 
  protected:

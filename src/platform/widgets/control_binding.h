@@ -40,11 +40,15 @@ class ControlBinding {
   /// What the widget's slots belong to; they end with the binding.
   QObject context_;
 
+  /// Whether it is the form that changes the widget just now; else it is the user, by whatever means.
+  [[nodiscard]] bool showing() const { return showing_; }
+
  private:
   void keepFocus() const;
 
   Control& control_;
   QWidget* widget_;
+  bool showing_ = false;
 };
 
 /// The binding for a control of any kind, with a new widget in `parent`.

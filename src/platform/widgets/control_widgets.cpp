@@ -200,6 +200,11 @@ LineList::LineList(QWidget* parent) : QListWidget(parent) {
       picked(row);
     }
   });
+  QObject::connect(this, &QListWidget::itemSelectionChanged, this, [this] {
+    if (const QModelIndexList chosen = selectedIndexes(); !quiet_ && !chosen.isEmpty() && chosen.front().row() != currentRow()) {
+      setCurrentRow(chosen.front().row());
+    }
+  });
 }
 
 void LineList::setLines(const QStringList& lines, int current) {

@@ -61,7 +61,8 @@ class RoomyButton : public QPushButton {
   [[nodiscard]] QSize sizeHint() const override;
 };
 
-/// An option button of which the form, not Qt, says whether it is selected. Arrow keys ask for its neighbours.
+/// An option button of which the form, not Qt, says whether it is selected: a click changes nothing by itself. Arrow keys ask for
+/// its neighbours.
 class OptionWidget : public QRadioButton {
  public:
   explicit OptionWidget(QWidget* parent = nullptr);
@@ -70,10 +71,11 @@ class OptionWidget : public QRadioButton {
   std::function<void(int)> stepped;
 
  protected:
+  void nextCheckState() override {}
   void keyPressEvent(QKeyEvent* event) override;
 };
 
-/// A check box whose caption takes as many lines as it needs.
+/// A check box whose caption takes as many lines as it needs. The form says whether it is checked, as with an option button.
 class WrappedCheckBox : public QCheckBox {
  public:
   explicit WrappedCheckBox(QWidget* parent = nullptr);
@@ -84,6 +86,7 @@ class WrappedCheckBox : public QCheckBox {
   [[nodiscard]] int heightForWidth(int width) const override;
 
  protected:
+  void nextCheckState() override {}
   void resizeEvent(QResizeEvent* event) override;
 
  private:
@@ -106,7 +109,8 @@ class Remark : public QLabel {
   QWidget& beside_;
 };
 
-/// A list that tells of each line the user picks: by click, also on the line that is selected already, and by keyboard.
+/// A list that tells of each line the user picks: by click, also on the line that is selected already, by keyboard, and by a
+/// tool that selects lines without making them current.
 class LineList : public QListWidget {
  public:
   explicit LineList(QWidget* parent = nullptr);
