@@ -134,7 +134,7 @@ struct Program::Parts {
   [[nodiscard]] ClassicOperations classicOperations();
   [[nodiscard]] AutoWizardTies autoTies();
   [[nodiscard]] AutoWizardSetting autoSetting() {
-    return {ground.host,    ground.files,      ground.state,      ground.form1,
+    return {ground.host,    line.wizard,       ground.files,      ground.state,  ground.form1,
             ground.frmPort, ground.frmVersion, ground.frmRecover, ground.frmDBUG};
   }
 

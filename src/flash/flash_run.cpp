@@ -27,6 +27,7 @@ constexpr const char* kPortBusy =
 void FlashRun::ConnectVelarc() {
   setUpLink();
   if (port_.IsOpen()) {
+    wizard_.tellOutcome(OutcomeKind::Failure, kPortBusy);
     host_.showMessage(kPortBusy);
     return;
   }

@@ -48,12 +48,15 @@ void Outcomes::Succeeded() {
   state_.WizardPage = kPageAfterRun;
   form1_.Command3.Enable();
   stopTimers();
+  wizard_.tellOutcome(OutcomeKind::Good, form1_.lblTop.Caption);
 }
 
 void Outcomes::Refused() {
   port_.Close();
   receivePath_.ExpectFrameEnd = false;
-  host_.showMessage("Failure programming " + unitName(state_) + " FLASH");
+  const std::string refusal = "Failure programming " + unitName(state_) + " FLASH";
+  wizard_.tellOutcome(OutcomeKind::Failure, refusal + "\r\r" + kRefused);
+  host_.showMessage(refusal);
   stopTimers();
   form1_.lblTop.Caption = kRefused;
   state_.WizardPage = kFirstPage;
@@ -61,7 +64,7 @@ void Outcomes::Refused() {
 }
 
 void Outcomes::NoConnection() {
-  form1_.lblTop.Caption = kNoConnection;
+  failWith(kNoConnection);
   stopTimers();
   frmAuto_.lblTotal.Hide();
   frmAuto_.prgTotal.Hide();
@@ -73,7 +76,7 @@ void Outcomes::NoConnection() {
 }
 
 void Outcomes::StoppedResponding() {
-  form1_.lblTop.Caption = kStoppedResponding;
+  failWith(kStoppedResponding);
   notes_.stage("Timed Out");
   stopTimers();
   form1_.Timer1.setInterval(kBarInterval);
@@ -82,7 +85,7 @@ void Outcomes::StoppedResponding() {
 }
 
 void Outcomes::NoVerdict() {
-  form1_.lblTop.Caption = kStoppedResponding;
+  failWith(kStoppedResponding);
   stopTimers();
   clearBar();
   form1_.lblProgressInfo.Hide();
@@ -90,8 +93,14 @@ void Outcomes::NoVerdict() {
 }
 
 void Outcomes::Undecided() {
+  wizard_.tellOutcome(OutcomeKind::Failure, kStoppedResponding);
   stopTimers();
   port_.Close();
+}
+
+void Outcomes::failWith(const char* text) {
+  form1_.lblTop.Caption = text;
+  wizard_.tellOutcome(OutcomeKind::Failure, text);
 }
 
 void Outcomes::stopTimers() {

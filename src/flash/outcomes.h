@@ -1,5 +1,5 @@
 // How a flash run ends: what the page then says, which page comes next, and that the port and the timers are at rest. None of
-// them clears TimedOut, by which the wizards know that a processor is still to be done.
+// them clears TimedOut, by which the wizards know that a processor is still to be done. Each tells the outcome.
 #pragma once
 
 #include "link/receive_path.h"
@@ -38,6 +38,7 @@ class Outcomes {
   void Undecided();
 
  private:
+  void failWith(const char* text);
   void stopTimers();
   void clearBar();
   void offerAnotherTry();

@@ -58,7 +58,9 @@ struct BlindWizard {
 
   Story& story_;
   ProductParameters parameters_ = blind(story_.line);
+  const WizardInCharge inCharge_{story_.state(), form<Form1>("Form1"), form<FrmAuto>("frmAuto"), form<FrmVRCAuto>("frmVRCAuto")};
   AutoWizardSetting setting_{story_.program->host(),
+                             inCharge_,
                              story_.files,
                              const_cast<RunState&>(story_.state()),
                              form<Form1>("Form1"),

@@ -162,6 +162,14 @@ bool Story::act(const std::string& action) {
     unit().powerOn();
     return true;
   }
+  if (verb == "unplug") {
+    wire.vanish();
+    return true;
+  }
+  if (verb == "port") {
+    wire.openFailure = name == "gone" ? std::optional(Failure(13, "Serial port COM 3 is in use")) : std::nullopt;
+    return true;
+  }
   if (verb == "fault") {
     return sim::setFault(unit().faults, name);
   }

@@ -99,6 +99,7 @@ void AutoWizard::options_Click() {
 }
 
 void AutoWizard::btnNext_Click() {
+  clearOutcome();
   next();
   noteView();
 }
@@ -144,6 +145,7 @@ void AutoWizard::nextOnWelcome() {
 
 void AutoWizard::btnBack_Click() {
   form_.btnRelNote.Hide();
+  clearOutcome();
   if (waiting_) {
     // Also when a failed fetch has moved the page meanwhile: the wait is what the user leaves.
     backToOptions();
@@ -206,6 +208,12 @@ void AutoWizard::showOptions() {
   form_.imgFlash.Show();
   form_.Progress1.Hide();
   form_.btnNext.Enable();
+}
+
+/// With each press of the user: what was told is read. Form1 is out of sight, and must not show it when it comes back.
+void AutoWizard::clearOutcome() {
+  form_.lblOutcome.clear();
+  setting_.form1.lblOutcome.clear();
 }
 
 void AutoWizard::btnMore_Click() {

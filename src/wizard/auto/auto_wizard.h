@@ -50,6 +50,7 @@ class AutoWizard {
   void next();
   void takeCharge();
   void forgetUnit();
+  void clearOutcome();
 
   // Next, by page.
   void nextOnWelcome();
@@ -78,6 +79,7 @@ class AutoWizard {
   [[nodiscard]] bool confirmReflash();
   void programOne();
   void showVerdict();
+  void tellVerdict();
   void showOptions();
   void noteView();
   void restoreView();

@@ -6,6 +6,7 @@
 
 #include "platform/files.h"
 #include "platform/screen.h"
+#include "progress/wizard_in_charge.h"
 #include "state/form1.h"
 #include "state/frm_port.h"
 #include "state/frm_version.h"
@@ -14,9 +15,10 @@
 
 namespace firmlane {
 
-/// The forms and values that both wizards share.
+/// The forms and values that both wizards share, and where an outcome is told.
 struct AutoWizardSetting {
   FormHost& host;
+  const WizardInCharge& wizard;
   const Files& files;
   RunState& state;
   Form1& form1;

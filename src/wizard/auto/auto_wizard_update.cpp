@@ -86,6 +86,7 @@ void AutoWizard::nextOnAllDone() {
   table_.ClearVersions();
   texts_.instruct(product_.texts.turnOffAndOn);
   if (!reading_.readAgain()) {
+    setting_.wizard.tellOutcome(OutcomeKind::Failure, state_.ErrorText);
     texts_.CheckVerMSG();  // the page as it was: Next tries again
     form_.btnNext.Enable();
     return;
@@ -115,9 +116,17 @@ void AutoWizard::showVerdict() {
     }
     form_.btnMore.Show();
   }
+  tellVerdict();
   state_.AutoPage = 19;
   form_.btnNext.Disable();
   form_.btnNext.Hide();
+}
+
+/// The verdict once more, without the lines that only make room below it.
+void AutoWizard::tellVerdict() {
+  const std::string verdict = form_.lblMain.Caption;
+  setting_.wizard.tellOutcome(state_.FinalCheckFailed ? OutcomeKind::Failure : OutcomeKind::Good,
+                              verdict.substr(0, verdict.find_last_not_of("\r\n") + 1));
 }
 
 void AutoWizard::nextOnDownloadOnly() {

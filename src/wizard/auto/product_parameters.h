@@ -66,6 +66,8 @@ struct WizardTexts {
   const char* updateOptionAgain;
   const char* verCheck;
   const char* noAnswer;
+  /// Stands behind noAnswer in the window that offers recovery.
+  const char* recoverHint;
   const char* versionInUnit;
   const char* gotVersions;
   const char* restart;

@@ -22,6 +22,7 @@ UnitReading::Outcome UnitReading::readUnit() {
     form_.btnBack.Enable();
     form_.Progress1.Hide();
     if (!tried) {
+      setting_.wizard.tellOutcome(OutcomeKind::Failure, setting_.state.ErrorText);
       setting_.state.PortChosen = false;
       return Outcome::NoPort;
     }
@@ -39,6 +40,7 @@ UnitReading::Outcome UnitReading::readUnit() {
 /// Whether the unit could be asked; it may have stayed silent.
 bool UnitReading::readOnce() {
   RunState& state = setting_.state;
+  setting_.wizard.clearOutcome();  // of a reading that the user has answered with another port
   // An earlier reading that ended in time has left its limit running; it must not end this one.
   form_.Watch.stop();
   state.ReadTimedOut = false;
@@ -101,8 +103,9 @@ void UnitReading::awaitVersions() {
 
 void UnitReading::askUser() {
   FrmRecover& recover = setting_.frmRecover;
+  setting_.wizard.tellOutcome(OutcomeKind::Failure, stillAsking() ? product_.texts.noAnswer : setting_.state.ErrorText);
   recover.Load();
-  recover.lblMain.Caption = product_.texts.noAnswer;
+  recover.lblMain.Caption = std::string(product_.texts.noAnswer) + product_.texts.recoverHint;
   finish();
   recover.ShowModal();
 }

@@ -60,8 +60,9 @@ constexpr WizardTexts kTexts = {
         "Your Velarc2 should be turned on now.",
     .noAnswer =
         "Unable to connect to your Velarc2\r\n\r\n"
-        "Please check your connections and COM port and make sure your Velarc2 is turned on.\r\n\r\n"
-        "If you are still unable to connect, click the 'Recover' button.\r\n"
+        "Please check your connections and COM port and make sure your Velarc2 is turned on.",
+    .recoverHint =
+        "\r\n\r\nIf you are still unable to connect, click the 'Recover' button.\r\n"
         "Use this option if you think that the firmware in your Velarc2 may be corrupt.",
     .versionInUnit = "The firmware version in your Velarc2 is:",
     .gotVersions =

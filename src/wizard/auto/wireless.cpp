@@ -79,8 +79,9 @@ constexpr WizardTexts kTexts = {
         "Your receiver should be turned on now.",
     .noAnswer =
         "Unable to connect to your receiver\r\n\r\n"
-        "Please check your connections and COM port and make sure your receiver is turned on.\r\n\r\n"
-        "If you are still unable to connect, click the 'Recover' button.\r\n"
+        "Please check your connections and COM port and make sure your receiver is turned on.",
+    .recoverHint =
+        "\r\n\r\nIf you are still unable to connect, click the 'Recover' button.\r\n"
         "Use this option if you think that the firmware in your receiver may be corrupt.",
     .versionInUnit = "The firmware version in your receiver is:",
     .gotVersions =

@@ -64,6 +64,7 @@ void PageEngine::Command3_Click() {
   try {
     turnPage();
   } catch (const Failure& failure) {
+    wizard_.tellOutcome(OutcomeKind::Failure, failure.description());
     tellFailure(host_, state_, "Error: ", failure);
   }
 }
@@ -75,6 +76,7 @@ void PageEngine::turnPage() {
     return;
   }
   form1_.Command5.Hide();
+  form1_.lblOutcome.clear();
   if (state_.FactoryBuild && state_.FactoryFirstPass) {
     startFactoryUnit();
   }
@@ -96,6 +98,7 @@ void PageEngine::startFactoryUnit() {
 }
 
 void PageEngine::Command1_Click() {
+  form1_.lblOutcome.clear();
   backToStart();
   form1_.Command1.Hide();
 }
