@@ -1,21 +1,34 @@
-# A room is a folder of sources that becomes one library; it may use only the rooms named behind USES.
+# A room is a folder of sources that becomes one library; it may use only the rooms named behind USES. READS names its set of
+# precompiled headers.
 function(firmlane_room name folder)
-  cmake_parse_arguments(ARG "" "" "USES" ${ARGN})
+  cmake_parse_arguments(ARG "" "READS" "USES" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${folder}/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/${folder}/*.h)
   if(NOT sources) # a room that nobody has moved into yet
     add_library(${name} INTERFACE)
     target_link_libraries(${name} INTERFACE ${ARG_USES})
     return()
   endif()
+  if(NOT ARG_READS)
+    set(ARG_READS standard)
+  endif()
   add_library(${name} STATIC ${sources})
   target_include_directories(${name} PUBLIC ${PROJECT_SOURCE_DIR}/src ${PROJECT_SOURCE_DIR}/simulator)
   target_link_libraries(${name} PUBLIC ${ARG_USES})
+  target_precompile_headers(${name} REUSE_FROM precompiled_${ARG_READS})
   set_target_properties(${name} PROPERTIES LINKER_LANGUAGE CXX)
+endfunction()
+
+# A program of its own, whose sources are all but in rooms.
+function(firmlane_program name source)
+  cmake_parse_arguments(ARG "" "READS" "USES" ${ARGN})
+  add_executable(${name} ${source})
+  target_link_libraries(${name} PRIVATE ${ARG_USES})
+  target_precompile_headers(${name} REUSE_FROM precompiled_${ARG_READS})
 endfunction()
 
 # The tests of one subsystem: every source of a folder below tests/ in one program.
 function(firmlane_tests folder)
-  cmake_parse_arguments(ARG "" "PROCESSORS" "USES" ${ARGN})
+  cmake_parse_arguments(ARG "" "PROCESSORS;READS" "USES" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${folder}/*.cpp)
   if(NOT sources)
     return()
@@ -23,10 +36,14 @@ function(firmlane_tests folder)
   if(NOT ARG_PROCESSORS)
     set(ARG_PROCESSORS 1)
   endif()
+  if(NOT ARG_READS)
+    set(ARG_READS tests)
+  endif()
   string(REPLACE "/" "_" name ${folder})
   add_executable(test_${name} ${sources})
   target_include_directories(test_${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests/support)
   target_link_libraries(test_${name} PRIVATE ${ARG_USES} test_support GTest::gmock GTest::gtest_main)
+  target_precompile_headers(test_${name} REUSE_FROM precompiled_${ARG_READS})
   gtest_discover_tests(test_${name} TEST_PREFIX ${folder}. DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120
                        PROCESSORS ${ARG_PROCESSORS})
 endfunction()

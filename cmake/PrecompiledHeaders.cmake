@@ -1,0 +1,32 @@
+# What most sources read anyway is read once. Each set belongs to one kind of source and holds nothing that its room may not use:
+# the logic gets the standard library alone, the windows get Qt's. A source still includes all that it uses; the sanitize preset
+# builds without these sets and would find what is missing.
+set(standard_headers
+    <algorithm> <array> <charconv> <cstdint> <deque> <filesystem> <functional> <map> <memory> <optional> <span> <string>
+    <string_view> <utility> <vector>)
+set(core_headers ${standard_headers} <QByteArray> <QCoreApplication> <QDir> <QFile> <QJsonDocument> <QJsonObject> <QString> <QTimer>)
+set(widgets_headers ${core_headers} <QApplication> <QBoxLayout> <QIcon> <QLabel> <QLineEdit> <QPainter> <QPushButton> <QScreen>)
+set(test_headers <gmock/gmock.h> <gtest/gtest.h>)
+
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  # ccache cannot see the set otherwise; and a compiler that starts with a set would collect garbage too early.
+  add_compile_options(-fpch-preprocess --param=ggc-min-heapsize=262144)
+endif()
+
+# Sources that are to share a set must be compiled with the same flags, so what brings flags stands here too.
+function(firmlane_header_set name)
+  cmake_parse_arguments(ARG "" "" "HEADERS;USES" ${ARGN})
+  set(empty ${CMAKE_BINARY_DIR}/precompiled/${name}.cpp)
+  file(GENERATE OUTPUT ${empty} CONTENT "")
+  add_library(precompiled_${name} OBJECT ${empty})
+  target_link_libraries(precompiled_${name} PRIVATE ${ARG_USES})
+  target_precompile_headers(precompiled_${name} PRIVATE ${ARG_HEADERS})
+endfunction()
+
+firmlane_header_set(standard HEADERS ${standard_headers})
+firmlane_header_set(tests HEADERS ${standard_headers} ${test_headers} USES GTest::gmock)
+if(FIRMLANE_QT)
+  firmlane_header_set(core HEADERS ${core_headers} USES Qt6::Core)
+  firmlane_header_set(core_tests HEADERS ${core_headers} ${test_headers} USES Qt6::Core GTest::gmock)
+  firmlane_header_set(widgets HEADERS ${widgets_headers} USES Qt6::Widgets)
+endif()
