@@ -34,7 +34,7 @@ class Window : public WidgetScreen {
 struct Downloader {
   Downloader(const std::string& directory, const std::string& server)
       : files(directory),
-        lists(host, http, files, wizard, state, form1, server),
+        lists(host, http, files, wizard, activity, state, form1, server),
         download(host, http, files, lists, supervision, wizard, state, form1, server) {
     screen.attach(host);
     form1.Show();
@@ -54,7 +54,8 @@ struct Downloader {
   FrmAuto frmAuto{host};
   FrmVRCAuto frmVRCAuto{host};
   WizardInCharge wizard{state, form1, frmAuto, frmVRCAuto};
-  Supervision supervision{queue, state, form1, wizard};
+  Activity activity{queue.clock()};
+  Supervision supervision{queue, state, form1, wizard, activity};
   QtHttpClient http{queue};
   Files files;
   ListFetch lists;

@@ -85,7 +85,8 @@ void realTime() {
     FrmAuto frmAuto(host);
     FrmVRCAuto frmVRCAuto(host);
     WizardInCharge wizard(state, form1, frmAuto, frmVRCAuto);
-    Supervision supervision(platform.queue, state, form1, wizard);
+    Activity activity(platform.queue.clock());
+    Supervision supervision(platform.queue, state, form1, wizard, activity);
     SerialPort port(platform.queue, platform.mainDriver);
     bool expectFrameEnd = false;
     ImageSender sender(host, port, supervision, wizard, state, form1, expectFrameEnd);

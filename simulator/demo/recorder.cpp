@@ -9,8 +9,31 @@
 
 namespace firmlane::sim {
 
-Recorder::Recorder(const Clock& clock, WidgetScreen& screen, std::filesystem::path directory)
-    : clock_(clock), screen_(screen), directory_(std::move(directory)) {}
+Recorder::Recorder(Activity& activity, WidgetScreen& screen, std::filesystem::path directory)
+    : activity_(activity),
+      screen_(screen),
+      directory_(std::move(directory)),
+      listening_(activity.listen([this] { activityChanged(); })) {}
+
+void Recorder::activityChanged() {
+  const Activity::Phase phase = activity_.now();
+  std::string text = nameOf(phase.doing);
+  if (phase.parts > 0) {
+    text += ", " + std::to_string(phase.part) + " of " + std::to_string(phase.parts);
+  }
+  if (phase.limit > 0) {
+    text += ", limit " + std::to_string(phase.limit / kSecond) + " s";
+  }
+  for (const ProcessorReport& processor : activity_.processors()) {
+    if (processor.state == firmlane::ProcessorState::Running) {
+      text += ", " + processor.name;
+    }
+  }
+  if (phase.doing != Doing::Nothing && text != told_) {
+    told_ = text;
+    std::cout << "    " << text << std::endl;
+  }
+}
 
 void Recorder::page(const FormHost& host, const std::string& text) {
   std::cout << "--- " << ++pages_ << "\n" << displayText(text).toStdString() << std::endl;
@@ -35,9 +58,9 @@ void Recorder::unitChanged(const UnitState& state) {
     return;
   }
   if (state.phase == Phase::Receiving) {
-    streamBegan_ = clock_.now();
+    streamBegan_ = activity_.clock().now();
   } else if (phase_ == Phase::Receiving) {
-    tellStream(state, clock_.now() - streamBegan_);
+    tellStream(state, activity_.clock().now() - streamBegan_);
   }
   phase_ = state.phase;
 }

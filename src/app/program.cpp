@@ -43,6 +43,7 @@ struct Ground {
   SerialPort mainPort;
   SerialPort versionPort;
   RunState state;
+  Activity activity{queue.clock()};
   Form1 form1{host};
   FrmPort frmPort{host};
   FrmVersion frmVersion{host};
@@ -61,13 +62,13 @@ struct Line {
 
   Ground& ground;
   WizardInCharge wizard{ground.state, ground.form1, ground.frmAuto, ground.frmVRCAuto};
-  Supervision supervision{ground.queue, ground.state, ground.form1, wizard};
+  Supervision supervision{ground.queue, ground.state, ground.form1, wizard, ground.activity};
   CommandSet commands{ground.mainPort, ground.state, ground.frmAuto, ground.frmVRCAuto};
   ShortDelay delay{ground.queue, ground.state, ground.form1};
   ReceivePath receive{ground.host,  ground.mainPort, commands,       delay,
                       ground.state, ground.form1,    ground.frmAuto, ground.frmVRCAuto};
-  PortDiscovery discovery{ground.mainPort, commands, receive, ground.state, ground.frmPort};
-  VersionReadout readout{ground.versionPort, ground.state, ground.frmVersion};
+  PortDiscovery discovery{ground.mainPort, commands, receive, ground.activity, ground.state, ground.frmPort};
+  VersionReadout readout{ground.versionPort, ground.activity, ground.state, ground.frmVersion};
 };
 
 /// Images and the run that sends them.
@@ -96,7 +97,8 @@ struct Catalogue {
   Ground& ground;
   Line& line;
   const Platform& platform;
-  ListFetch lists{ground.host, platform.http, ground.files, line.wizard, ground.state, ground.form1, platform.servers.maker};
+  ListFetch lists{ground.host,     platform.http, ground.files, line.wizard,
+                  ground.activity, ground.state,  ground.form1, platform.servers.maker};
   Download download{ground.host,  platform.http, ground.files,          lists, line.supervision, line.wizard,
                     ground.state, ground.form1,  platform.servers.maker};
   Registration registration{
@@ -134,8 +136,8 @@ struct Program::Parts {
   [[nodiscard]] ClassicOperations classicOperations();
   [[nodiscard]] AutoWizardTies autoTies();
   [[nodiscard]] AutoWizardSetting autoSetting() {
-    return {ground.host,    line.wizard,       ground.files,      ground.state,  ground.form1,
-            ground.frmPort, ground.frmVersion, ground.frmRecover, ground.frmDBUG};
+    return {ground.host,    line.wizard,       ground.files,      ground.state,   ground.form1,
+            ground.frmPort, ground.frmVersion, ground.frmRecover, ground.frmDBUG, ground.activity};
   }
 
   Ground ground;
@@ -157,7 +159,8 @@ Program::Parts::Parts(const Platform& platform, const BuildSwitches& switches)
     : ground(platform),
       catalogue(ground, line, platform),
       startUp(ground.host, ground.mainPort, line.receive, ground.state, ground.form1, ground.frmInHouse, switches),
-      classic(ground.host, ground.files, ground.mainPort, personal.factory, line.wizard, ground.state, ground.form1,
+      classic(ground.host, ground.files, ground.mainPort, personal.factory, line.wizard, ground.activity, ground.state,
+              ground.form1,
               {ground.frmPort, ground.frmVersion, ground.frmAuto, ground.frmVRCAuto, ground.frmInHouse, ground.frmDBUG},
               classicOperations()),
       wireless(autoSetting(), autoTies(), ground.frmAuto),
@@ -216,6 +219,8 @@ Program::~Program() = default;
 FormHost& Program::host() { return parts_->ground.host; }
 
 const RunState& Program::state() const { return parts_->ground.state; }
+
+Activity& Program::activity() { return parts_->ground.activity; }
 
 void Program::start() {
   parts_->ground.form1.Load();

@@ -10,6 +10,7 @@
 #include "platform/http_client.h"
 #include "platform/screen.h"
 #include "platform/serial_port.h"
+#include "progress/activity.h"
 #include "state/run_state.h"
 
 namespace firmlane {
@@ -42,6 +43,8 @@ class Program {
   /// The forms, for whoever shows or works them.
   [[nodiscard]] FormHost& host();
   [[nodiscard]] const RunState& state() const;
+  /// What goes on, for whoever shows or keeps it.
+  [[nodiscard]] Activity& activity();
 
   /// Loads and shows the start form.
   void start();

@@ -72,6 +72,7 @@ std::size_t Download::selectedLine() const {
 }
 
 void Download::transfer(const DownloadSource& source) {
+  const Activity::Span downloading(supervision_.activity, Doing::Downloading);
   DownloadPath = files_.path(source.name);
   supervision_.SlowBar = true;
   form1_.Timer1.stop();
@@ -152,6 +153,7 @@ void Download::takeBody() {
 }
 
 void Download::showProgress(std::int64_t received) {
+  supervision_.activity.progress(received, ContentLength);
   if (ContentLength <= 0) {
     return;
   }

@@ -19,9 +19,16 @@ constexpr const char* kReceived = "The Firmlane has received a list of currently
 
 }  // namespace
 
-ListFetch::ListFetch(FormHost& host, HttpClient& http, const Files& files, WizardInCharge& wizard, RunState& state, Form1& form1,
-                     std::string server)
-    : host_(host), http_(http), files_(files), wizard_(wizard), state_(state), form1_(form1), server_(std::move(server)) {}
+ListFetch::ListFetch(FormHost& host, HttpClient& http, const Files& files, WizardInCharge& wizard, Activity& activity,
+                     RunState& state, Form1& form1, std::string server)
+    : host_(host),
+      http_(http),
+      files_(files),
+      wizard_(wizard),
+      activity_(activity),
+      state_(state),
+      form1_(form1),
+      server_(std::move(server)) {}
 
 void ListFetch::GetUpdateText() {
   const FirmwareListSource& source = firmwareListFor(state_);
@@ -54,6 +61,7 @@ void ListFetch::clearUrls() {
 }
 
 bool ListFetch::fetch(const char* path, const char* localCopy, bool toWizard) {
+  const Activity::Span fetching(activity_, Doing::FetchingList);
   UpdateText = http_.OpenURL(server_ + path);
   if (UpdateText.empty()) {
     tellNoConnection(toWizard);

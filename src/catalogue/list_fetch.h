@@ -8,6 +8,7 @@
 #include "catalogue/list_sources.h"
 #include "platform/files.h"
 #include "platform/http_client.h"
+#include "progress/activity.h"
 #include "progress/wizard_in_charge.h"
 
 namespace firmlane {
@@ -15,8 +16,8 @@ namespace firmlane {
 class ListFetch {
  public:
   /// `server` is scheme and host of the maker's web server.
-  ListFetch(FormHost& host, HttpClient& http, const Files& files, WizardInCharge& wizard, RunState& state, Form1& form1,
-            std::string server);
+  ListFetch(FormHost& host, HttpClient& http, const Files& files, WizardInCharge& wizard, Activity& activity, RunState& state,
+            Form1& form1, std::string server);
 
   /// Fetches the list of the product in use and reads its firmware, and its systems where it has any. Passes events meanwhile and
   /// ends after 60 s at the latest. The caller has cleared List1 and the URLs and started Timer1. Tells every failure itself;
@@ -52,6 +53,7 @@ class ListFetch {
   HttpClient& http_;
   const Files& files_;
   WizardInCharge& wizard_;
+  Activity& activity_;
   RunState& state_;
   Form1& form1_;
   std::string server_;

@@ -15,8 +15,8 @@ namespace firmlane {
 
 class ConsoleSession {
  public:
-  ConsoleSession(FormHost& host, const RunState& state, PrintLine print)
-      : host_(host), reader_(host, state), print_(std::move(print)) {}
+  ConsoleSession(FormHost& host, const RunState& state, const Activity& activity, PrintLine print)
+      : host_(host), reader_(host, state, activity), print_(std::move(print)) {}
   ConsoleSession(const ConsoleSession&) = delete;
   ConsoleSession& operator=(const ConsoleSession&) = delete;
   ~ConsoleSession() = default;

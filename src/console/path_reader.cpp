@@ -4,6 +4,7 @@
 #include <array>
 #include <span>
 
+#include "console/activity_fields.h"
 #include "console/command_line.h"
 
 namespace firmlane {
@@ -13,6 +14,7 @@ namespace {
 constexpr const char* kNoSuchControl = "no such control";
 constexpr const char* kNoSuchField = "no such field";
 constexpr const char* kRunState = "RunState";
+constexpr const char* kActivity = "Activity";
 
 // What can be read, in the order in which it is written. A control or form may have more, which concerns its window alone.
 constexpr std::array kControlProperties = {"caption", "text",      "visible", "enabled", "value", "max",
@@ -100,6 +102,10 @@ std::function<Json()> PathReader::find(const std::string& path) const {
   const auto [formName, rest] = splitAtPoint(path);
   if (formName == kRunState) {
     return findField(rest);
+  }
+  if (formName == kActivity) {
+    std::function<Json()> field = activityField(activity_, rest);
+    return field ? field : throw Refusal(kNoSuchField);
   }
   const Form& owner = form(formName);
   if (rest.empty()) {

@@ -5,21 +5,23 @@
 
 #include "console/json.h"
 #include "platform/screen.h"
+#include "progress/activity.h"
 #include "state/run_state.h"
 
 namespace firmlane {
 
 class PathReader {
  public:
-  PathReader(const FormHost& host, const RunState& state) : host_(host), state_(state) {}
+  PathReader(const FormHost& host, const RunState& state, const Activity& activity)
+      : host_(host), state_(state), activity_(activity) {}
 
   // All of these throw Refusal with "no such control" or "no such field" for a name that is not there.
 
   [[nodiscard]] Form& form(const std::string& name) const;
   /// `path` is FORM.CONTROL, an element of an array FORM.CONTROL(INDEX).
   [[nodiscard]] Control& control(const std::string& path) const;
-  /// What reads the value that a path names, as often as wanted: FORM.PROPERTY, CONTROL.PROPERTY or RunState.FIELD; a control or
-  /// a form alone for an object of all its properties.
+  /// What reads the value that a path names, as often as wanted: FORM.PROPERTY, CONTROL.PROPERTY, RunState.FIELD or
+  /// Activity.FIELD; a control, a form or Activity alone for an object of all its properties.
   [[nodiscard]] std::function<Json()> find(const std::string& path) const;
 
   /// All controls of a form with all their properties.
@@ -32,6 +34,7 @@ class PathReader {
 
   const FormHost& host_;
   const RunState& state_;
+  const Activity& activity_;
 };
 
 }  // namespace firmlane

@@ -32,6 +32,7 @@ void FlashRun::ConnectVelarc() {
     return;
   }
   openPort();
+  const Activity::Run run(supervision_.activity, state_.ProductCode, state_.FlashTarget, [this] { return succeeded(); });
   try {
     runStates();
   } catch (const Failure&) {
@@ -94,6 +95,7 @@ void FlashRun::openPort() {
 
 /// Returns whether the unit has announced itself and was answered.
 bool FlashRun::awaitAnnouncement() {
+  const Activity::Span waiting(supervision_.activity, Doing::WaitingForSwitch, kAnnounceLimit * kSecond);
   notes_.stage("Waiting for Receiver Response");
   notes_.bytes(0);
   form1_.Watchdog.start(kSecondTicks);
@@ -119,6 +121,7 @@ void FlashRun::offerSecondChance() {
 
 /// Returns whether the unit has said anything in time.
 bool FlashRun::awaitErase() {
+  const Activity::Span erasing(supervision_.activity, Doing::Erasing, eraseLimitFor(state_) * kSecond);
   enterErase();
   while (state_.FlashPhase == kErasing && !state_.TimedOut) {
     host_.queue().WaitEvents();
@@ -145,6 +148,7 @@ void FlashRun::enterErase() {
 }
 
 void FlashRun::program() {
+  const Activity::Span sending(supervision_.activity, Doing::Sending);
   enterProgram();
   if (state_.ProductCode == "VC" && !state_.UnitIsVrc2) {
     processors_.ProgramFlash();
@@ -184,6 +188,7 @@ void FlashRun::sendImage() {
 }
 
 void FlashRun::awaitVerdict() {
+  const Activity::Span waiting(supervision_.activity, Doing::WaitingForVerdict, verdictLimit());
   const SilenceLimit silence(host_.queue());
   while (state_.FlashPhase == kErased && !state_.TimedOut) {
     host_.queue().WaitEvents();
@@ -192,6 +197,13 @@ void FlashRun::awaitVerdict() {
     }
   }
 }
+
+Micros FlashRun::verdictLimit() const {
+  const Timer& watchdog = form1_.Watchdog;
+  return watchdog.enabled() ? supervision_.WatchdogLimit * watchdog.interval() * kMillisecond : SilenceLimit::kSeconds * kSecond;
+}
+
+bool FlashRun::succeeded() const { return !state_.TimedOut && state_.FlashPhase == kFinished && receivePath_.FlashSucceeded; }
 
 void FlashRun::setWizardReset(const char* text) {
   if (AutoForm* wizard = wizard_.form()) {

@@ -48,6 +48,8 @@ class FlashRun {
   void sendImage();
 
   void awaitVerdict();
+  [[nodiscard]] Micros verdictLimit() const;
+  [[nodiscard]] bool succeeded() const;
 
   void setWizardReset(const char* text);
 

@@ -11,8 +11,9 @@ constexpr std::int32_t kAnyAddress = 999;
 constexpr int kGrownHeight = 6000;  // twips, with the 16 options
 }  // namespace
 
-PortDiscovery::PortDiscovery(SerialPort& port, CommandSet& commands, ReceivePath& receivePath, RunState& state, FrmPort& frmPort)
-    : port_(port), commands_(commands), receivePath_(receivePath), state_(state), form_(frmPort) {
+PortDiscovery::PortDiscovery(SerialPort& port, CommandSet& commands, ReceivePath& receivePath, Activity& activity,
+                             RunState& state, FrmPort& frmPort)
+    : port_(port), commands_(commands), receivePath_(receivePath), activity_(activity), state_(state), form_(frmPort) {
   frmPort.OnLoad = [this] { Form_Load(); };
   frmPort.OnUnload = [this] { Form_Unload(); };
   frmPort.Command1.OnClick = [this] { Command1_Click(); };
@@ -58,6 +59,7 @@ void PortDiscovery::AutoSearch() {
 }
 
 bool PortDiscovery::TestPort(std::int16_t port) {
+  const Activity::Span searching(activity_, Doing::SearchingPorts, 0, port, kPortCount);
   try {
     openForTest(port);
     commands_.SendResetLink();

@@ -6,6 +6,7 @@
 
 #include "link/command_set.h"
 #include "link/receive_path.h"
+#include "progress/activity.h"
 #include "state/frm_port.h"
 
 namespace firmlane {
@@ -13,7 +14,8 @@ namespace firmlane {
 class PortDiscovery {
  public:
   /// Takes the events of frmPort.
-  PortDiscovery(SerialPort& port, CommandSet& commands, ReceivePath& receivePath, RunState& state, FrmPort& frmPort);
+  PortDiscovery(SerialPort& port, CommandSet& commands, ReceivePath& receivePath, Activity& activity, RunState& state,
+                FrmPort& frmPort);
 
   /// Tries ports 1 to 16 and takes the first that a unit answers on; tells the user when there is none. Does nothing while a
   /// search runs. Closing the form ends it.
@@ -37,6 +39,7 @@ class PortDiscovery {
   SerialPort& port_;
   CommandSet& commands_;
   ReceivePath& receivePath_;
+  Activity& activity_;
   RunState& state_;
   FrmPort& form_;
   int search_ = 0;  // changes when a search is given up, so what is left of it on the stack knows

@@ -30,8 +30,8 @@ std::string toText(const Bytes& bytes) { return {bytes.begin(), bytes.end()}; }
 
 }  // namespace
 
-VersionReadout::VersionReadout(SerialPort& port, RunState& state, FrmVersion& frmVersion)
-    : port_(port), state_(state), form_(frmVersion), answers_(state, frmVersion) {
+VersionReadout::VersionReadout(SerialPort& port, Activity& activity, RunState& state, FrmVersion& frmVersion)
+    : port_(port), activity_(activity), state_(state), form_(frmVersion), answers_(state, frmVersion) {
   frmVersion.OnLoad = [this] { Form_Load(); };
   frmVersion.OnUnload = [this] { Form_Unload(); };
   frmVersion.Timer1.OnTimer = [this] { Timer1_Timer(); };
@@ -62,6 +62,7 @@ void VersionReadout::Form_Load() {
 }
 
 void VersionReadout::Form_Unload() {
+  reading_.reset();
   ++conversation_;
   lineUp_ = false;
   port_.Close();
@@ -92,6 +93,7 @@ void VersionReadout::Command1_Click() {
 }
 
 void VersionReadout::begin() {
+  reading_.emplace(activity_, Doing::ReadingUnit);
   ++conversation_;
   BaudToggled_ = false;
   RetryTicks_ = 0;
@@ -120,6 +122,7 @@ void VersionReadout::Timer1_Timer() {
     if (state_.VersionsRead) {
       form_.host().setPointer(Pointer::Normal);
       form_.Timer1.stop();
+      reading_.reset();
     }
   });
 }
@@ -178,6 +181,7 @@ void VersionReadout::converse(const std::function<void()>& step) {
 }
 
 void VersionReadout::fail(const Failure& failure) {
+  reading_.reset();
   lineUp_ = false;
   form_.Timer1.stop();
   form_.host().setPointer(Pointer::Normal);

@@ -4,10 +4,12 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "link/version_answers.h"
 #include "platform/serial_port.h"
+#include "progress/activity.h"
 
 namespace firmlane {
 
@@ -16,7 +18,7 @@ class VersionReadout {
   /// Takes the events of frmVersion and the receive event of the port, which must be no other's. Loading frmVersion starts the
   /// conversation and unloading ends it, at any moment. A port that cannot be opened is told to the user and unloads the form
   /// again; one that is lost later is told once.
-  VersionReadout(SerialPort& port, RunState& state, FrmVersion& frmVersion);
+  VersionReadout(SerialPort& port, Activity& activity, RunState& state, FrmVersion& frmVersion);
 
  private:
   void Form_Load();
@@ -45,13 +47,15 @@ class VersionReadout {
   [[nodiscard]] bool answerIsIn() const;
 
   SerialPort& port_;
+  Activity& activity_;
   RunState& state_;
   FrmVersion& form_;
   VersionAnswers answers_;
   bool BaudToggled_ = false;     // the port is at 9600 right now
   std::int32_t RetryTicks_ = 0;  // ticks at this speed
   bool lineUp_ = false;          // not while the speed changes, and not any more once the port was lost or the form unloaded
-  int conversation_ = 0;         // changes with each start and end, so what is left of an earlier one on the stack knows
+  std::optional<Activity::Span> reading_;
+  int conversation_ = 0;  // changes with each start and end, so what is left of an earlier one on the stack knows
 };
 
 }  // namespace firmlane

@@ -9,8 +9,8 @@ constexpr int kBarStep = 5;
 constexpr int kSlowBarStep = 1;
 }  // namespace
 
-Supervision::Supervision(EventQueue& queue, RunState& state, Form1& form1, WizardInCharge& wizard)
-    : queue_(queue), state_(state), form1_(form1), wizard_(wizard) {
+Supervision::Supervision(EventQueue& queue, RunState& state, Form1& form1, WizardInCharge& wizard, Activity& whatGoesOn)
+    : activity(whatGoesOn), queue_(queue), state_(state), form1_(form1), wizard_(wizard) {
   form1.Watchdog.OnTimer = [this] { onWatchdog(); };
   form1.Timer1.OnTimer = [this] { onTimer1(); };
 }
@@ -24,6 +24,7 @@ void Supervision::onWatchdog() {
   if (WatchdogTicks < INT16_MAX) {
     ++WatchdogTicks;
   }
+  activity.used(WatchdogTicks * form1_.Watchdog.interval() * kMillisecond);
   if (WatchdogTicks >= WatchdogLimit) {
     state_.TimedOut = true;
   }
@@ -70,6 +71,7 @@ void Supervision::beginSending(std::int32_t total) {
 
 void Supervision::showPercentText(int percent) {
   state_.ProgressPercent = static_cast<std::int16_t>(percent);
+  activity.progress(BytesSent, BytesTotal / progressFactor());
   form1_.lblProgressInfo.Caption = "Programmed " + std::to_string(BytesSent) + " bytes (" + std::to_string(percent) + "%)";
 }
 

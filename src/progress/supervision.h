@@ -4,13 +4,17 @@
 
 #include <cstdint>
 
+#include "progress/activity.h"
 #include "progress/wizard_in_charge.h"
 
 namespace firmlane {
 
 class Supervision {
  public:
-  Supervision(EventQueue& queue, RunState& state, Form1& form1, WizardInCharge& wizard);
+  Supervision(EventQueue& queue, RunState& state, Form1& form1, WizardInCharge& wizard, Activity& whatGoesOn);
+
+  /// What goes on, for the operations that are supervised to tell it. Limits used up and bytes sent it learns from here.
+  Activity& activity;
 
   /// Ticks counted since this was last set to 0.
   std::int16_t WatchdogTicks = 0;

@@ -46,7 +46,7 @@ struct WizardBench : World {
   /// What was asked of the fakes, in order.
   std::vector<std::string> log;
 
-  AutoWizardSetting setting{host, wizard, files, state, form1, frmPort, frmVersion, frmRecover, frmDBUG};
+  AutoWizardSetting setting{host, wizard, files, state, form1, frmPort, frmVersion, frmRecover, frmDBUG, activity};
   AutoWizardTies ties{[this] { return getFirmware(); }, [this](const std::string& path) { log.push_back("open " + path); }};
   WirelessWizard wireless{setting, ties, frmAuto};
   Velarc2Wizard velarc2{setting, ties, frmVRCAuto};

@@ -34,7 +34,7 @@ class CatalogueTest : public testing::Test, protected World {
   [[nodiscard]] std::string top() const { return form1.lblTop.Caption; }
   [[nodiscard]] std::string info() const { return form1.lblProgressInfo.Caption; }
 
-  ListFetch lists{host, http, files, wizard, state, form1, kMaker};
+  ListFetch lists{host, http, files, wizard, activity, state, form1, kMaker};
   Download download{host, http, files, lists, supervision, wizard, state, form1, kMaker};
   WebJobs jobs{host, desktop, download, state, kMaker};
   Registration registration{host, http, download, supervision, state, form1, kRegistrar};

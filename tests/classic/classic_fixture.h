@@ -46,6 +46,7 @@ class ClassicTest : public testing::Test {
                      world_.mainPort,
                      line_,
                      world_.wizard,
+                     world_.activity,
                      world_.state,
                      world_.form1,
                      {world_.frmPort, world_.frmVersion, world_.frmAuto, world_.frmVRCAuto, world_.frmInHouse, world_.frmDBUG},

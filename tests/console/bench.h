@@ -40,9 +40,10 @@ struct ConsoleBench : testing::Test {
   ConsoleScreen screen{print};
   FormHost host{queue, screen};
   RunState state;
+  Activity activity{time};
   Sheet sheet{host, "Sheet"};
   Sheet other{host, "Other"};
-  ConsoleSession session{host, state, print};
+  ConsoleSession session{host, state, activity, print};
   bool ended = false;
 
   ConsoleBench() {

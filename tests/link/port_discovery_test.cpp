@@ -41,7 +41,7 @@ class PortDiscoveryTest : public testing::Test {
   CommandSet commands_{world_.mainPort, state_, world_.frmAuto, world_.frmVRCAuto};
   ShortDelay delay_{world_.queue, state_, world_.form1};
   ReceivePath receive_{world_.host, world_.mainPort, commands_, delay_, state_, world_.form1, world_.frmAuto, world_.frmVRCAuto};
-  PortDiscovery discovery_{world_.mainPort, commands_, receive_, state_, form_};
+  PortDiscovery discovery_{world_.mainPort, commands_, receive_, world_.activity, state_, form_};
   std::deque<FakeUnit> units_;
 };
 

@@ -33,7 +33,7 @@ class VersionReadoutTest : public testing::Test {
   World world_;
   RunState& state_ = world_.state;
   FrmVersion& form_ = world_.frmVersion;
-  VersionReadout readout_{world_.versionPort, state_, form_};
+  VersionReadout readout_{world_.versionPort, world_.activity, state_, form_};
   VirtualWire& wire_ = world_.wires.add(4);
 };
 

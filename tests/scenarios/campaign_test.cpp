@@ -67,7 +67,8 @@ struct BlindWizard {
                              form<FrmPort>("frmPort"),
                              form<FrmVersion>("frmVersion"),
                              form<FrmRecover>("frmRecover"),
-                             form<FrmDBUG>("frmDBUG")};
+                             form<FrmDBUG>("frmDBUG"),
+                             story_.program->activity()};
   AutoWizard wizard_{setting_, {[] { return true; }, [](const std::string&) {}}, window(), parameters_};
 };
 

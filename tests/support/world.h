@@ -74,6 +74,7 @@ struct World : Ground {
   SerialPort versionPort{queue, versionDriver};
 
   RunState state;
+  Activity activity{time};
   Form1 form1{host};
   FrmPort frmPort{host};
   FrmVersion frmVersion{host};
@@ -85,7 +86,7 @@ struct World : Ground {
   FrmDBUG frmDBUG{host};
   NewSerial newserial{host};
   WizardInCharge wizard{state, form1, frmAuto, frmVRCAuto};
-  Supervision supervision{queue, state, form1, wizard};
+  Supervision supervision{queue, state, form1, wizard, activity};
 };
 
 }  // namespace firmlane::test

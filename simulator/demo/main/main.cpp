@@ -59,7 +59,7 @@ class Play {
        const std::filesystem::path& screenshots)
       : platform_(platform),
         host_(program.host()),
-        recorder_(platform.source, screen, screenshots),
+        recorder_(program.activity(), screen, screenshots),
         player_(
             program.host(), [&unit](bool on) { on ? unit.powerOn() : unit.powerOff(); }, wishesFor(*options.model)) {
     player_.onText = [this](const std::string& text) { recorder_.page(host_, text); };

@@ -43,7 +43,8 @@ AutoWizard::AutoWizard(const AutoWizardSetting& setting, AutoWizardTies ties, co
       file_(setting_, window_, product),
       table_(setting_, window_, progress_, product),
       driver_(setting_, ties_, window_, texts_, product),
-      reading_(setting_, form_, texts_, product) {
+      reading_(setting_, form_, texts_, product),
+      reports_(setting_, window_, product) {
   tieEvents();
 }
 
@@ -127,6 +128,7 @@ void AutoWizard::takeCharge() {
 
 /// Whatever unit comes next is compared and counted anew.
 void AutoWizard::forgetUnit() {
+  setting_.activity.forgetUnit();
   state_.VersionsCompared = false;
   state_.ProgressSized = false;
   progress_.clear();
@@ -199,6 +201,7 @@ void AutoWizard::backToOptions() {
 }
 
 void AutoWizard::showOptions() {
+  setting_.activity.forgetUnit();
   form_.ChkOffline.Show();
   form_.ChkOffline.Enable();
   form_.chkReceiver.Show();

@@ -8,6 +8,7 @@
 #include "wizard/auto/auto_wizard_setting.h"
 #include "wizard/auto/overall_progress.h"
 #include "wizard/auto/page_texts.h"
+#include "wizard/auto/processor_reports.h"
 #include "wizard/auto/product_parameters.h"
 #include "wizard/auto/system_file.h"
 #include "wizard/auto/unit_reading.h"
@@ -97,6 +98,7 @@ class AutoWizard {
   VersionTable table_;
   UpdateDriver driver_;
   UnitReading reading_;
+  ProcessorReports reports_;
 
   /// The waits for the list of systems and for the user's pick go on. Back ends them.
   bool waiting_ = false;

@@ -6,6 +6,7 @@
 
 #include "platform/files.h"
 #include "platform/screen.h"
+#include "progress/activity.h"
 #include "progress/wizard_in_charge.h"
 #include "state/form1.h"
 #include "state/frm_port.h"
@@ -26,6 +27,7 @@ struct AutoWizardSetting {
   FrmVersion& frmVersion;
   FrmRecover& frmRecover;
   FrmDBUG& frmDBUG;
+  Activity& activity;
 };
 
 /// Operations of other subsystems, tied by whoever builds the wizards.

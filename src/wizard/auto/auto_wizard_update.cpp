@@ -54,7 +54,9 @@ void AutoWizard::programOne() {
   state_.FlashPhase = 0;
   form_.Progress1.Show();
   texts_.instruct(product_.texts.turnOffAndOn);
+  reports_.tellSelected();
   driver_.UpdateReceiver();
+  reports_.tellSelected();
   if (state_.TimedOut) {
     state_.AutoPage = 20;
     form_.btnNext.Enable();
@@ -99,6 +101,7 @@ void AutoWizard::nextOnAllDone() {
   table_.HideUpdate();
   table_.LoadVersions();
   table_.CompareVersionsFinal();
+  reports_.tellReadAgain();
   showVerdict();
 }
 

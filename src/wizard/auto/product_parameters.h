@@ -49,6 +49,9 @@ struct ProcessorRow {
 
 /// One step of an update. The order of the steps is the order of programming.
 struct UpdateStep {
+  /// FlashTarget of its run, and what the processor is called.
+  const char* target;
+  const char* name;
   /// Row of the version table whose selection it works off.
   int row;
   const char* ProcessorNo;

@@ -91,6 +91,7 @@ bool UnitReading::loadVersion() {
 bool UnitReading::stillAsking() const { return setting_.frmVersion.Timer1.enabled(); }
 
 void UnitReading::awaitVersions() {
+  const Activity::Span reading(setting_.activity, Doing::ReadingUnit, kReadLimit * kMillisecond);
   EventQueue& queue = setting_.host.queue();
   Micros ReadTicks = 0;
   while (!setting_.state.VersionsComplete && !setting_.state.ReadTimedOut && stillAsking()) {

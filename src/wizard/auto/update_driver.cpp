@@ -12,6 +12,7 @@ constexpr std::int16_t kFlashPage = 6;  // of the classic wizard: Next starts a 
 
 bool UpdateDriver::GetFirmware() {
   for (int line = 0; line < product_.firmwareLines; ++line) {
+    const Activity::Span file(setting_.activity, Doing::Downloading, 0, line + 1, product_.firmwareLines);
     setting_.form1.List1.ListIndex = line;
     if (!ties_.GetFirmware2()) {
       return false;

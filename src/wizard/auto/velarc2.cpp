@@ -7,8 +7,8 @@ namespace {
 enum Row { kDsp, kHub, kFrontA, kFrontB, kNone };
 
 constexpr std::array<UpdateStep, 2> kSteps = {{
-    {.row = kHub, .ProcessorNo = "1", .option = 0},
-    {.row = kDsp, .ProcessorNo = "2", .option = 1},
+    {.target = "NewHubFlash", .name = "Hub", .row = kHub, .ProcessorNo = "1", .option = 0},
+    {.target = "DSPFlash", .name = "DSP", .row = kDsp, .ProcessorNo = "2", .option = 1},
 }};
 
 constexpr std::array<ProcessorRow, kVersionRows> kRows = {{

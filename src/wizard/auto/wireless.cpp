@@ -7,11 +7,11 @@ namespace {
 enum Row { kDsp, kHub, kRf1, kRf2, kLcd };
 
 constexpr std::array<UpdateStep, 5> kSteps = {{
-    {.row = kHub, .ProcessorNo = "1", .option = 0},
-    {.row = kDsp, .ProcessorNo = "2", .option = 1},
-    {.row = kRf1, .ProcessorNo = "3", .option = 2},
-    {.row = kRf2, .ProcessorNo = "4", .option = 3},
-    {.row = kLcd, .ProcessorNo = "5", .option = 4, .toldToDebugView = true},
+    {.target = "NewHubFlash", .name = "Hub", .row = kHub, .ProcessorNo = "1", .option = 0},
+    {.target = "DSPFlash", .name = "DSP", .row = kDsp, .ProcessorNo = "2", .option = 1},
+    {.target = "RF1Flash", .name = "RF1", .row = kRf1, .ProcessorNo = "3", .option = 2},
+    {.target = "RF2Flash", .name = "RF2", .row = kRf2, .ProcessorNo = "4", .option = 3},
+    {.target = "FrontFlash", .name = "Front", .row = kLcd, .ProcessorNo = "5", .option = 4, .toldToDebugView = true},
 }};
 
 constexpr std::array<ProcessorRow, kVersionRows> kRows = {{

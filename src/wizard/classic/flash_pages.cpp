@@ -53,6 +53,7 @@ std::string powerOffText(const PowerOffText& words) {
 }  // namespace
 
 void PageEngine::chooseTask() {
+  activity_.forgetUnit();
   form1_.imgGUI.Hide();
   form1_.imgLWX.Hide();
   form1_.frmFS.Hide();

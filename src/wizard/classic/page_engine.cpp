@@ -41,12 +41,13 @@ const PageEngine::Page PageEngine::kPages[] = {
 };
 
 PageEngine::PageEngine(FormHost& host, const Files& files, SerialPort& port, FactoryLine& line, WizardInCharge& wizard,
-                       RunState& state, Form1& form1, const ClassicForms& forms, ClassicOperations operations)
+                       Activity& activity, RunState& state, Form1& form1, const ClassicForms& forms, ClassicOperations operations)
     : host_(host),
       files_(files),
       port_(port),
       line_(line),
       wizard_(wizard),
+      activity_(activity),
       state_(state),
       form1_(form1),
       forms_(forms),
@@ -104,6 +105,7 @@ void PageEngine::Command1_Click() {
 }
 
 void PageEngine::backToStart() {
+  activity_.forgetUnit();
   form1_.lblTop.Caption = kWelcome;
   form1_.lblTop.Show();
   form1_.Option1(0).Value = true;

@@ -29,8 +29,8 @@ struct ClassicForms {
 
 class PageEngine {
  public:
-  PageEngine(FormHost& host, const Files& files, SerialPort& port, FactoryLine& line, WizardInCharge& wizard, RunState& state,
-             Form1& form1, const ClassicForms& forms, ClassicOperations operations);
+  PageEngine(FormHost& host, const Files& files, SerialPort& port, FactoryLine& line, WizardInCharge& wizard, Activity& activity,
+             RunState& state, Form1& form1, const ClassicForms& forms, ClassicOperations operations);
 
   /// What the next click does is told by WizardPage. Any Failure on the way is shown in a box and ends the click; the page stays
   /// what it was at that moment.
@@ -89,6 +89,7 @@ class PageEngine {
   SerialPort& port_;
   FactoryLine& line_;
   WizardInCharge& wizard_;
+  Activity& activity_;
   RunState& state_;
   Form1& form1_;
   ClassicForms forms_;

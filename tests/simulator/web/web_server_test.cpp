@@ -64,10 +64,11 @@ struct Web : testing::Test {
   FrmAuto frmAuto{host};
   FrmVRCAuto frmVRCAuto{host};
   WizardInCharge wizard{state, form1, frmAuto, frmVRCAuto};
-  Supervision supervision{queue, state, form1, wizard};
+  Activity activity{queue.clock()};
+  Supervision supervision{queue, state, form1, wizard, activity};
   QtHttpClient http{queue, {.fetch = kSecond, .silence = 1500 * kMillisecond}};
   sim::WebServer server;
-  ListFetch lists{host, http, files, wizard, state, form1, server.url()};
+  ListFetch lists{host, http, files, wizard, activity, state, form1, server.url()};
   Download download{host, http, files, lists, supervision, wizard, state, form1, server.url()};
   Registration registration{host, http, download, supervision, state, form1, server.url()};
 };

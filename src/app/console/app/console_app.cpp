@@ -36,7 +36,7 @@ ConsoleApp::ConsoleApp(const ConsoleOptions& options, const std::string& directo
                                                   .files = files_,
                                                   .servers = options.servers},
                                          options.switches)),
-      session_(program_->host(), program_->state(), [this](const Json& line) { print(line); }) {
+      session_(program_->host(), program_->state(), program_->activity(), [this](const Json& line) { print(line); }) {
   screen_.onBoxClosed = [this] { session_.boxClosed(); };
   source_.attach(session_);
 }

@@ -1,0 +1,157 @@
+#include "progress/activity.h"
+
+#include <algorithm>
+#include <array>
+#include <iterator>
+#include <string_view>
+#include <utility>
+
+namespace firmlane {
+
+namespace {
+
+struct KnownProcessor {
+  std::string_view target;
+  std::string_view name;
+  /// Product line whose units have it without being asked; empty where only a run tells.
+  std::string_view usualFor = {};
+  std::string_view alsoFor = {};
+};
+constexpr std::array<KnownProcessor, 8> kProcessors = {{
+    {"NewHubFlash", "Hub", "WS", "VC"},
+    {"DSPFlash", "DSP", "WS", "VC"},
+    {"RF1Flash", "RF1", "WS"},
+    {"RF2Flash", "RF2", "WS"},
+    {"FrontFlash", "Front", "WS"},
+    {"Front1Flash", "Front A"},
+    {"Front2Flash", "Front B"},
+    {"OldVRCFlash", "DSP"},
+}};
+
+std::string nameOfTarget(std::string_view target) {
+  const auto* found =
+      std::find_if(kProcessors.begin(), kProcessors.end(), [&](const KnownProcessor& known) { return known.target == target; });
+  return std::string(found == kProcessors.end() ? target : found->name);
+}
+
+std::vector<ProcessorReport> usualProcessors(std::string_view productCode) {
+  std::vector<ProcessorReport> reports;
+  for (const KnownProcessor& known : kProcessors) {
+    if (known.usualFor == productCode || known.alsoFor == productCode) {
+      reports.push_back({.target = std::string(known.target), .name = std::string(known.name)});
+    }
+  }
+  return reports;
+}
+
+}  // namespace
+
+const char* nameOf(Doing doing) {
+  constexpr std::array kNames = {"nothing",         "reading the unit", "waiting for the power switch",
+                                 "erasing",         "sending",          "waiting for the verdict",
+                                 "fetching a list", "downloading",      "searching ports"};
+  return kNames.at(static_cast<std::size_t>(doing));
+}
+
+const char* nameOf(ProcessorState state) {
+  constexpr std::array kNames = {"not selected", "pending", "running", "done", "failed"};
+  return kNames.at(static_cast<std::size_t>(state));
+}
+
+Activity::Span::Span(Activity& activity, Doing doing, Micros limit, int part, int parts)
+    : activity_(activity), number_(++activity.lastNumber_) {
+  const Phase around = activity.now();
+  const bool inherits = parts == 0 && around.doing == doing;
+  const Micros start = activity.clock_.now();
+  activity.spans_.push_back({number_,
+                             {.doing = doing,
+                              .since = start,
+                              .limit = limit,
+                              .moved = start,
+                              .part = inherits ? around.part : part,
+                              .parts = inherits ? around.parts : parts}});
+  activity.changed();
+}
+
+Activity::Span::~Span() {
+  std::erase_if(activity_.spans_, [this](const Open& open) { return open.number == number_; });
+  activity_.changed();
+}
+
+Activity::Run::Run(Activity& activity, const std::string& productCode, std::string target, std::function<bool()> succeeded)
+    : activity_(activity), target_(std::move(target)), succeeded_(std::move(succeeded)) {
+  if (activity.processors_.empty() || activity.productCode_ != productCode) {
+    activity.setProcessors(productCode, target_ == "OldVRCFlash" ? std::vector<ProcessorReport>() : usualProcessors(productCode));
+  }
+  activity.setState(target_, ProcessorState::Running);
+}
+
+Activity::Run::~Run() { activity_.setState(target_, succeeded_() ? ProcessorState::Done : ProcessorState::Failed); }
+
+Micros Activity::left() const {
+  const Phase phase = now();
+  return std::max<Micros>(0, phase.limit == 0 ? 0 : phase.since + phase.limit - clock_.now());
+}
+
+void Activity::progress(std::int64_t done, std::int64_t total) {
+  if (spans_.empty()) {
+    return;
+  }
+  Phase& phase = spans_.back().phase;
+  if (done == phase.done && total == phase.total) {
+    return;
+  }
+  if (done > phase.done) {
+    phase.moved = clock_.now();
+  }
+  phase.done = done;
+  phase.total = total;
+  changed();
+}
+
+void Activity::used(Micros ofLimit) {
+  constexpr Micros kNoticeable = kSecond;
+  if (spans_.empty() || spans_.back().phase.limit == 0) {
+    return;
+  }
+  Micros& since = spans_.back().phase.since;
+  if (clock_.now() - since - ofLimit > kNoticeable) {
+    since = clock_.now() - ofLimit;
+    changed();
+  }
+}
+
+void Activity::setProcessors(const std::string& productCode, std::vector<ProcessorReport> processors) {
+  productCode_ = productCode;
+  if (processors != processors_) {
+    processors_ = std::move(processors);
+    changed();
+  }
+}
+
+void Activity::setState(const std::string& target, ProcessorState state) {
+  auto found = std::find_if(processors_.begin(), processors_.end(), [&](const auto& known) { return known.target == target; });
+  if (found == processors_.end()) {
+    processors_.push_back({.target = target, .name = nameOfTarget(target)});
+    found = std::prev(processors_.end());
+  }
+  found->state = state;
+  changed();
+}
+
+std::shared_ptr<void> Activity::listen(std::function<void()> changed) {
+  auto listener = std::make_shared<std::function<void()>>(std::move(changed));
+  listeners_.emplace_back(listener);
+  return listener;
+}
+
+void Activity::changed() {
+  std::erase_if(listeners_, [](const auto& listener) { return listener.expired(); });
+  for (std::size_t i = 0; i < listeners_.size(); ++i) {  // one that hears may come or go meanwhile
+    if (const auto listener = listeners_[i].lock()) {
+      (*listener)();
+    }
+  }
+}
+
+}  // namespace firmlane
