@@ -33,9 +33,9 @@ struct Ground {
   explicit Ground(const Platform& platform)
       : queue(platform.queue),
         files(platform.files),
-        host(platform.queue, platform.screen),
-        mainPort(platform.queue, platform.mainDriver),
-        versionPort(platform.queue, platform.versionDriver) {}
+        host(platform.queue, platform.screen, platform.recorder),
+        mainPort(platform.queue, platform.mainDriver, platform.recorder),
+        versionPort(platform.queue, platform.versionDriver, platform.recorder) {}
 
   EventQueue& queue;
   const Files& files;

@@ -31,6 +31,8 @@ struct Platform {
   Desktop& desktop;
   const Files& files;
   Servers servers;
+  /// Is told of what the program does. What the files report is set where they are made.
+  Recorder& recorder = noRecorder();
 };
 
 class Program {

@@ -19,7 +19,7 @@ Control& Control::disabledAtStart() {
   return *this;
 }
 
-void Control::propertyChanged() { form_.host().screen_.controlChanged(*this); }
+void Control::propertyChanged() { form_.host().controlChanged(*this); }
 
 void OutcomeLabel::tell(OutcomeKind kind, const std::string& words) {
   constexpr const char* kNames[] = {"good", "caution", "failure"};

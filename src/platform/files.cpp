@@ -138,7 +138,9 @@ std::string Files::path(const std::string& name) const {
       found = entry->path();
     }
   }
-  return found.value_or(directory_ / name).string();
+  std::string path = found.value_or(directory_ / name).string();
+  recorder_.fileMet(path);
+  return path;
 }
 
 bool Files::isMissing(const std::string& path) {

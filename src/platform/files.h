@@ -6,12 +6,14 @@
 #include <string>
 
 #include "platform/bytes.h"
+#include "platform/recorder.h"
 
 namespace firmlane {
 
 class Files {
  public:
-  explicit Files(std::filesystem::path programDirectory) : directory_(std::move(programDirectory)) {}
+  explicit Files(std::filesystem::path programDirectory, Recorder& recorder = noRecorder())
+      : directory_(std::move(programDirectory)), recorder_(recorder) {}
 
   /// The directory as a text, without a separator behind it unless it is a root.
   [[nodiscard]] std::string programDirectory() const;
@@ -37,6 +39,7 @@ class Files {
 
  private:
   std::filesystem::path directory_;
+  Recorder& recorder_;
 };
 
 }  // namespace firmlane

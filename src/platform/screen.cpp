@@ -26,9 +26,11 @@ bool FormHost::isModal(const Form& form) const { return std::find(modal_.begin()
 MessageButton FormHost::showMessageBox(const MessageBox& box) {
   box_ = box;
   answer_.reset();
+  recorder_.boxShown(box);
   screen_.messageBoxShown(box);
   queue_.holdUntil([this] { return answer_.has_value(); });
   box_.reset();
+  recorder_.boxAnswered(*answer_);
   screen_.messageBoxClosed();
   return *answer_;
 }
@@ -76,7 +78,10 @@ std::optional<std::string> FormHost::act(Control& control, std::function<void()>
 }
 
 std::optional<std::string> FormHost::click(Control& control) {
-  return act(control, [&control] { control.userClick(); });
+  return act(control, [this, &control] {
+    recorder_.clicked(control);
+    control.userClick();
+  });
 }
 
 std::optional<std::string> FormHost::choose(Control& control, int line) {
@@ -90,8 +95,9 @@ std::optional<std::string> FormHost::choose(Control& control, int line) {
   if (line < 0 || line >= list->ListCount()) {
     return "no such line";
   }
-  return act(control, [list, line] {
+  return act(control, [this, list, line] {
     if (line < list->ListCount()) {
+      recorder_.chosen(*list, line);
       list->ListIndex = line;
       list->Click();
     }
@@ -103,7 +109,10 @@ std::optional<std::string> FormHost::type(Control& control, const std::string& t
   if (box == nullptr) {
     return "no such control";
   }
-  return act(control, [box, text] { box->Text = text; });
+  return act(control, [this, box, text] {
+    recorder_.typed(*box, text);
+    box->Text = text;
+  });
 }
 
 std::optional<std::string> FormHost::close(Form& form) {
@@ -112,6 +121,7 @@ std::optional<std::string> FormHost::close(Form& form) {
   }
   queue_.post([this, &form] {
     if (!refusal(form)) {
+      recorder_.closed(form);
       form.Unload();
     }
   });
@@ -146,19 +156,27 @@ void FormHost::formShown(Form& form, bool modal) {
   if (modal) {
     modalAnnounced(form);
   }
+  recorder_.formShown(form, modal);
   screen_.formShown(form, modal);
 }
 
 void FormHost::formHidden(Form& form) {
   std::erase(onScreen_, &form);
   std::erase(modal_, &form);
+  recorder_.formHidden(form);
   screen_.formHidden(form);
 }
 
 void FormHost::formUnloaded(Form& form) {
   std::erase(onScreen_, &form);
   std::erase(modal_, &form);
+  recorder_.formUnloaded(form);
   screen_.formUnloaded(form);
+}
+
+void FormHost::controlChanged(Control& control) {
+  recorder_.controlChanged(control);
+  screen_.controlChanged(control);
 }
 
 }  // namespace firmlane

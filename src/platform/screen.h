@@ -9,6 +9,7 @@
 
 #include "platform/controls.h"
 #include "platform/event_queue.h"
+#include "platform/recorder.h"
 
 namespace firmlane {
 
@@ -54,7 +55,8 @@ class Screen {
 
 class FormHost {
  public:
-  FormHost(EventQueue& queue, Screen& screen) : queue_(queue), screen_(screen) {}
+  FormHost(EventQueue& queue, Screen& screen, Recorder& recorder = noRecorder())
+      : queue_(queue), screen_(screen), recorder_(recorder) {}
   FormHost(const FormHost&) = delete;
   FormHost& operator=(const FormHost&) = delete;
   ~FormHost() = default;
@@ -101,10 +103,12 @@ class FormHost {
   void formShown(Form& form, bool modal);
   void formHidden(Form& form);
   void formUnloaded(Form& form);
+  void controlChanged(Control& control);
   std::optional<std::string> act(Control& control, std::function<void()> action);
 
   EventQueue& queue_;
   Screen& screen_;
+  Recorder& recorder_;
   std::vector<Form*> forms_;
   std::vector<Form*> onScreen_;
   std::vector<Form*> modal_;

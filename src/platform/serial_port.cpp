@@ -27,8 +27,8 @@ int parseSpeed(const std::string& settings) {
 
 }  // namespace
 
-SerialPort::SerialPort(EventQueue& queue, SerialDriver& driver)
-    : queue_(queue), driver_(driver), receiveEvent_(queue, [this] {
+SerialPort::SerialPort(EventQueue& queue, SerialDriver& driver, Recorder& recorder)
+    : queue_(queue), driver_(driver), recorder_(recorder), receiveEvent_(queue, [this] {
         // The handler that ran just before may have read what this event was raised for.
         if (thresholdReached() && OnComm) {
           OnComm();
@@ -38,6 +38,7 @@ SerialPort::SerialPort(EventQueue& queue, SerialDriver& driver)
   driver_.lost = [this](const Failure& failure) {
     open_ = false;
     lost_ = failure;
+    recorder_.portLost(number_, failure);
   };
 }
 
@@ -60,6 +61,7 @@ void SerialPort::apply(const LineSettings& settings) {
   settings_ = settings;
   if (open_) {
     driver_.configure(settings_);
+    recorder_.portSet(number_, settings_);
   }
 }
 
@@ -70,11 +72,21 @@ void SerialPort::Open() {
   if (number_ < 1 || number_ > 16) {
     throw Failure(failure_number::kPortNumber, "Invalid port number " + std::to_string(number_));
   }
-  driver_.open(number_, settings_);
+  openDriver();
   open_ = true;
   lost_.reset();
   waiting_.clear();
   lineFreeAt_ = queue_.now();
+}
+
+void SerialPort::openDriver() {
+  try {
+    driver_.open(number_, settings_);
+    recorder_.portOpened(number_, settings_);
+  } catch (const Failure& failure) {
+    recorder_.portRefused(number_, failure);
+    throw;
+  }
 }
 
 void SerialPort::Close() {
@@ -83,6 +95,7 @@ void SerialPort::Close() {
   }
   if (open_) {
     driver_.close();
+    recorder_.portClosed(number_);
   }
   open_ = false;
   // Of a port that was lost, too: what came from it must not strike whoever is next.
@@ -105,6 +118,7 @@ Bytes SerialPort::Read() {
 }
 
 void SerialPort::take(ByteSpan bytes) {
+  recorder_.heard(number_, bytes);
   waiting_.insert(waiting_.end(), bytes.begin(), bytes.end());
   raiseIfReached();
 }
@@ -167,6 +181,7 @@ void SerialPort::Write(ByteSpan bytes) {
   requireOpen();
   waitForRoom(bytes.size());
   requireOpen();
+  recorder_.sent(number_, bytes);
   driver_.send(bytes);
   lineFreeAt_ = std::max(lineFreeAt_, queue_.now()) + static_cast<Micros>(bytes.size()) * byteTime();
 }

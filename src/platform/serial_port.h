@@ -8,6 +8,7 @@
 
 #include "platform/bytes.h"
 #include "platform/event_queue.h"
+#include "platform/recorder.h"
 
 namespace firmlane {
 
@@ -43,7 +44,7 @@ class SerialDriver {
 
 class SerialPort {
  public:
-  SerialPort(EventQueue& queue, SerialDriver& driver);
+  SerialPort(EventQueue& queue, SerialDriver& driver, Recorder& recorder = noRecorder());
   ~SerialPort();
   SerialPort(const SerialPort&) = delete;
   SerialPort& operator=(const SerialPort&) = delete;
@@ -86,6 +87,7 @@ class SerialPort {
 
  private:
   void take(ByteSpan bytes);
+  void openDriver();
   void raiseIfReached();
   [[nodiscard]] bool thresholdReached() const;
   void drain();
@@ -98,6 +100,7 @@ class SerialPort {
 
   EventQueue& queue_;
   SerialDriver& driver_;
+  Recorder& recorder_;
   EventSlot receiveEvent_;
   int number_ = 1;
   LineSettings settings_;

@@ -90,7 +90,7 @@ class Play {
 
   QtPlatform& platform_;
   FormHost& host_;
-  Recorder recorder_;
+  sim::Recorder recorder_;
   Player player_;
   std::function<void()> onUnit_;
   QTimer timer_;
