@@ -1,7 +1,7 @@
 #include "catalogue/download.h"
 
 #include <algorithm>
-#include <charconv>
+#include <limits>
 
 #include "catalogue/partial_file.h"
 #include "state/tell_failure.h"
@@ -87,6 +87,9 @@ void Download::transfer(const DownloadSource& source) {
   }
   form1_.Timer1.stop();
   wizard_.setBar(kFullBar);
+  if (const auto words = statusWords(http_, source.url)) {
+    wizard_.tellOutcome(OutcomeKind::Caution, *words);
+  }
 }
 
 void Download::Inet1_StateChanged(int State) {
@@ -122,11 +125,9 @@ void Download::Inet1_StateChanged(int State) {
 }
 
 void Download::takeContentLength() {
-  const std::string text = trimmed(http_.GetHeader("Content-Length"));
-  std::int32_t length = 0;
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), length);
-  if (error == std::errc() && end == text.data() + text.size()) {
-    ContentLength = length;
+  const std::int64_t length = http_.statedLength().value_or(0);
+  if (length <= std::numeric_limits<std::int32_t>::max()) {
+    ContentLength = static_cast<std::int32_t>(length);
   }
 }
 
@@ -134,16 +135,17 @@ void Download::takeBody() {
   form1_.lblProgressInfo.Show();
   try {
     PartialFile file(DownloadPath);
-    std::int64_t received = 0;
+    std::size_t received = 0;
     Bytes chunk;
     do {
       // A pass that does not rest: an image of some megabytes has thousands of chunks.
       host_.queue().waitEventsUntil(host_.queue().now());
       chunk = http_.GetChunk(kChunk);
-      received += static_cast<std::int64_t>(chunk.size());
-      showProgress(received);
+      received += chunk.size();
+      showProgress(static_cast<std::int64_t>(received));
       file.write(chunk);
     } while (!chunk.empty());
+    throwIfShort(http_, received);
     file.complete();
     DownloadDone = true;
     supervision_.SlowBar = false;
@@ -165,6 +167,7 @@ void Download::showProgress(std::int64_t received) {
 void Download::fail(const Failure& failure) {
   form1_.Timer1.stop();
   tellFailure(host_, state_, "Error trying download firmware: ", failure);
+  wizard_.tellOutcome(OutcomeKind::Failure, state_.ErrorText);
 }
 
 }  // namespace firmlane

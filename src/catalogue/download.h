@@ -34,7 +34,8 @@ class Download {
   std::string DownloadPath;
   /// The download last started has brought its file.
   bool DownloadDone = false;
-  /// Bytes of the body as the server states them, 0 while not known. Only progress depends on it: servers lie.
+  /// Bytes of the body as the server states them, 0 while not known. A body that ends before is broken off; one that goes on is
+  /// taken whole.
   std::int32_t ContentLength = 0;
   /// A registration is under way: states of the client are its own, and are noted in RegisterState.
   bool Registering = false;

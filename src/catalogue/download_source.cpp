@@ -128,6 +128,22 @@ DownloadSource firmwareSource(const RunState& state, int line, const std::string
   return {url, checkedName(nameIn(url, "."))};
 }
 
+std::optional<std::string> statusWords(const HttpClient& http, const std::string& url) {
+  if (http.succeeded()) {
+    return std::nullopt;
+  }
+  const std::string reason = http.statusText().empty() ? "" : " " + http.statusText();
+  return "The server answered " + std::to_string(http.statusCode()) + reason + " for " + url.substr(url.rfind('/') + 1);
+}
+
+void throwIfShort(const HttpClient& http, std::size_t received) {
+  const auto stated = http.statedLength();
+  if (stated && static_cast<std::int64_t>(received) < *stated) {
+    throw Failure(failure_number::kInputPastEnd,
+                  "The server sent only " + std::to_string(received) + " of " + std::to_string(*stated) + " bytes");
+  }
+}
+
 DownloadSource softwareSource(const std::string& location) {
   const std::string url = urlOf(location);
   return {url, checkedName(nameIn(url, kInstallerEnding).append(kInstallerEnding))};

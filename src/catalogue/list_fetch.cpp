@@ -1,5 +1,6 @@
 #include "catalogue/list_fetch.h"
 
+#include "catalogue/download_source.h"
 #include "state/tell_failure.h"
 
 namespace firmlane {
@@ -37,6 +38,7 @@ void ListFetch::GetUpdateText() {
       ParseFile(source);
       if (!state_.CatalogueReady) {
         tellWizard(kNoList);  // it waits on for a list with entries, and its user is to know
+        wizard_.tellOutcome(OutcomeKind::Failure, kNoList);
       }
     }
   } catch (const Failure& failure) {
@@ -63,12 +65,22 @@ void ListFetch::clearUrls() {
 bool ListFetch::fetch(const char* path, const char* localCopy, bool toWizard) {
   const Activity::Span fetching(activity_, Doing::FetchingList);
   UpdateText = http_.OpenURL(server_ + path);
+  if (UpdateText.size() < kTextCut) {
+    throwIfShort(http_, UpdateText.size());
+  }
+  const auto status = UpdateText.empty() ? std::nullopt : statusWords(http_, path);
+  if (status) {
+    wizard_.tellOutcome(OutcomeKind::Caution, *status);
+  }
   if (UpdateText.empty()) {
     tellNoConnection(toWizard);
     return false;
   }
   if (UpdateText.front() != kListMark) {
     tellNoList(toWizard);
+    if (!status) {
+      wizard_.tellOutcome(OutcomeKind::Failure, kNoList);
+    }
     return false;
   }
   Files::replaceText(files_.path(localCopy), "\"" + UpdateText + "\"\r\n");
@@ -78,6 +90,7 @@ bool ListFetch::fetch(const char* path, const char* localCopy, bool toWizard) {
 
 void ListFetch::tellNoConnection(bool toWizard) {
   showStatus(kNoConnection);
+  wizard_.tellOutcome(OutcomeKind::Failure, kNoConnection);
   endOnFailedPage();
   form1_.lblTop.Show();
   form1_.lblTop.Caption = "Error connecting to the Internet";
@@ -159,6 +172,7 @@ void ListFetch::takeEntries(const UpdateList& list, std::array<std::string, kMos
 void ListFetch::fail(const Failure& failure) {
   form1_.Timer1.stop();
   tellFailure(host_, state_, "Error trying to connect: ", failure);
+  wizard_.tellOutcome(OutcomeKind::Failure, state_.ErrorText);
 }
 
 }  // namespace firmlane

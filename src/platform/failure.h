@@ -27,6 +27,7 @@ inline constexpr int kSubscriptOutOfRange = 9;
 inline constexpr int kDivisionByZero = 11;
 inline constexpr int kTypeMismatch = 13;
 inline constexpr int kFileNotFound = 53;
+inline constexpr int kInputPastEnd = 62;
 inline constexpr int kPathAccess = 75;
 inline constexpr int kPortNumber = 8002;
 inline constexpr int kPortInUse = 8005;

@@ -32,6 +32,11 @@ class CatalogueTest : public testing::Test, protected World {
   }
   [[nodiscard]] std::string status() const { return form1.lblStatus.Caption; }
   [[nodiscard]] std::string top() const { return form1.lblTop.Caption; }
+  /// "caution: " and the words of a window's outcome; empty while there is none.
+  template <typename Window>
+  [[nodiscard]] static std::string outcome(const Window& window) {
+    return window.lblOutcome.Visible ? window.lblOutcome.Kind.get() + ": " + window.lblOutcome.Caption.get() : "";
+  }
   [[nodiscard]] std::string info() const { return form1.lblProgressInfo.Caption; }
 
   ListFetch lists{host, http, files, wizard, activity, state, form1, kMaker};

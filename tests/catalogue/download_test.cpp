@@ -100,13 +100,16 @@ TEST_F(Downloads, BodiesOfAnySizeAndAnyStatedLength) {
     const char* length;  // null for a server that states none
     std::size_t size;
     const char* info;
+    const char* failure = "";
   };
   for (const Case& c :
        {Case{"0", 0, "before"}, Case{nullptr, 700, "before"}, Case{"-5", 700, "before"}, Case{"many", 700, "before"},
         Case{"700 bytes", 700, "before"}, Case{"99999999999999999999", 700, "before"},
-        Case{"10", 700, "Downloaded 700 bytes (100%)"}, Case{"2147483647", 700, "Downloaded 700 bytes (1%)"},
-        Case{" 1400", 700, "Downloaded 700 bytes (51%)"}, Case{"100", 0, "Downloaded 0 bytes (0%)"},
-        Case{"8388608", 8U << 20U, "Downloaded 8388608 bytes (100%)"}}) {
+        Case{"10", 700, "Downloaded 700 bytes (100%)"}, Case{"8388608", 8U << 20U, "Downloaded 8388608 bytes (100%)"},
+        Case{"2147483647", 700, "Downloaded 700 bytes (1%)", "700 of 2147483647"},
+        Case{"2147483648", 700, "before", "700 of 2147483648"}, Case{" 1400 ", 700, "Downloaded 700 bytes (51%)", "700 of 1400"},
+        Case{"701, 701", 700, "Downloaded 700 bytes (100%)", "700 of 701"},
+        Case{"100", 0, "Downloaded 0 bytes (0%)", "0 of 100"}}) {
     SCOPED_TRACE(c.length == nullptr ? "none" : c.length);
     ScriptedAnswer answer{.body = std::string(c.size, 'b')};
     if (c.length != nullptr) {
@@ -114,11 +117,35 @@ TEST_F(Downloads, BodiesOfAnySizeAndAnyStatedLength) {
     }
     http.answer(maker("/LWX/system/s31/wls.bin"), answer);
     form1.lblProgressInfo.Caption = "before";
+    directory.write("wls.bin", std::string("old"));
     firmware(0);
     EXPECT_EQ(info(), c.info);
+    const std::string failure = c.failure;
+    EXPECT_EQ(download.DownloadDone, failure.empty());
+    EXPECT_EQ(directory.read("wls.bin"), failure.empty() ? std::string(c.size, 'b') : "old");
+    const std::string told = "!Error trying download firmware: The server sent only " + failure + " bytes (#62)";
+    EXPECT_EQ(boxes(), failure.empty() ? std::vector<std::string>() : std::vector{told});
+  }
+}
+
+TEST_F(Downloads, AStatusThatIsNoSuccessIsTold) {
+  struct Case {
+    int status;
+    const char* reason;
+    const char* words;
+  };
+  state.InVrcAutoWizard = true;
+  for (const Case& c : {Case{200, "OK", ""}, Case{206, "Partial Content", ""},
+                        Case{404, "Not Found", "caution: The server answered 404 Not Found for hubSL.s19"},
+                        Case{500, "", "caution: The server answered 500 for hubSL.s19"},
+                        Case{302, "Found", "caution: The server answered 302 Found for hubSL.s19"}}) {
+    wizard.clearOutcome();
+    http.answer(maker("/LWX/system/s31/hubSL.s19"), {.body = "<html>", .status = c.status, .reason = c.reason});
+    firmware(1);
+    EXPECT_EQ(outcome(form1), c.words);
+    EXPECT_EQ(outcome(frmVRCAuto), c.words);
+    EXPECT_EQ(directory.read("HUBSL.s19"), "<html>");
     EXPECT_TRUE(download.DownloadDone);
-    EXPECT_EQ(directory.read("wls.bin").size(), c.size);
-    EXPECT_EQ(form1.ProgressBar1.Value, 100);
   }
 }
 
@@ -129,6 +156,7 @@ TEST_F(Downloads, AFailedTransferLeavesTheOldFileAndSaysSo) {
   firmware(0);
   EXPECT_THAT(boxes(), ElementsAre("!Error trying download firmware: Connection closed (#2)"));
   EXPECT_EQ(state.ErrorText, "Error trying download firmware: Connection closed (#2)");
+  EXPECT_EQ(outcome(form1), "failure: " + state.ErrorText);
   EXPECT_FALSE(download.DownloadDone);
   EXPECT_FALSE(supervision.SlowBar);
   EXPECT_FALSE(form1.Timer1.enabled());

@@ -132,18 +132,28 @@ TEST_F(Lists, TheAutoWizardInChargeHearsOfItToo) {
     EXPECT_EQ(form->Progress1.Value, 100);
     form->btnNext.Disable();
     state.AutoPage = 2;
-    for (const char* noEntry : {"<html>", "#\nWLS|D V1-x|/d\nSYSTEM|3.2|May|Note|2.31|2.4|1.5|2.6|S32\r\n"}) {
-      http.answer(maker("/LWX/updateV4.txt"), noEntry);
+    const std::string noList = "The Firmlane was unable to find a list of currently available software on Tolvex's website.";
+    const std::string notFound = "caution: The server answered 404 Not Found for updateV4.txt";
+    struct Case {
+      ScriptedAnswer answer;
+      std::string outcome;
+    };
+    for (const Case& c : {Case{{.body = "#\nWLS|D V1-x|/d\nSYSTEM|3.2|May|Note|2.31|2.4|1.5|2.6|S32\r\n"}, "failure: " + noList},
+                          Case{{.body = "<html>"}, "failure: " + noList},
+                          Case{{.body = "<html>", .status = 404, .reason = "Not Found"}, notFound}}) {
+      http.answer(maker("/LWX/updateV4.txt"), c.answer);
       form->lblMain.Caption = "";
       fetch();
-      EXPECT_EQ(form->lblMain.Caption,
-                "The Firmlane was unable to find a list of currently available software on Tolvex's website.");
+      EXPECT_EQ(form->lblMain.Caption, noList);
+      EXPECT_EQ(outcome(*form), c.outcome);
+      EXPECT_EQ(outcome(form1), c.outcome);
     }
     EXPECT_EQ(state.AutoPage, 2);
     EXPECT_FALSE(form->btnNext.Enabled);
     http.answer(maker("/LWX/updateV4.txt"), "");
     fetch();
     EXPECT_EQ(form->lblMain.Caption, kNoConnection);
+    EXPECT_EQ(outcome(*form), std::string("failure: ") + kNoConnection);
     EXPECT_EQ(state.AutoPage, 19);
     EXPECT_TRUE(form->btnNext.Enabled);
     state.InVrcAutoWizard = true;
@@ -155,6 +165,12 @@ TEST_F(Lists, AFailureIsToldInABoxAndKeepsWhatWasRead) {
   EXPECT_THAT(boxes(), ElementsAre("!Error trying to connect: Cannot connect to the server (#12029)"));
   EXPECT_EQ(state.ErrorText, "Error trying to connect: Cannot connect to the server (#12029)");
   EXPECT_EQ(page(), "1 connecting bar 0") << "Timer1 has stopped, the page is where it was";
+  EXPECT_EQ(outcome(form1), "failure: " + state.ErrorText);
+
+  http.answer(maker("/LWX/updateV4.txt"), {.body = kList, .headers = {{"content-length", "1000"}}});
+  fetch();
+  EXPECT_THAT(boxes(), ElementsAre("!Error trying to connect: The server sent only 202 of 1000 bytes (#62)"));
+  EXPECT_FALSE(directory.has("updateWS.txt"));
 
   http.answer(maker("/LWX/updateV4.txt"), {.delay = kForever});
   const Micros before = queue.now();

@@ -1,5 +1,6 @@
 #include "platform/qt/qt_http_client.h"
 
+#include <QNetworkProxyFactory>
 #include <QNetworkRequest>
 #include <algorithm>
 #include <array>
@@ -24,18 +25,29 @@ bool isWebAddress(const QUrl& url) {
          (url.scheme() == QLatin1String("http") || url.scheme() == QLatin1String("https"));
 }
 
-int status(const QNetworkReply& reply) { return reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(); }
+int statusOf(const QNetworkReply& reply) { return reply.attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt(); }
 
 /// Whether the server has answered in full, if only with an error page: then its body is what was asked for.
 bool serverAnswered(const QNetworkReply& reply) {
   constexpr int kFirstErrorStatus = 400;
   return reply.error() == QNetworkReply::NoError ||
-         (status(reply) >= kFirstErrorStatus && reply.error() >= QNetworkReply::ContentAccessDenied);
+         (statusOf(reply) >= kFirstErrorStatus && reply.error() >= QNetworkReply::ContentAccessDenied);
+}
+
+Failure connectionEnded(const std::string& when) {
+  return {QNetworkReply::RemoteHostClosedError, "The connection to the server ended " + when};
+}
+
+Failure failureOf(const QNetworkReply& reply) {
+  if (reply.error() == QNetworkReply::ContentReSendError) {  // see OnlyOnce
+    return connectionEnded("before the answer began");
+  }
+  return {reply.error(), fromQt(reply.errorString())};
 }
 
 bool isRedirect(const QNetworkReply& reply) {
   constexpr std::array kRedirects = {301, 302, 303, 307, 308};
-  return std::find(kRedirects.begin(), kRedirects.end(), status(reply)) != kRedirects.end() && reply.hasRawHeader("Location");
+  return std::find(kRedirects.begin(), kRedirects.end(), statusOf(reply)) != kRedirects.end() && reply.hasRawHeader("Location");
 }
 
 /// Whether an error says that this computer has no way out, which a user mends by connecting it: no answer came, none was
@@ -61,6 +73,15 @@ QUrl webAddress(const std::string& url) {
   return QUrl::fromEncoded(text);
 }
 
+/// Without a proxy Qt reads from sockets that keep no bytes, and loses its place when an answer and the end of the connection
+/// come together. A choice of proxy that may still turn out to be none has it read as from a proxy.
+class ReadsAsFromProxy : public QNetworkProxyFactory {
+ public:
+  QList<QNetworkProxy> queryProxy(const QNetworkProxyQuery& /*query*/) override {
+    return {QNetworkProxy(QNetworkProxy::DefaultProxy)};
+  }
+};
+
 Failure timeout(const std::string& what) { return {QNetworkReply::TimeoutError, what}; }
 
 }  // namespace
@@ -73,11 +94,15 @@ QtHttpClient::QtHttpClient(EventQueue& queue, const HttpLimits& limits) : queue_
   };
 }
 
-QtHttpClient::~QtHttpClient() { QtHttpClient::Cancel(); }
+QtHttpClient::~QtHttpClient() {
+  if (reply_ != nullptr) {
+    QObject::disconnect(reply_, nullptr, &context_, nullptr);
+  }
+}
 
 std::string QtHttpClient::OpenURL(const std::string& url) {
   const Micros deadline = queue_.now() + limits_.fetch;
-  begin(url);
+  begin(url, true);
   const int mine = request_;
   while (busy_ && request_ == mine && queue_.now() < deadline) {
     queue_.waitEventsUntil(deadline);
@@ -98,7 +123,7 @@ std::string QtHttpClient::OpenURL(const std::string& url) {
   return {body_.begin(), body_.end()};
 }
 
-void QtHttpClient::Execute(const std::string& url) { begin(url); }
+void QtHttpClient::Execute(const std::string& url) { begin(url, false); }
 
 void QtHttpClient::Cancel() {
   ++request_;
@@ -122,11 +147,14 @@ Bytes QtHttpClient::GetChunk(std::size_t size) {
   return {first, first + static_cast<std::ptrdiff_t>(count)};
 }
 
-void QtHttpClient::begin(const std::string& url) {
+void QtHttpClient::begin(const std::string& url, bool text) {
   Cancel();
+  text_ = text;
   body_.clear();
   read_ = 0;
   headers_.clear();
+  status_ = 0;
+  statusText_.clear();
   error_.reset();
   told_ = 0;
   redirects_ = 0;
@@ -147,39 +175,53 @@ void QtHttpClient::request(const QUrl& url) {
   // stored, never packed for the way, so the length told is the length that comes.
   request.setAttribute(QNetworkRequest::RedirectPolicyAttribute, QNetworkRequest::ManualRedirectPolicy);
   request.setAttribute(QNetworkRequest::CacheLoadControlAttribute, QNetworkRequest::AlwaysNetwork);
+  request.setAttribute(QNetworkRequest::DoNotBufferUploadDataAttribute, true);
+  request.setHeader(QNetworkRequest::ContentLengthHeader, 0);
   request.setRawHeader("Accept-Encoding", "identity");
-  if (!network_) {
-    network_.emplace();  // only now: most runs of the program need no network, and it costs time and memory
-  }
-  reply_ = network_->get(request);
-  QObject::connect(reply_, &QNetworkReply::requestSent, &context_, [this] { tellUpTo(http_state::kRequestSent); });
+  request.setRawHeader("Connection", "close");
+  network_ = std::make_unique<QNetworkAccessManager>();
+  network_->setProxyFactory(std::make_unique<ReadsAsFromProxy>().release());  // the manager owns it
+  reply_ = network_->sendCustomRequest(request, "GET", &onlyOnce_);
   QObject::connect(reply_, &QNetworkReply::readyRead, &context_, [this] { takeBytes(); });
   QObject::connect(reply_, &QNetworkReply::metaDataChanged, &context_, [this] { takeBytes(); });
   QObject::connect(reply_, &QNetworkReply::finished, &context_, [this] { finish(); });
 }
 
 void QtHttpClient::takeBytes() {
-  lastByteAt_ = queue_.now();
-  const QByteArray bytes = reply_->readAll();
-  if (!isRedirect(*reply_)) {
-    headers_ = reply_->rawHeaderPairs();
-    body_.insert(body_.end(), bytes.begin(), bytes.end());
-    tellUpTo(http_state::kResponseReceived);
+  if (isRedirect(*reply_)) {
+    followRedirect();  // whatever its body says, and however long that is
+    return;
   }
-  if (body_.size() > limits_.body) {
+  lastByteAt_ = queue_.now();
+  takeHead();
+  const QByteArray bytes = reply_->readAll();
+  body_.insert(body_.end(), bytes.begin(), bytes.end());
+  tellUpTo(http_state::kResponseReceived);
+  if (text_ && body_.size() >= kTextCut) {
+    body_.resize(kTextCut);
+    complete();
+  } else if (body_.size() > limits_.body) {
     fail(Failure(failure_number::kOverflow, "The server sends more than this program takes"));
   }
 }
 
+void QtHttpClient::takeHead() {
+  headers_ = reply_->rawHeaderPairs();
+  status_ = statusOf(*reply_);
+  statusText_ = fromQt(reply_->attribute(QNetworkRequest::HttpReasonPhraseAttribute).toString());
+}
+
 void QtHttpClient::finish() {
+  const QNetworkReply* const finished = reply_;
   takeBytes();
-  if (!busy_) {
-    return;
+  if (reply_ != finished) {
+    return;  // it was too much, or leads elsewhere
   }
   if (!serverAnswered(*reply_)) {
-    fail(Failure(reply_->error(), fromQt(reply_->errorString())));
-  } else if (isRedirect(*reply_)) {
-    followRedirect();
+    fail(failureOf(*reply_));
+  } else if (statedLength().value_or(0) > static_cast<std::int64_t>(body_.size())) {
+    // Qt takes the end of the connection for the end of a body whose length it cannot read.
+    fail(connectionEnded("after " + std::to_string(body_.size()) + " of " + GetHeader("Content-Length") + " bytes"));
   } else {
     complete();
   }
@@ -232,10 +274,10 @@ void QtHttpClient::dropReply() {
   if (reply_ == nullptr) {
     return;
   }
-  QNetworkReply* reply = std::exchange(reply_, nullptr);
-  QObject::disconnect(reply, nullptr, &context_, nullptr);
-  reply->abort();
-  reply->deleteLater();
+  QObject::disconnect(reply_, nullptr, &context_, nullptr);
+  reply_->abort();
+  reply_ = nullptr;
+  network_.release()->deleteLater();  // with its reply, whose slot may be on the stack
 }
 
 }  // namespace firmlane

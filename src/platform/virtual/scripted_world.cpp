@@ -81,7 +81,7 @@ std::string ScriptedHttp::OpenURL(const std::string& url) {
   if (error_) {
     throw Failure(*error_);
   }
-  return current_.body;
+  return current_.body.substr(0, kTextCut);
 }
 
 void ScriptedHttp::Execute(const std::string& url) { begin(url); }

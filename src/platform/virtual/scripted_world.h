@@ -18,8 +18,10 @@ namespace firmlane {
 struct ScriptedAnswer {
   std::string body;
   std::map<std::string, std::string> headers;  // names in lower case
-  std::optional<Failure> failure;              // the transfer fails after `delay` instead
-  Micros delay = 50 * kMillisecond;            // from the request to the end of the answer; kForever for none at all
+  int status = 200;
+  std::string reason = "OK";
+  std::optional<Failure> failure;    // the transfer fails after `delay` instead
+  Micros delay = 50 * kMillisecond;  // from the request to the end of the answer; kForever for none at all
 };
 
 class ScriptedHttp : public HttpClient {
@@ -36,6 +38,8 @@ class ScriptedHttp : public HttpClient {
   void Execute(const std::string& url) override;
   void Cancel() override { ++generation_; }
   [[nodiscard]] std::string GetHeader(const std::string& name) const override;
+  [[nodiscard]] int statusCode() const override { return answered() ? current_.status : 0; }
+  [[nodiscard]] std::string statusText() const override { return answered() ? current_.reason : ""; }
   Bytes GetChunk(std::size_t size) override;
   [[nodiscard]] std::string errorDescription() const override { return error_ ? error_->description() : ""; }
   [[nodiscard]] int errorNumber() const override { return error_ ? error_->number() : 0; }
@@ -43,6 +47,7 @@ class ScriptedHttp : public HttpClient {
  private:
   void begin(const std::string& url);
   void raise(int state);
+  [[nodiscard]] bool answered() const { return over_ && !current_.failure; }
 
   EventQueue& queue_;
   VirtualTime& time_;
