@@ -1,17 +1,12 @@
 // Whatever the bytes, reading a list ends, keeps to its tables, and points into the text.
 #include "catalogue/update_list.h"
 
-#include <cstdlib>
+#include "bench.h"
 
 namespace {
 
 using firmlane::UpdateList;
-
-void require(bool holds) {
-  if (!holds) {
-    std::abort();
-  }
-}
+using firmlane::fuzz::require;
 
 void check(const UpdateList& list, std::string_view text) {
   const auto within = [text](std::string_view piece) {

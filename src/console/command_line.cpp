@@ -13,16 +13,19 @@ constexpr const char* kBlanks = " \t";
 Refusal badCommand(const std::string& why) { return Refusal("bad command: " + why); }
 
 CommandLine::CommandLine(std::string line) : line_(std::move(line)) {
+  while (!line_.empty() && std::string(" \t\r").find(line_.back()) != std::string::npos) {
+    line_.pop_back();
+  }
+  skipBlanks();
+  if (isBlank()) {
+    return;  // whatever a comment holds, it is no command and gets no answer
+  }
   if (line_.size() > kLongest) {
     throw badCommand("the line is too long");
   }
   if (!isUtf8(line_)) {
     throw badCommand("the line is not UTF-8");
   }
-  while (!line_.empty() && std::string(" \t\r").find(line_.back()) != std::string::npos) {
-    line_.pop_back();
-  }
-  skipBlanks();
 }
 
 bool CommandLine::isBlank() const { return atEnd() || line_[at_] == '#'; }

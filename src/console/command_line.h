@@ -18,7 +18,7 @@ Refusal badCommand(const std::string& why);
 /// Words separated by blanks. A word in double quotes is a JSON string; any other word is what stands there.
 class CommandLine {
  public:
-  /// Throws Refusal for a line that is too long or not UTF-8.
+  /// Throws Refusal for a command that is too long or not UTF-8.
   explicit CommandLine(std::string line);
 
   /// Nothing to do: the line is empty or a comment.
