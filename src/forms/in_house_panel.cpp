@@ -10,8 +10,6 @@ namespace firmlane {
 namespace {
 constexpr std::int16_t kInHousePort = 2;
 constexpr const char* kQuestion = "What would you like to do?";
-/// How the text ends with which a run begins.
-constexpr const char* kStillWaiting = "Waiting for a Receiver reset...";
 }  // namespace
 
 InHousePanel::InHousePanel(std::function<void()> updateReceiver, RunState& state, Form1& form1, FrmAuto& frmAuto,
@@ -23,6 +21,7 @@ InHousePanel::InHousePanel(std::function<void()> updateReceiver, RunState& state
 
 void InHousePanel::go() {
   frmInHouse_.Command1.Disable();
+  form1_.lblOutcome.clear();
   frmInHouse_.Label1.Caption = "Turn off your receiver and turn it back on to continue";
   try {
     program();
@@ -56,13 +55,15 @@ CheckBox* InHousePanel::checkOf(int option) const {
 }
 
 std::string InHousePanel::verdict() const {
-  // The main form is out of sight: what the run has to say stands here, but for the buttons that the panel has not.
-  std::string text = form1_.lblTop.Caption;
+  // The main form is out of sight: how the run has ended stands here, but for the buttons that the panel has not. Without a
+  // processor, or a port, there was no run.
+  if (!form1_.lblOutcome.Visible) {
+    return "No processor was programmed.";
+  }
+  std::string text = form1_.lblOutcome.Caption;
   text.erase(std::min(text.find("Click Next"), text.size()));
   text.erase(text.find_last_not_of("\r\n") + 1);
-  // Without a processor, or a port, there was no run.
-  const bool ran = checkOf(frmInHouse_.optUP.selected()) != nullptr && !text.ends_with(kStillWaiting);
-  return ran ? text : "No processor was programmed.";
+  return text;
 }
 
 void InHousePanel::askForTheEnd(bool& cancel) {

@@ -308,6 +308,7 @@ TEST_F(PagesTest, AFrontPanelWithoutAnImageIsNotErased) {
     EXPECT_TRUE(state_.TimedOut);
     EXPECT_EQ(state_.WizardPage, 5);
     EXPECT_THAT(top(), testing::StartsWith("If you are ready to Update")) << "nothing waits for the unit";
+    EXPECT_THAT(form1_.lblOutcome.Caption.get(), testing::StartsWith("There is no image to program"));
   }
 }
 

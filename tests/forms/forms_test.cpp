@@ -57,14 +57,16 @@ class InHousePanelTest : public testing::Test {
   World world_;
   std::string asked_;
   std::optional<Failure> failure_;
-  std::string runSays_;
+  std::string outcome_;
   InHousePanel panel_{[this] {
                         for (const CheckBox* check : world_.frmAuto.checks()) {
                           asked_ += check->checked() ? check->name() : "";
                         }
                         asked_ += " COM" + std::to_string(world_.state.ComPort) + " " + world_.state.ProductCode;
                         EXPECT_FALSE(world_.frmInHouse.Command1.Enabled);
-                        world_.form1.lblTop.Caption = runSays_;
+                        if (!outcome_.empty()) {
+                          world_.form1.lblOutcome.tell(OutcomeKind::Good, outcome_);
+                        }
                         if (failure_) {
                           throw Failure(*failure_);
                         }
@@ -83,20 +85,16 @@ TEST_F(InHousePanelTest, ProgramsTheChosenProcessorAlone) {
   }
 }
 
-TEST_F(InHousePanelTest, TellsWhatTheRunSaidAndClaimsNoneThatWasNot) {
-  struct Case {
-    int option;
-    const char* runSays;
-    const char* panelSays;
-  };
-  for (const Case& c : {Case{0, "Congratulations!\r\rClick Next to continue or click Exit to quit", "Congratulations!"},
-                        {0, "Turn it on\r\rWaiting for a Receiver reset...", "No processor was programmed."},
-                        {5, "Congratulations!", "No processor was programmed."}}) {
-    world_.frmInHouse.Show();
-    world_.frmInHouse.optUP(c.option).Value = true;
-    runSays_ = c.runSays;
+TEST_F(InHousePanelTest, TellsHowTheRunEndedAndClaimsNoneThatWasNot) {
+  world_.frmInHouse.Show();
+  world_.form1.lblTop.Caption = "the last page";
+  for (const auto& [outcome, panelSays] :
+       {std::pair{"Congratulations!\r\rClick Next to continue or click Exit to quit", "Congratulations!"},
+        {"", "No processor was programmed."},
+        {"There is no serial port COM 2", "There is no serial port COM 2"}}) {
+    outcome_ = outcome;
     world_.frmInHouse.Command1.Click();
-    EXPECT_EQ(world_.frmInHouse.Label1.Caption.get(), std::string(c.panelSays) + "\r\rWhat would you like to do?");
+    EXPECT_EQ(world_.frmInHouse.Label1.Caption.get(), std::string(panelSays) + "\r\rWhat would you like to do?");
   }
 }
 

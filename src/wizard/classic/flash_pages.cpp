@@ -196,6 +196,7 @@ void PageEngine::flash() {
       state_.TimedOut = true;
       state_.WizardPage = 5;
       form1_.lblTop.Caption = readyText();
+      wizard_.tellOutcome(OutcomeKind::Failure, "There is no image to program: nothing was sent, and nothing was erased");
     }
   } catch (const Failure&) {
     state_.TimedOut = true;
