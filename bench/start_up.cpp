@@ -45,7 +45,7 @@ int main(int argc, char** argv) {
                    .desktop = desktop,
                    .files = platform.files,
                    .servers = {}});
-  screen.attach(program.host());
+  screen.attach(program.host(), &program.activity());
   program.start();
   const QWidget* window = screen.window(*program.host().onScreen().front());
   while (window->windowHandle() == nullptr || !window->windowHandle()->isExposed()) {

@@ -13,6 +13,7 @@ Json processors(const Activity& activity) {
   Json::Array array;
   for (const ProcessorReport& report : activity.processors()) {
     array.emplace_back(Json::Object{{"name", report.name},
+                                    {"number", report.number},
                                     {"state", nameOf(report.state)},
                                     {"before", report.before},
                                     {"wanted", report.wanted},
@@ -33,6 +34,7 @@ constexpr Field kFields[] = {
     {"left", [](const Activity& activity) { return seconds(activity.left()); }},
     {"done", [](const Activity& activity) { return Json(static_cast<double>(activity.now().done)); }},
     {"total", [](const Activity& activity) { return Json(static_cast<double>(activity.now().total)); }},
+    {"estimate", [](const Activity& activity) { return activity.estimate() ? seconds(*activity.estimate()) : Json(); }},
     {"part", [](const Activity& activity) { return Json(activity.now().part); }},
     {"parts", [](const Activity& activity) { return Json(activity.now().parts); }},
     {"processors", processors},

@@ -13,32 +13,37 @@ namespace {
 struct KnownProcessor {
   std::string_view target;
   std::string_view name;
+  int number;
   /// Product line whose units have it without being asked; empty where only a run tells.
   std::string_view usualFor = {};
   std::string_view alsoFor = {};
 };
 constexpr std::array<KnownProcessor, 8> kProcessors = {{
-    {"NewHubFlash", "Hub", "WS", "VC"},
-    {"DSPFlash", "DSP", "WS", "VC"},
-    {"RF1Flash", "RF1", "WS"},
-    {"RF2Flash", "RF2", "WS"},
-    {"FrontFlash", "Front", "WS"},
-    {"Front1Flash", "Front A"},
-    {"Front2Flash", "Front B"},
-    {"OldVRCFlash", "DSP"},
+    {"NewHubFlash", "Hub", 1, "WS", "VC"},
+    {"DSPFlash", "DSP", 2, "WS", "VC"},
+    {"RF1Flash", "RF1", 3, "WS"},
+    {"RF2Flash", "RF2", 4, "WS"},
+    {"FrontFlash", "Front", 5, "WS"},
+    {"Front1Flash", "Front A", 3},
+    {"Front2Flash", "Front B", 4},
+    {"OldVRCFlash", "DSP", 1},
 }};
 
-std::string nameOfTarget(std::string_view target) {
+ProcessorReport reportOf(const KnownProcessor& known) {
+  return {.target = std::string(known.target), .name = std::string(known.name), .number = known.number};
+}
+
+ProcessorReport reportOf(const std::string& target) {
   const auto* found =
       std::find_if(kProcessors.begin(), kProcessors.end(), [&](const KnownProcessor& known) { return known.target == target; });
-  return std::string(found == kProcessors.end() ? target : found->name);
+  return found == kProcessors.end() ? ProcessorReport{.target = target, .name = target} : reportOf(*found);
 }
 
 std::vector<ProcessorReport> usualProcessors(std::string_view productCode) {
   std::vector<ProcessorReport> reports;
   for (const KnownProcessor& known : kProcessors) {
     if (known.usualFor == productCode || known.alsoFor == productCode) {
-      reports.push_back({.target = std::string(known.target), .name = std::string(known.name)});
+      reports.push_back(reportOf(known));
     }
   }
   return reports;
@@ -97,16 +102,43 @@ void Activity::progress(std::int64_t done, std::int64_t total) {
   if (spans_.empty()) {
     return;
   }
+  const bool anew = spans_.back().phase.done == 0 || stalled();
   Phase& phase = spans_.back().phase;
   if (done == phase.done && total == phase.total) {
     return;
   }
   if (done > phase.done) {
     phase.moved = clock_.now();
+    if (anew) {
+      spans_.back().measuredSince = phase.moved;
+      spans_.back().measuredFrom = done;
+    }
   }
   phase.done = done;
   phase.total = total;
   changed();
+}
+
+bool Activity::stalled() const {
+  constexpr Micros kNoticeable = 3 * kSecond;
+  const Phase phase = now();
+  return phase.doing == Doing::Sending && phase.done < phase.total && clock_.now() - phase.moved > kNoticeable;
+}
+
+std::optional<Micros> Activity::estimate() const {
+  constexpr Micros kSteady = 3 * kSecond;  // a shorter look at the line would tell of its buffers
+  const Phase phase = now();
+  if (phase.doing != Doing::Sending || phase.done >= phase.total || stalled()) {
+    return std::nullopt;
+  }
+  const Micros measured = phase.moved - spans_.back().measuredSince;
+  const std::int64_t sent = phase.done - spans_.back().measuredFrom;
+  if (measured < kSteady || sent <= 0) {
+    return std::nullopt;
+  }
+  const double perByte = static_cast<double>(measured) / static_cast<double>(sent);
+  const auto left = static_cast<Micros>(perByte * static_cast<double>(phase.total - phase.done));
+  return std::max<Micros>(0, left - (clock_.now() - phase.moved));
 }
 
 void Activity::used(Micros ofLimit) {
@@ -132,7 +164,7 @@ void Activity::setProcessors(const std::string& productCode, std::vector<Process
 void Activity::setState(const std::string& target, ProcessorState state) {
   auto found = std::find_if(processors_.begin(), processors_.end(), [&](const auto& known) { return known.target == target; });
   if (found == processors_.end()) {
-    processors_.push_back({.target = target, .name = nameOfTarget(target)});
+    processors_.push_back(reportOf(target));
     found = std::prev(processors_.end());
   }
   found->state = state;

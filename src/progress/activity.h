@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -35,6 +36,8 @@ struct ProcessorReport {
   /// FlashTarget of its run.
   std::string target;
   std::string name;
+  /// By which the pages count it.
+  int number = 0;
   ProcessorState state = ProcessorState::NotSelected;
   /// What the unit told before it was programmed.
   std::string before;
@@ -102,6 +105,10 @@ class Activity {
   [[nodiscard]] Micros elapsed() const { return spans_.empty() ? 0 : clock_.now() - now().since; }
   /// Until its limit, never below 0; 0 without one.
   [[nodiscard]] Micros left() const;
+  /// How long sending will still take at the line's speed; nothing before that can be told, nor while the unit takes no bytes.
+  [[nodiscard]] std::optional<Micros> estimate() const;
+  /// Bytes are to be sent, and for some seconds none has been taken.
+  [[nodiscard]] bool stalled() const;
   [[nodiscard]] const Clock& clock() const { return clock_; }
 
   /// What goes on has come so far. Nothing when nothing goes on.
@@ -122,6 +129,9 @@ class Activity {
   struct Open {
     int number;
     Phase phase;
+    // From where the line's speed is measured: the first byte, and the first after a stall.
+    Micros measuredSince = 0;
+    std::int64_t measuredFrom = 0;
   };
   void changed();
   void setState(const std::string& target, ProcessorState state);

@@ -137,7 +137,7 @@ int run(const DemoOptions& options) {
                    .files = platform.files,
                    .servers = {.maker = serverOr(options.servers.maker), .registration = serverOr(options.servers.registration)}},
                   options.switches);
-  screen.attach(program.host());
+  screen.attach(program.host(), &program.activity());
   BenchWindow window(bench.unit);
   window.onClosed = [&platform] { platform.source.requestEnd(); };
   program.start();

@@ -35,7 +35,7 @@ int main(int argc, char** argv) {
                    .files = platform.files,
                    .servers = builtInServers()},
                   kConfiguredSwitches);
-  screen.attach(program.host());
+  screen.attach(program.host(), &program.activity());
   program.start();
   program.run();
   return 0;

@@ -9,10 +9,16 @@
 
 namespace firmlane {
 
+class Activity;
+
 /// What layouts need beyond the form.
 struct LayoutContext {
   /// The text beside a port number, empty for a number without hardware.
   std::function<std::string(int)> portHint;
+  /// What goes on; null where nobody tells.
+  Activity* activity = nullptr;
+  /// A message box is up.
+  std::function<bool()> held = {};
 };
 
 /// What a window is to the user's desktop.

@@ -3,6 +3,7 @@
 #include <QTimer>
 #include <vector>
 
+#include "platform/widgets/activity_panel.h"
 #include "platform/widgets/display_text.h"
 #include "platform/widgets/form_layouts.h"
 #include "platform/widgets/layout_parts.h"
@@ -61,6 +62,7 @@ void layOutPort(FormWindow& window, const LayoutContext& context) {
   grid->setColumnStretch(1, 1);
   grid->setColumnStretch(3, 1);
   layout->addLayout(grid);
+  layout->addWidget(new ActivityPanel(context, ActivityScope::PortSearch));
   layout->addStretch();
   layout->addLayout(row({nullptr, window["Command1"]}));
   keepHints(window, context, std::move(remarks));
@@ -68,7 +70,7 @@ void layOutPort(FormWindow& window, const LayoutContext& context) {
   window.setDefaultButton("Command1");
 }
 
-void layOutVersion(FormWindow& window, const LayoutContext& /*context*/) {
+void layOutVersion(FormWindow& window, const LayoutContext& context) {
   struct Row {
     const char* name;
     const char* value;
@@ -89,6 +91,7 @@ void layOutVersion(FormWindow& window, const LayoutContext& /*context*/) {
     table->addWidget(written(window[value], 1.0, true), next++, 1);
   }
   layout->addLayout(table);
+  layout->addWidget(new ActivityPanel(context, ActivityScope::Reading));
   layout->addStretch();
   layout->addLayout(row({nullptr, window["Command1"]}));
   window.setDefaultButton("Command1");

@@ -1,4 +1,5 @@
 // The main form: the page's text at the top, what the page asks below it, progress at the foot, the buttons under a line.
+#include "platform/widgets/activity_panel.h"
 #include "platform/widgets/form_layouts.h"
 #include "platform/widgets/layout_parts.h"
 
@@ -77,7 +78,7 @@ QLayout* factory(FormWindow& window) {
 
 }  // namespace
 
-void layOutForm1(FormWindow& window, const LayoutContext& /*context*/) {
+void layOutForm1(FormWindow& window, const LayoutContext& context) {
   auto* cover = static_cast<PictureWidget*>(window.described("Image2", "The product"));
   auto* page = column({heading(window["lblTop"]), written(window["lblConnect"], 1.1), written(window["lblStatus"], 1.1)});
   page->addWidget(window["lblOutcome"]);
@@ -88,6 +89,7 @@ void layOutForm1(FormWindow& window, const LayoutContext& /*context*/) {
   page->addWidget(window.described("List1", "Available versions"), 1);
   page->addLayout(contactForm(window));
   page->addLayout(framed(window, "frmUC", "Option4", 5));
+  page->addWidget(new ActivityPanel(context, ActivityScope::Pages));
   page->addLayout(factory(window));
   page->addStretch(0);
   page->addWidget(window["lblProgressInfo"]);

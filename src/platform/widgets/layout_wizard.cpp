@@ -1,4 +1,5 @@
 // The window of the auto wizards: one layout for both product lines.
+#include "platform/widgets/activity_panel.h"
 #include "platform/widgets/form_layouts.h"
 #include "platform/widgets/layout_parts.h"
 
@@ -22,7 +23,7 @@ QLayout* progress(FormWindow& window) {
 
 }  // namespace
 
-void layOutWizard(FormWindow& window, const LayoutContext& /*context*/) {
+void layOutWizard(FormWindow& window, const LayoutContext& context) {
   auto* cover = static_cast<PictureWidget*>(window["Cover"]);
   auto* page = column({heading(window["lblMain"])});
   page->addLayout(option(window, "imgDL", "ChkOffline"));
@@ -30,6 +31,7 @@ void layOutWizard(FormWindow& window, const LayoutContext& /*context*/) {
   page->addWidget(window.described("VersionList", "Released systems"), 1);
   page->addWidget(window["lblOutcome"]);
   page->addWidget(written(window["lblReset"], 1.25, true));
+  page->addWidget(new ActivityPanel(context, ActivityScope::Pages));
   page->addWidget(written(window["lblBottom"], 1.1));
   page->addLayout(row({window["btnRelNote"], window["btnMore"], nullptr}));
   page->addStretch(0);

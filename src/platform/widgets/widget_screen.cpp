@@ -101,7 +101,7 @@ FormWindow& WidgetScreen::windowFor(Form& form) {
     return *known;
   }
   FormWindow& made = *windows_.emplace(&form, std::make_unique<FormWindow>(form)).first->second;
-  const WindowRole role = layOut(made, {portHint_});
+  const WindowRole role = layOut(made, {portHint_, activity_, [this] { return box_ != nullptr; }});
   if (role == WindowRole::Dialog || role == WindowRole::Corner) {
     made.makeDialog();
   }

@@ -15,6 +15,7 @@
 
 namespace firmlane {
 
+class Activity;
 enum class WindowRole;
 
 class WidgetScreen : public Screen {
@@ -25,8 +26,12 @@ class WidgetScreen : public Screen {
   WidgetScreen(const WidgetScreen&) = delete;
   WidgetScreen& operator=(const WidgetScreen&) = delete;
 
-  /// The host whose message boxes this screen shows. Before the program starts.
-  void attach(FormHost& host) { host_ = &host; }
+  /// The host whose message boxes this screen shows, and what goes on, which outlives the screen's windows. Before the program
+  /// starts.
+  void attach(FormHost& host, Activity* activity = nullptr) {
+    host_ = &host;
+    activity_ = activity;
+  }
 
   /// Brings all windows up to date at once; else changes are gathered for a sixtieth of a second.
   void refresh();
@@ -56,6 +61,7 @@ class WidgetScreen : public Screen {
 
   std::function<std::string(int)> portHint_;
   FormHost* host_ = nullptr;
+  Activity* activity_ = nullptr;
   std::map<const Form*, std::unique_ptr<FormWindow>> windows_;
   QRect lastPlace_;  // of the main window that was hidden last
   std::unique_ptr<QMessageBox> box_;

@@ -1,6 +1,7 @@
 #include "wizard/auto/processor_reports.h"
 
 #include <algorithm>
+#include <string>
 
 #include "state/text.h"
 
@@ -23,7 +24,8 @@ bool ProcessorReports::isThere(const UpdateStep& step) const {
 }
 
 ProcessorReport ProcessorReports::report(const UpdateStep& step) const {
-  ProcessorReport report{.target = step.target, .name = step.name, .wanted = versionOf(row(step).current)};
+  ProcessorReport report{
+      .target = step.target, .name = step.name, .number = std::stoi(step.ProcessorNo), .wanted = versionOf(row(step).current)};
   const auto& known = setting_.activity.processors();
   const auto before = std::find_if(known.begin(), known.end(), [&](const auto& other) { return other.target == report.target; });
   if (before != known.end()) {

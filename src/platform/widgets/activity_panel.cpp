@@ -1,0 +1,130 @@
+#include "platform/widgets/activity_panel.h"
+
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "platform/widgets/activity_words.h"
+
+namespace firmlane {
+
+namespace {
+constexpr int kLookMs = 200;
+constexpr int kSpace = 16;
+
+QLabel* makeLine(QWidget* parent) {
+  auto* label = new QLabel(parent);  // NOLINT(cppcoreguidelines-owning-memory): the panel owns it
+  label->setTextFormat(Qt::PlainText);
+  label->setWordWrap(true);
+  return label;
+}
+
+/// A label is laid out anew with each text: only when it is another one.
+void say(QLabel& label, const QString& text) {
+  if (label.text() != text) {
+    label.setText(text);
+    label.setVisible(!text.isEmpty());
+  }
+}
+
+}  // namespace
+
+ActivityPanel::ActivityPanel(const LayoutContext& context, ActivityScope scope)
+    : context_(context),
+      scope_(scope),
+      strip_(new ProcessorStrip(this)),
+      row_(new QWidget(this)),
+      picture_(new SwitchPicture(row_)),
+      ring_(new RingView(row_)),
+      title_(makeLine(row_)),
+      detail_(makeLine(row_)),
+      warning_(makeLine(row_)) {
+  QFont bold = title_->font();
+  bold.setBold(true);
+  title_->setFont(bold);
+
+  auto* texts = new QVBoxLayout;
+  texts->setSpacing(4);
+  texts->addStretch();
+  for (QLabel* line : {title_, detail_, warning_}) {
+    texts->addWidget(line);
+    line->hide();
+  }
+  texts->addStretch();
+  auto* beside = new QHBoxLayout(row_);
+  beside->setContentsMargins(0, 0, 0, 0);
+  beside->setSpacing(kSpace);
+  beside->addWidget(picture_);
+  beside->addWidget(ring_);
+  beside->addLayout(texts, 1);
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(kSpace * 3 / 2);
+  layout->addWidget(strip_);
+  layout->addWidget(row_);
+  hide();
+  timer_.setSingleShot(true);
+  connect(&timer_, &QTimer::timeout, this, [this] { look(); });
+  if (context_.activity != nullptr) {
+    listening_ = context_.activity->listen([this] { changed(); });
+    changed();
+  }
+}
+
+/// Changes come by the hundred while an image goes out.
+void ActivityPanel::changed() {
+  if (!timer_.isActive() || timer_.remainingTime() > kLookMs) {
+    const qint64 since = sinceLook_.isValid() ? sinceLook_.elapsed() : kLookMs;
+    timer_.start(static_cast<int>(std::clamp<qint64>(kLookMs - since, 0, kLookMs)));
+  }
+}
+
+void ActivityPanel::showEvent(QShowEvent* event) {
+  QWidget::showEvent(event);
+  changed();
+}
+
+bool ActivityPanel::concerns(Doing doing) const {
+  switch (scope_) {
+    case ActivityScope::PortSearch:
+      return doing == Doing::SearchingPorts;
+    case ActivityScope::Reading:
+      return doing == Doing::ReadingUnit;
+    case ActivityScope::Pages:
+      break;
+  }
+  return doing != Doing::Nothing && doing != Doing::SearchingPorts;
+}
+
+void ActivityPanel::look() {
+  sinceLook_.start();
+  const Activity& activity = *context_.activity;
+  const bool busy = concerns(activity.now().doing);
+  if (!context_.held || !context_.held()) {
+    tell(busy ? wordsFor(activity) : ActivityWords{});
+  }
+  // Out of sight nothing moves; what changes calls again.
+  if (busy && isVisible()) {
+    timer_.start(kLookMs);
+  }
+}
+
+void ActivityPanel::tell(const ActivityWords& words) {
+  const std::vector<ProcessorReport> none;
+  const auto& processors = scope_ == ActivityScope::Pages ? context_.activity->processors() : none;
+  strip_->tell(processors);
+  strip_->setVisible(!processors.empty());
+  picture_->setVisible(words.powerSwitch);
+  if (words.share < 0) {
+    ring_->showTurning(++turn_);
+  } else {
+    ring_->showShare(words.share, words.middle);
+  }
+  say(*title_, words.title);
+  say(*detail_, words.detail);
+  say(*warning_, words.warning);
+  row_->setVisible(!words.title.isEmpty());
+  setVisible(!words.title.isEmpty() || !processors.empty());
+}
+
+}  // namespace firmlane

@@ -1,0 +1,149 @@
+#include "platform/widgets/processor_strip.h"
+
+#include <QPainter>
+#include <QPainterPath>
+#include <algorithm>
+#include <utility>
+
+#include "platform/widgets/activity_colours.h"
+
+namespace firmlane {
+
+namespace {
+
+constexpr double kMarkLines = 1.75;  // of text, across
+constexpr double kGapLines = 0.35;
+constexpr int kMostColumn = 9;  // times the height of a line
+
+QString versionsOf(const ProcessorReport& processor) {
+  const QString before = QString::fromStdString(processor.before);
+  const bool meant = processor.state != ProcessorState::NotSelected;
+  const QString after = QString::fromStdString(!processor.after.empty() ? processor.after : meant ? processor.wanted : "");
+  if (before.isEmpty() || after.isEmpty() || before == after) {
+    return after.isEmpty() ? before : after;
+  }
+  return before + QStringLiteral(" \u2192 ") + after;
+}
+
+QString spoken(const ProcessorReport& processor) {
+  QString text =
+      QStringLiteral("%1 %2: %3").arg(processor.number).arg(QString::fromStdString(processor.name), nameOf(processor.state));
+  if (!processor.before.empty()) {
+    text += QStringLiteral(", version before %1").arg(QString::fromStdString(processor.before));
+  }
+  const std::string& after = processor.after.empty() ? processor.wanted : processor.after;
+  if (!after.empty() && processor.state != ProcessorState::NotSelected) {
+    text += QStringLiteral(", after %1").arg(QString::fromStdString(after));
+  }
+  return text;
+}
+
+}  // namespace
+
+ProcessorStrip::ProcessorStrip(QWidget* parent) : QWidget(parent) {
+  setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+  setAccessibleName(QStringLiteral("Processors of the unit"));
+}
+
+void ProcessorStrip::tell(const std::vector<ProcessorReport>& processors) {
+  if (processors == processors_) {
+    return;
+  }
+  processors_ = processors;
+  QStringList texts;
+  for (const ProcessorReport& processor : processors_) {
+    texts << spoken(processor);
+  }
+  setAccessibleDescription(texts.join(QStringLiteral("; ")));
+  updateGeometry();
+  update();
+}
+
+double ProcessorStrip::mark() const { return fontMetrics().height() * kMarkLines; }
+
+int ProcessorStrip::columnWidth() const {
+  int widest = static_cast<int>(mark() * 2);
+  for (const ProcessorReport& processor : processors_) {
+    widest = std::max(widest, fontMetrics().horizontalAdvance(versionsOf(processor)) + fontMetrics().height() / 2);
+  }
+  return widest;
+}
+
+QSize ProcessorStrip::sizeHint() const {
+  const int line = fontMetrics().height();
+  return {columnWidth() * static_cast<int>(processors_.size()), static_cast<int>(mark() + line * (2 + kGapLines)) + 2};
+}
+
+void ProcessorStrip::paintEvent(QPaintEvent* /*event*/) {
+  if (processors_.empty()) {
+    return;
+  }
+  QPainter painter(this);
+  painter.setRenderHint(QPainter::Antialiasing);
+  const double whole = width();
+  const double most = static_cast<double>(fontMetrics().height()) * kMostColumn;
+  const double column = std::min(whole / static_cast<double>(processors_.size()), std::max<double>(most, columnWidth()));
+  const double side = mark();
+  const ActivityColours colours(palette());
+  painter.setPen(QPen(colours.faint(0.25), 2));
+  for (std::size_t i = 1; i < processors_.size(); ++i) {
+    const double from = column * static_cast<double>(i - 1);
+    painter.drawLine(QPointF(from + side + 5, side / 2 + 1), QPointF(from + column - 5, side / 2 + 1));
+  }
+  for (std::size_t i = 0; i < processors_.size(); ++i) {
+    const double left = column * static_cast<double>(i);
+    drawMark(painter, QRectF(left + 1, 1, side - 2, side - 2), processors_[i]);
+    drawTexts(painter, QRectF(left, side + fontMetrics().height() * kGapLines, column, height()), processors_[i]);
+  }
+}
+
+void ProcessorStrip::drawMark(QPainter& painter, const QRectF& circle, const ProcessorReport& processor) const {
+  const ActivityColours colours(palette());
+  const bool good = processor.state == ProcessorState::Done;
+  const bool bad = processor.state == ProcessorState::Failed;
+  const bool running = processor.state == ProcessorState::Running;
+  const bool waits = processor.state == ProcessorState::Pending;
+  if (good || bad || running) {
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(good ? colours.good : bad ? colours.bad : colours.accent);
+    painter.drawEllipse(circle);
+  } else {
+    painter.setPen(QPen(waits ? colours.accent : colours.faint(0.3), 1.6, waits ? Qt::SolidLine : Qt::DotLine));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawEllipse(circle.adjusted(1, 1, -1, -1));
+  }
+  const QPointF middle = circle.center();
+  const double arm = circle.width() * 0.2;
+  painter.setPen(QPen(colours.onMark, 2.2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+  if (good) {
+    QPainterPath tick(middle + QPointF(-arm * 1.15, 0.1 * arm));
+    tick.lineTo(middle + QPointF(-arm * 0.25, arm));
+    tick.lineTo(middle + QPointF(arm * 1.25, -arm * 0.85));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawPath(tick);
+  } else if (bad) {
+    painter.drawLine(middle + QPointF(-arm, -arm), middle + QPointF(arm, arm));
+    painter.drawLine(middle + QPointF(-arm, arm), middle + QPointF(arm, -arm));
+  } else {
+    QFont bold = font();
+    bold.setBold(true);
+    painter.setFont(bold);
+    painter.setPen(running ? colours.onMark : waits ? colours.text : colours.faint(0.45));
+    painter.drawText(circle, Qt::AlignCenter, QString::number(processor.number));
+  }
+}
+
+void ProcessorStrip::drawTexts(QPainter& painter, const QRectF& column, const ProcessorReport& processor) const {
+  const ActivityColours colours(palette());
+  const bool meant = processor.state != ProcessorState::NotSelected;
+  QFont name = font();
+  name.setBold(processor.state == ProcessorState::Running || processor.state == ProcessorState::Failed);
+  painter.setFont(name);
+  painter.setPen(processor.state == ProcessorState::Failed ? colours.bad : colours.faint(meant ? 1 : 0.5));
+  painter.drawText(column, Qt::AlignLeft | Qt::AlignTop, QString::fromStdString(processor.name));
+  painter.setFont(font());
+  painter.setPen(colours.faint(meant ? 0.72 : 0.45));
+  painter.drawText(column.translated(0, fontMetrics().height()), Qt::AlignLeft | Qt::AlignTop, versionsOf(processor));
+}
+
+}  // namespace firmlane
