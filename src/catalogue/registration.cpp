@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <charconv>
 
+#include "platform/scope.h"
+
 namespace firmlane {
 
 namespace {
@@ -32,22 +34,6 @@ std::int16_t answerNumber(const std::string& answer) {
   return number;
 }
 
-/// Registering holds as long as this lives, and Watchdog ticks no longer than it.
-class UnderWay {
- public:
-  UnderWay(bool& registering, Timer& watchdog) : registering_(registering), watchdog_(watchdog) { registering_ = true; }
-  ~UnderWay() {
-    registering_ = false;
-    watchdog_.stop();
-  }
-  UnderWay(const UnderWay&) = delete;
-  UnderWay& operator=(const UnderWay&) = delete;
-
- private:
-  bool& registering_;
-  Timer& watchdog_;
-};
-
 }  // namespace
 
 Registration::Registration(FormHost& host, HttpClient& http, Download& download, Supervision& supervision, RunState& state,
@@ -61,7 +47,8 @@ Registration::Registration(FormHost& host, HttpClient& http, Download& download,
       server_(std::move(server)) {}
 
 void Registration::RegisterUserData() {
-  const UnderWay underWay(download_.Registering, form1_.Watchdog);
+  const Raised registering(download_.Registering);
+  const AtEnd stopClock([this] { form1_.Watchdog.stop(); });
   while (tryOnce()) {
   }
 }

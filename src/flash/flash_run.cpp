@@ -1,15 +1,11 @@
 #include "flash/flash_run.h"
 
 #include "flash/silence_limit.h"
-#include "flash/targets.h"
+#include "platform/scope.h"
 
 namespace firmlane {
 
 namespace {
-
-constexpr std::int16_t kErasing = 1;
-constexpr std::int16_t kErased = 2;
-constexpr std::int16_t kFinished = 3;
 
 constexpr int kAnnounceLimit = 20;
 constexpr int kStreamLimit = 180;
@@ -32,11 +28,13 @@ void FlashRun::ConnectVelarc() {
     return;
   }
   openPort();
+  // A stream that failed has left it up, and ticks of whoever is next would show that stream's progress.
+  const AtEnd nothingGoesOut([this] { supervision_.Sending = false; });
   const Activity::Run run(supervision_.activity, state_.ProductCode, state_.FlashTarget, [this] { return succeeded(); });
   try {
     runStates();
   } catch (const Failure&) {
-    // Outside of the senders, as before a front panel's first batch, a port that fails ends the run itself.
+    // A port that is lost, or fails outside of the senders as before a front panel's first batch, ends the run itself.
     state_.TimedOut = true;
     outcomes_.NoVerdict();
     throw;
@@ -56,14 +54,14 @@ void FlashRun::runStates() {
   if (!awaitErase()) {
     return outcomes_.StoppedResponding();
   }
-  if (state_.FlashPhase == kErased) {
+  if (state_.FlashPhase == flash_phase::kErased) {
     program();
   }
   awaitVerdict();
   if (state_.TimedOut) {
     return outcomes_.NoVerdict();
   }
-  if (state_.FlashPhase != kFinished) {
+  if (state_.FlashPhase != flash_phase::kFinished) {
     return outcomes_.Undecided();
   }
   return receivePath_.FlashSucceeded ? outcomes_.Succeeded() : outcomes_.Refused();
@@ -101,10 +99,7 @@ bool FlashRun::awaitAnnouncement() {
   form1_.Watchdog.start(kSecondTicks);
   form1_.Timer1.setInterval(kSlowBarInterval);
   state_.ImageDone = false;
-  while (!receivePath_.WantAnswered && !state_.TimedOut) {
-    host_.queue().WaitEvents();
-  }
-  return !state_.TimedOut;
+  return awaitUnit([this] { return receivePath_.WantAnswered; });
 }
 
 void FlashRun::offerSecondChance() {
@@ -123,7 +118,14 @@ void FlashRun::offerSecondChance() {
 bool FlashRun::awaitErase() {
   const Activity::Span erasing(supervision_.activity, Doing::Erasing, eraseLimitFor(state_) * kSecond);
   enterErase();
-  while (state_.FlashPhase == kErasing && !state_.TimedOut) {
+  return awaitUnit([this] { return state_.FlashPhase != flash_phase::kErasing; });
+}
+
+/// Returns false when the limit has run out, whatever has come in the same moment. Throws Failure when the port is lost: what is
+/// waited for cannot come any more.
+bool FlashRun::awaitUnit(const std::function<bool()>& answered) {
+  while (!answered() && !state_.TimedOut) {
+    port_.requireOpen();
     host_.queue().WaitEvents();
   }
   return !state_.TimedOut;
@@ -143,19 +145,18 @@ void FlashRun::enterErase() {
   setWizardReset("Erasing Flash Memory...");
   form1_.Command3.Disable();
   supervision_.BarValue = 0;
-  state_.FlashPhase = kErasing;
+  state_.FlashPhase = flash_phase::kErasing;
   notes_.stage("Waiting for Erased Confirmation");
 }
 
 void FlashRun::program() {
   const Activity::Span sending(supervision_.activity, Doing::Sending);
   enterProgram();
-  if (state_.ProductCode == "VC" && !state_.UnitIsVrc2) {
-    processors_.ProgramFlash();
-    return;
+  const ImageRule image = imageFor(state_);
+  if (!image.wholeUnit) {
+    wizard_.advanceOverall();
   }
-  advanceOverallStep(wizard_);
-  sendImage();
+  sendImage(image.route);
 }
 
 void FlashRun::enterProgram() {
@@ -172,8 +173,8 @@ void FlashRun::enterProgram() {
   supervision_.BarValue = 0;
 }
 
-void FlashRun::sendImage() {
-  switch (routeFor(state_)) {
+void FlashRun::sendImage(ImageRoute route) {
+  switch (route) {
     case ImageRoute::Flash:
       return processors_.ProgramFlash();
     case ImageRoute::NewHub:
@@ -190,12 +191,13 @@ void FlashRun::sendImage() {
 void FlashRun::awaitVerdict() {
   const Activity::Span waiting(supervision_.activity, Doing::WaitingForVerdict, verdictLimit());
   const SilenceLimit silence(host_.queue());
-  while (state_.FlashPhase == kErased && !state_.TimedOut) {
-    host_.queue().WaitEvents();
-    if (!form1_.Watchdog.enabled() && silence.passed() && state_.FlashPhase == kErased) {
+  awaitUnit([&] {
+    const bool given = state_.FlashPhase != flash_phase::kErased;
+    if (!given && !form1_.Watchdog.enabled() && silence.passed()) {
       state_.TimedOut = true;
     }
-  }
+    return given;
+  });
 }
 
 Micros FlashRun::verdictLimit() const {
@@ -203,7 +205,9 @@ Micros FlashRun::verdictLimit() const {
   return watchdog.enabled() ? supervision_.WatchdogLimit * watchdog.interval() * kMillisecond : SilenceLimit::kSeconds * kSecond;
 }
 
-bool FlashRun::succeeded() const { return !state_.TimedOut && state_.FlashPhase == kFinished && receivePath_.FlashSucceeded; }
+bool FlashRun::succeeded() const {
+  return !state_.TimedOut && state_.FlashPhase == flash_phase::kFinished && receivePath_.FlashSucceeded;
+}
 
 void FlashRun::setWizardReset(const char* text) {
   if (AutoForm* wizard = wizard_.form()) {

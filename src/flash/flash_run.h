@@ -3,9 +3,12 @@
 // wizards' business.
 #pragma once
 
+#include <functional>
+
 #include "flash/front_panel.h"
 #include "flash/outcomes.h"
 #include "flash/processor_programming.h"
+#include "flash/targets.h"
 
 namespace firmlane {
 
@@ -29,7 +32,7 @@ class FlashRun {
 
   /// Programs the processor FlashTarget through port ComPort, and returns when that is over in one way or other. TimedOut,
   /// FlashPhase, WizardPage and the page text tell how; the port is then closed, unless it was open before. Throws Failure when
-  /// the port cannot be opened, and when it fails where no sender tells the user; it is closed then too.
+  /// the port cannot be opened, is lost, or fails where no sender tells the user; it is closed then too.
   void ConnectVelarc();
 
  private:
@@ -45,9 +48,10 @@ class FlashRun {
 
   void program();
   void enterProgram();
-  void sendImage();
+  void sendImage(ImageRoute route);
 
   void awaitVerdict();
+  bool awaitUnit(const std::function<bool()>& answered);
   [[nodiscard]] Micros verdictLimit() const;
   [[nodiscard]] bool succeeded() const;
 

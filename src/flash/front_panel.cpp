@@ -18,10 +18,6 @@ constexpr int kDigitsPerValue = 2;
 constexpr int kDigitsPerByte = 4;
 constexpr int kProgressStep = 16;
 constexpr int kSevenBitBase = 128;
-constexpr std::int16_t kErased = 2;
-
-constexpr int kWatchdogInterval = 50;
-constexpr int kBarInterval = 100;
 constexpr int kVerdictLimit = 200;
 
 /// A pause, in milliseconds a tick and ticks.
@@ -65,7 +61,7 @@ void FrontPanel::DumpFront() {
       supervision_.Sending = false;
     }
   } catch (const Failure&) {
-    tellStreamFailed(host_);
+    stream_.tellFailed();
   }
 }
 
@@ -75,12 +71,7 @@ void FrontPanel::prepareStream() {
   state_.FrontVectorAsked = false;
   form1_.lblProgressInfo.Show();
   port_.setReceiveThreshold(1);
-  supervision_.beginSending(static_cast<std::int32_t>(state_.FrontImage.size()));
-  wizard_.setBar(0);
-  host_.queue().PumpEvents();
-  form1_.Watchdog.setInterval(kWatchdogInterval);
-  form1_.Watchdog.stop();
-  host_.queue().PumpEvents();
+  stream_.beginUnwatched(static_cast<std::int32_t>(state_.FrontImage.size()));
   if (state_.InVrcAutoWizard) {
     delay_.Delay(kBeforeFirstBatch.interval, kBeforeFirstBatch.ticks);
   }
@@ -118,11 +109,12 @@ bool FrontPanel::awaitRequest() {
   constexpr int kAfterVerdict = 5;
   const SilenceLimit silence(host_.queue());
   const auto asked = [this] { return state_.FrontBlockOk || state_.FrontVectorAsked; };
-  const auto limit = [this] { return state_.FlashPhase == kErased ? SilenceLimit::kSeconds : kAfterVerdict; };
-  while (!asked() && !silence.passed(limit())) {
+  const auto noVerdict = [this] { return state_.FlashPhase == flash_phase::kErased; };
+  while (!asked() && !silence.passed(noVerdict() ? SilenceLimit::kSeconds : kAfterVerdict)) {
     host_.queue().WaitEvents();
+    port_.requireOpen();
   }
-  if (!asked() && state_.FlashPhase == kErased) {
+  if (!asked() && noVerdict()) {
     state_.TimedOut = true;
   }
   return asked();
@@ -175,17 +167,14 @@ void FrontPanel::sendValue(int position) {
 }
 
 void FrontPanel::finish() {
-  supervision_.Sending = false;
   const int percent = supervision_.percentSent(supervision_.progressFactor());
   supervision_.showPercentText(percent);
   form1_.ProgressBar1.Value = percent;
   if (state_.InAutoWizard) {
     frmAuto_.Progress1.Value = form1_.ProgressBar1.Value.get();
   }
-  form1_.lblTop.Caption = kImageIsOut;
   notes_.note("Finished Programming Front", offset_, "Successful!");
-  form1_.Timer1.start(kBarInterval);
-  supervision_.setLimit(kVerdictLimit);
+  stream_.end(kVerdictLimit);
 }
 
 }  // namespace firmlane

@@ -2,11 +2,10 @@
 // at its word the vector table. The image stands in memory.
 #pragma once
 
+#include "images/image_stream.h"
 #include "link/short_delay.h"
-#include "platform/screen.h"
 #include "platform/serial_port.h"
 #include "progress/debug_notes.h"
-#include "progress/supervision.h"
 
 namespace firmlane {
 
@@ -22,15 +21,16 @@ class FrontPanel {
         notes_(notes),
         state_(state),
         form1_(form1),
-        frmAuto_(frmAuto) {}
+        frmAuto_(frmAuto),
+        stream_(host, supervision, wizard, form1) {}
 
   /// Sends FrontCodeBytes as two seven-bit groups, then FrontImage. Opens the port if it is closed. Throws Failure when the port
   /// fails before the first batch. Leaves Watchdog off.
   void ProgramFront();
 
   /// Sends FrontImage. When it is empty or too long, or the port fails, tells the user and returns, with Sending and the timers
-  /// as they were. A panel that asks for nothing for a minute raises TimedOut; one
-  /// that has given its verdict ends the stream sooner, and the verdict stands.
+  /// as they were. A panel that asks for nothing for a minute raises TimedOut; one that has given its verdict ends the stream
+  /// sooner, and the verdict stands.
   void DumpFront();
 
  private:
@@ -52,6 +52,7 @@ class FrontPanel {
   RunState& state_;
   Form1& form1_;
   FrmAuto& frmAuto_;
+  ImageStream stream_;
 
   int offset_ = 0;  // digits of the image consumed so far
   int vectorBatches_ = 0;

@@ -24,14 +24,6 @@ constexpr const char* kRefused =
 
 }  // namespace
 
-void advanceOverallStep(const WizardInCharge& wizard) {
-  if (AutoForm* form = wizard.form()) {
-    form->prgTotal.Value = form->prgTotal.Value + 1;
-    form->lblTotal.Caption = "Overall Progress (Step " + std::to_string(form->prgTotal.Value + 1) + " of " +
-                             std::to_string(form->prgTotal.Max + 1) + ")";
-  }
-}
-
 void Outcomes::Succeeded() {
   port_.Close();
   receivePath_.ExpectFrameEnd = false;
@@ -41,7 +33,7 @@ void Outcomes::Succeeded() {
   form1_.lblProgressInfo.Hide();
   form1_.lblTop.Caption = "Congratulations!\rYou have successfully upgraded the firmware in your " + unitName(state_) +
                           "!\r\rClick Next to continue or click Exit to quit";
-  advanceOverallStep(wizard_);
+  wizard_.advanceOverall();
   if (state_.FactoryBuild) {
     form1_.lblTop.Caption = "The Flash Memory has been Programmed, Click 'Next' to Program the Serial Number";
   }

@@ -8,9 +8,6 @@
 
 namespace firmlane {
 
-/// Moves the overall progress of the wizard in charge one step on.
-void advanceOverallStep(const WizardInCharge& wizard);
-
 class Outcomes {
  public:
   Outcomes(FormHost& host, SerialPort& port, ReceivePath& receivePath, WizardInCharge& wizard, const DebugNotes& notes,

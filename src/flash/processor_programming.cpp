@@ -1,21 +1,8 @@
 #include "flash/processor_programming.h"
 
+#include "flash/targets.h"
+
 namespace firmlane {
-
-namespace {
-
-const char* dspImage(const RunState& state) {
-  if (state.ProductCode != "VC") {
-    return "wls.bin";
-  }
-  return state.UnitIsVrc2 ? "vrc2.bin" : "vrc.bin";
-}
-
-const char* hubImage(const RunState& state) { return state.UnitIsVrc2 ? "vrc2hub.s19" : "hubSL.s19"; }
-
-constexpr const char* kRfImage = "RFSL.s19";
-
-}  // namespace
 
 void showSending(Supervision& supervision, const WizardInCharge& wizard, Form1& form1) {
   supervision.BarValue = 0;
@@ -25,18 +12,20 @@ void showSending(Supervision& supervision, const WizardInCharge& wizard, Form1& 
 
 void ProcessorProgramming::ProgramFlash() {
   begin();
-  sender_.DumpFile2(files_.path(dspImage(state_)));
+  sender_.DumpFile2(imagePath());
 }
 
-void ProcessorProgramming::ProgramNewHub() { sendText(hubImage(state_)); }
+void ProcessorProgramming::ProgramNewHub() { sendText(); }
 
-void ProcessorProgramming::ProgramRF() { sendText(kRfImage); }
+void ProcessorProgramming::ProgramRF() { sendText(); }
 
-void ProcessorProgramming::sendText(const char* file) {
+void ProcessorProgramming::sendText() {
   begin();
   port_.setHandshake(Handshake::XonXoff);
-  sender_.DumpFile3(files_.path(file));
+  sender_.DumpFile3(imagePath());
 }
+
+std::string ProcessorProgramming::imagePath() const { return files_.path(imageFor(state_).file); }
 
 void ProcessorProgramming::begin() {
   showSending(supervision_, wizard_, form1_);

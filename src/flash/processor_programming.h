@@ -25,7 +25,8 @@ class ProcessorProgramming {
 
  private:
   void begin();
-  void sendText(const char* file);
+  void sendText();
+  [[nodiscard]] std::string imagePath() const;
 
   const Files& files_;
   SerialPort& port_;

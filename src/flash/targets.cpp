@@ -19,17 +19,28 @@ constexpr std::array<std::string_view, 6> kSlowTargets = {"RF1Flash", "NewHubFla
 constexpr const char* kSlow = "9600,N,8,1";
 constexpr const char* kFast = "19200,N,8,1";
 
-struct Route {
-  std::string_view product;
-  std::string_view target;
-  ImageRoute route;
+// What has reported itself as a second generation Velarc counts as one only where a Velarc is served: a receiver must not get a
+// Velarc's image for a stray report on its line.
+bool velarc2(const RunState& state) { return state.ProductCode == kVelarc && state.UnitIsVrc2 && !state.OldVelarc; }
+bool receiver(const RunState& state) { return state.ProductCode == kWireless; }
+
+struct Image {
+  bool (*unit)(const RunState&);
+  std::string_view target;  // empty for any
+  ImageRule rule;
 };
-constexpr Route kRoutes[] = {
-    {kVelarc, "NewHubFlash", ImageRoute::NewHub},   {kVelarc, "DSPFlash", ImageRoute::Flash},
-    {kVelarc, "Front1Flash", ImageRoute::Front},    {kVelarc, "Front2Flash", ImageRoute::Front},
-    {kWireless, "NewHubFlash", ImageRoute::NewHub}, {kWireless, "DSPFlash", ImageRoute::Flash},
-    {kWireless, "RF1Flash", ImageRoute::RF},        {kWireless, "RF2Flash", ImageRoute::RF},
-    {kWireless, "FrontFlash", ImageRoute::Front},
+constexpr bool kWholeUnit = true;
+constexpr Image kImages[] = {
+    {firstGenerationVelarc, "", {ImageRoute::Flash, "vrc.bin", kWholeUnit}},
+    {velarc2, "NewHubFlash", {ImageRoute::NewHub, "vrc2hub.s19", !kWholeUnit}},
+    {velarc2, "DSPFlash", {ImageRoute::Flash, "vrc2.bin", !kWholeUnit}},
+    {velarc2, "Front1Flash", {ImageRoute::Front, nullptr, !kWholeUnit}},
+    {velarc2, "Front2Flash", {ImageRoute::Front, nullptr, !kWholeUnit}},
+    {receiver, "NewHubFlash", {ImageRoute::NewHub, "hubSL.s19", !kWholeUnit}},
+    {receiver, "DSPFlash", {ImageRoute::Flash, "wls.bin", !kWholeUnit}},
+    {receiver, "RF1Flash", {ImageRoute::RF, "RFSL.s19", !kWholeUnit}},
+    {receiver, "RF2Flash", {ImageRoute::RF, "RFSL.s19", !kWholeUnit}},
+    {receiver, "FrontFlash", {ImageRoute::Front, nullptr, !kWholeUnit}},
 };
 
 struct EraseRule {
@@ -72,14 +83,11 @@ LinkRule linkFor(const RunState& state) {
   return rule;
 }
 
-ImageRoute routeFor(const RunState& state) {
-  if (state.ProductCode == kVelarc && state.OldVelarc) {
-    return ImageRoute::None;
-  }
-  const auto* const found = std::find_if(std::begin(kRoutes), std::end(kRoutes), [&](const Route& route) {
-    return route.product == state.ProductCode && route.target == state.FlashTarget;
+ImageRule imageFor(const RunState& state) {
+  const auto* const found = std::find_if(std::begin(kImages), std::end(kImages), [&](const Image& image) {
+    return image.unit(state) && (image.target.empty() || image.target == state.FlashTarget);
   });
-  return found == std::end(kRoutes) ? ImageRoute::None : found->route;
+  return found == std::end(kImages) ? ImageRule{ImageRoute::None, nullptr, !kWholeUnit} : found->rule;
 }
 
 int eraseLimitFor(const RunState& state) { return eraseRule(state).limit; }

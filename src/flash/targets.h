@@ -19,8 +19,16 @@ LinkRule linkFor(const RunState& state);
 
 /// Who sends the image.
 enum class ImageRoute { None, Flash, NewHub, RF, Front };
-/// The sender for the target of a receiver or a second generation Velarc. None where no sender serves it.
-ImageRoute routeFor(const RunState& state);
+struct ImageRule {
+  /// None where no sender serves the target.
+  ImageRoute route;
+  /// Null for an image that stands in memory.
+  const char* file;
+  /// The image serves all processors of the unit.
+  bool wholeUnit;
+};
+/// Which image goes to the target, and how.
+ImageRule imageFor(const RunState& state);
 
 /// Watchdog ticks of a second that a unit has to erase.
 int eraseLimitFor(const RunState& state);

@@ -11,8 +11,6 @@ constexpr std::uint8_t kSevenBits = 0x7F;
 constexpr int kTopBit = 7;
 constexpr int kFull = 100;
 constexpr int kPlainInterval = 500;
-constexpr int kTextInterval = 50;
-constexpr int kBarInterval = 100;
 constexpr int kVerdictLimit = 10;
 constexpr int kTextVerdictLimit = 200;
 constexpr int kProgressStep = 50;
@@ -28,17 +26,11 @@ std::int32_t imageLength(const std::string& path) {
 
 }  // namespace
 
-void tellStreamFailed(FormHost& host) {
-  host.showMessageBox({.text = "Error encountered while trying to open file, please retry.",
-                       .title = "Open File",
-                       .icon = MessageIcon::Exclamation});
-}
-
 void ImageSender::DumpFile2(const std::string& path) {
   try {
     streamWithSum(path);
   } catch (const Failure&) {
-    tellStreamFailed(host_);
+    stream_.tellFailed();
   }
 }
 
@@ -46,7 +38,7 @@ void ImageSender::DumpFile3(const std::string& path) {
   try {
     streamText(path);
   } catch (const Failure&) {
-    tellStreamFailed(host_);
+    stream_.tellFailed();
   }
 }
 
@@ -58,7 +50,7 @@ void ImageSender::streamWithSum(const std::string& path) {
   port_.Write({kImageStart});
   supervision_.beginSending(length);
   expectFrameEnd_ = true;
-  const bool sevenBit = sevenBitForm();
+  const bool sevenBit = firstGenerationVelarc(state_);
   if (!sevenBit) {
     form1_.Watchdog.setInterval(kPlainInterval);
   }
@@ -79,12 +71,7 @@ void ImageSender::streamText(const std::string& path) {
   const std::int32_t length = imageLength(path);
   const Bytes image = Files::read(path);
   state_.ImageDone = false;
-  supervision_.beginSending(length);
-  wizard_.setBar(0);
-  host_.queue().PumpEvents();
-  form1_.Watchdog.setInterval(kTextInterval);
-  form1_.Watchdog.stop();
-  host_.queue().PumpEvents();
+  stream_.beginUnwatched(length);
   reopenUnderRts();
   for (const std::uint8_t byte : image) {
     port_.Write({byte});
@@ -97,8 +84,6 @@ void ImageSender::streamText(const std::string& path) {
   showImageOut(kTextVerdictLimit);
 }
 
-bool ImageSender::sevenBitForm() const { return state_.ProductCode == "VC" && !state_.UnitIsVrc2; }
-
 void ImageSender::writeImageByte(std::uint8_t byte, bool sevenBit) {
   if (sevenBit) {
     port_.Write({static_cast<std::uint8_t>(byte >> kTopBit), static_cast<std::uint8_t>(byte & kSevenBits)});
@@ -109,19 +94,16 @@ void ImageSender::writeImageByte(std::uint8_t byte, bool sevenBit) {
 
 void ImageSender::reopenUnderRts() {
   port_.Close();
-  port_.setSendThreshold(0);
   port_.setReceiveThreshold(1);
   port_.setHandshake(Handshake::Rts);
   port_.Open();
+  port_.Read();  // what an adapter brings of earlier times would stand in front of the verdict
 }
 
-void ImageSender::showImageOut(int watchdogLimit) {
-  supervision_.Sending = false;
+void ImageSender::showImageOut(int verdictLimit) {
   state_.ImageDone = true;
   supervision_.showProgress(kFull);
-  form1_.lblTop.Caption = kImageIsOut;
-  form1_.Timer1.start(kBarInterval);
-  supervision_.setLimit(watchdogLimit);
+  stream_.end(verdictLimit);
 }
 
 }  // namespace firmlane

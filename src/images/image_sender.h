@@ -4,18 +4,11 @@
 
 #include <string>
 
+#include "images/image_stream.h"
 #include "platform/files.h"
-#include "platform/screen.h"
 #include "platform/serial_port.h"
-#include "progress/supervision.h"
 
 namespace firmlane {
-
-/// What the page says when an image is out.
-inline constexpr const char* kImageIsOut = "Finished sending new firmware to the unit, now waiting to get response from unit...";
-
-/// The one error exit of everything that streams an image: tells the user that it has ended early.
-void tellStreamFailed(FormHost& host);
 
 class ImageSender {
  public:
@@ -28,7 +21,8 @@ class ImageSender {
         wizard_(wizard),
         state_(state),
         form1_(form1),
-        expectFrameEnd_(expectFrameEnd) {}
+        expectFrameEnd_(expectFrameEnd),
+        stream_(host, supervision, wizard, form1) {}
 
   // Both take a full path, need the port open, and return when the last byte has been handed to it. When the file cannot be
   // read or the port fails they tell the user and return early, with Sending and the timers as they were.
@@ -42,10 +36,9 @@ class ImageSender {
  private:
   void streamWithSum(const std::string& path);
   void streamText(const std::string& path);
-  [[nodiscard]] bool sevenBitForm() const;
   void writeImageByte(std::uint8_t byte, bool sevenBit);
   void reopenUnderRts();
-  void showImageOut(int watchdogLimit);
+  void showImageOut(int verdictLimit);
 
   FormHost& host_;
   SerialPort& port_;
@@ -54,6 +47,7 @@ class ImageSender {
   RunState& state_;
   Form1& form1_;
   bool& expectFrameEnd_;
+  ImageStream stream_;
 };
 
 }  // namespace firmlane

@@ -7,7 +7,6 @@ namespace firmlane {
 
 namespace {
 
-constexpr std::int32_t kAnyAddress = 999;
 constexpr std::uint8_t kWantToProgram = 30;
 constexpr std::uint8_t kWantToProgramMic = 80;
 constexpr std::size_t kSerialDigits = 6;

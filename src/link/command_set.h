@@ -10,6 +10,9 @@
 
 namespace firmlane {
 
+/// What Send_Who_is_there takes for any unit.
+inline constexpr std::int32_t kAnyAddress = 999;
+
 class CommandSet {
  public:
   CommandSet(SerialPort& port, const RunState& state, FrmAuto& frmAuto, FrmVRCAuto& frmVRCAuto)
@@ -17,7 +20,7 @@ class CommandSet {
 
   // All throw Failure when the port is closed, but those that open it first.
 
-  /// Opens the port if it is closed. Address 999 stands for 0.
+  /// Opens the port if it is closed. Address kAnyAddress stands for 0.
   void Send_Who_is_there(std::int32_t address);
   void SendResetLink();
   void Send_ForceReset();

@@ -6,8 +6,7 @@
 namespace firmlane {
 
 namespace {
-constexpr int kWait = 100;  // ms
-constexpr std::int32_t kAnyAddress = 999;
+constexpr int kWait = 100;          // ms
 constexpr int kGrownHeight = 6000;  // twips, with the 16 options
 }  // namespace
 
@@ -66,6 +65,7 @@ bool PortDiscovery::TestPort(std::int16_t port) {
     if (!wait()) {
       return false;
     }
+    forgetWhatCame();
     commands_.Send_Who_is_there(kAnyAddress);
     if (!wait()) {
       return false;
@@ -81,15 +81,21 @@ bool PortDiscovery::TestPort(std::int16_t port) {
 
 void PortDiscovery::openForTest(std::int16_t port) {
   port_.Close();
-  // What one port has left over must not stand in front of the next one's answer, and what a run that broke off expected last
-  // must not have the answer thrown away.
-  receivePath_.RxBuffer.clear();
+  // How a flash run has ended must not have the answer thrown away.
   receivePath_.ExpectFrameEnd = false;
+  state_.FlashPhase = flash_phase::kIdle;
   port_.setNumber(port);
   port_.setSettings(state_.ProductCode == "VC" ? "19200,N,8,1" : "57600,N,8,1");
   port_.setHandshake(Handshake::None);
   port_.setReceiveThreshold(1);
   port_.Open();
+}
+
+/// What came before the question, from this port or another, is no answer to it and must not stand in front of one.
+void PortDiscovery::forgetWhatCame() {
+  port_.Read();
+  receivePath_.RxBuffer.clear();
+  state_.PortFound = false;
 }
 
 bool PortDiscovery::wait() {

@@ -32,6 +32,7 @@ class PortDiscovery {
   void Command3_Click();
 
   void openForTest(std::int16_t port);
+  void forgetWhatCame();
   /// Passes events for a while. False when the search was given up meanwhile.
   bool wait();
   void endSearch();

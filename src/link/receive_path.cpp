@@ -10,8 +10,6 @@ namespace firmlane {
 namespace {
 
 constexpr std::uint8_t kAcknowledge = 'A';
-constexpr int kQueueSlots = 30;
-constexpr int kSerialProgramming = 4;
 constexpr std::int16_t kExpectedEnd = 8;
 constexpr std::size_t kSmallestFrame = 6;
 constexpr std::size_t kIdAnswerLength = 17;
@@ -62,7 +60,7 @@ void ReceivePath::MSComm1_OnComm() {
   if (state_.WantAcked || WantAnswered) {
     host_.queue().PumpEvents();
   }
-  if (state_.SerialStep == kSerialProgramming) {
+  if (state_.SerialStep == serial_step::kProgramming) {
     takeOneAnswer();
     return;
   }
@@ -105,11 +103,10 @@ void ReceivePath::cutFrame(Bytes work) {
   dropToFrameStart(work);
   end = findFrameEnd(work, RxSearchStart);
   showWork(work, end);
-  if (work.size() >= kSmallestFrame && end >= 1) {
-    if (end == FrameLength[work[4] % kCodeModulus]) {
-      deliver();
-    }
-  } else if (work.size() == kIdAnswerLength && state_.FlashPhase == 0 && state_.PortSearching) {
+  if (work.size() >= kSmallestFrame && end >= 1 && end == FrameLength[work[4] % kCodeModulus]) {
+    deliver();
+  } else if (work.size() == kIdAnswerLength && state_.FlashPhase == flash_phase::kIdle && state_.PortSearching) {
+    // The answer of a unit that is up; a byte in it may well have the value of ">".
     state_.PortFound = true;
   }
 }
@@ -146,7 +143,7 @@ void ReceivePath::showWork(const Bytes& work, std::int16_t end) {
 
 void ReceivePath::deliver() {
   RxQueue_.at(static_cast<std::size_t>(RxQueueWrite_)) = std::move(RxBuffer);
-  RxQueueWrite_ = static_cast<std::int16_t>((RxQueueWrite_ + 1) % kQueueSlots);
+  RxQueueWrite_ = nextSlot(RxQueueWrite_);
   RxBuffer.clear();
   RxSearchStart = 1;
   GetMsg();
@@ -155,7 +152,7 @@ void ReceivePath::deliver() {
 
 void ReceivePath::GetMsg() {
   const Bytes message = RxQueue_.at(static_cast<std::size_t>(RxQueueRead_));
-  RxQueueRead_ = static_cast<std::int16_t>((RxQueueRead_ + 1) % kQueueSlots);
+  RxQueueRead_ = nextSlot(RxQueueRead_);
   form1_.txtstat.Text = "Got a message, going to valid check it";
   if (Valid_Check(message, FrameLength) != 1) {
     host_.showMessage("Communications Error");
@@ -168,8 +165,6 @@ void ReceivePath::GetMsg() {
 }
 
 void ReceivePath::act(const SubCodeRule& rule, const Bytes& message) {
-  constexpr std::int16_t kErased = 2;
-  constexpr std::int16_t kFinished = 3;
   if (rule.secondGeneration) {
     state_.UnitIsVrc2 = true;
   }
@@ -178,11 +173,11 @@ void ReceivePath::act(const SubCodeRule& rule, const Bytes& message) {
       answer(rule);
       break;
     case SubCodeAction::Erased:
-      state_.FlashPhase = kErased;
+      state_.FlashPhase = flash_phase::kErased;
       break;
     case SubCodeAction::Programmed:
     case SubCodeAction::Failed:
-      state_.FlashPhase = kFinished;
+      state_.FlashPhase = flash_phase::kFinished;
       FlashSucceeded = rule.action == SubCodeAction::Programmed;
       break;
     case SubCodeAction::PresetLoaded:

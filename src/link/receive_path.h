@@ -7,6 +7,7 @@
 
 #include "link/command_set.h"
 #include "link/frame.h"
+#include "link/frame_ring.h"
 #include "link/short_delay.h"
 #include "platform/bytes.h"
 #include "platform/screen.h"
@@ -65,7 +66,7 @@ class ReceivePath {
   Form1& form1_;
   FrmAuto& frmAuto_;
   FrmVRCAuto& frmVRCAuto_;
-  std::array<Bytes, 31> RxQueue_;
+  std::array<Bytes, kRingSlots> RxQueue_;
   std::int16_t RxQueueWrite_ = 0;
   std::int16_t RxQueueRead_ = 0;
 };

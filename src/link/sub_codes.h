@@ -11,9 +11,9 @@ namespace firmlane {
 
 enum class SubCodeAction {
   Announced,         ///< a boot loader waits to be told to program: answer it
-  Erased,            ///< FlashPhase 2
-  Programmed,        ///< FlashPhase 3, FlashSucceeded
-  Failed,            ///< FlashPhase 3, not FlashSucceeded
+  Erased,            ///< FlashPhase goes on
+  Programmed,        ///< the verdict is good
+  Failed,            ///< the verdict is bad
   PresetLoaded,      ///< preset 0 is in force
   SerialStored,      ///< the address positions hold the stored serial number
   NextBlock,         ///< the front panel asks for the next batch

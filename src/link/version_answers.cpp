@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <span>
 
+#include "link/frame_ring.h"
 #include "platform/failure.h"
 #include "state/text.h"
 
@@ -10,7 +11,6 @@ namespace firmlane {
 
 namespace {
 
-constexpr int kQueueSlots = 30;
 constexpr std::size_t kSmallestAnswer = 13;
 constexpr int kIdAnswer = 2;
 constexpr int kVersionAnswer = 95;
@@ -98,9 +98,18 @@ class VersionAnswers::Answer {
   std::string bytes_;
 };
 
+void VersionAnswers::forgetVersions() {
+  for (const Fields fields : {Fields(kWirelessIdDsp), Fields(kWirelessHub), Fields(kRf1), Fields(kRf2), Fields(kFront),
+                              Fields(kVelarcHub), Fields(kVelarcDsp), Fields(kFrontA), Fields(kFrontB)}) {
+    for (const Field& field : fields) {
+      state_.*field.number = 0;
+    }
+  }
+}
+
 void VersionAnswers::GetID2() {
   const Answer answer(state_.IdQueue.at(static_cast<std::size_t>(state_.IdQueueRead)));
-  state_.IdQueueRead = static_cast<std::int16_t>((state_.IdQueueRead + 1) % kQueueSlots);
+  state_.IdQueueRead = nextSlot(state_.IdQueueRead);
   try {
     digest(answer);
   } catch (const Failure&) {
@@ -198,7 +207,6 @@ void VersionAnswers::showId(const Answer& answer, bool qdr) {
   form_.lblSN.Caption = std::to_string(state_.SerialNumber) + (qdr ? " (QDR)" : "");
   state_.SerialRead = true;
   if (!velarc()) {
-    readWirelessDsp(answer);
     form_.lblDSP.Caption = joined(state_, kWirelessIdDsp);
   } else if (state_.VrcOldDsp) {
     form_.lblDSP.Caption = plainNumber((state_.VrcDspVer1 * kGroup + state_.VrcDspVer2) / kHundred);

@@ -11,6 +11,9 @@ class VersionAnswers {
  public:
   VersionAnswers(RunState& state, FrmVersion& frmVersion) : state_(state), form_(frmVersion) {}
 
+  /// Sets the versions back that an earlier unit has told: not every unit tells all of its own.
+  void forgetVersions();
+
   /// Digests the next answer of IdQueue. One that is cut short is taken as far as it goes.
   void GetID2();
 

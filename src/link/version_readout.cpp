@@ -2,6 +2,7 @@
 
 #include "link/command_codes.h"
 #include "link/frame.h"
+#include "link/frame_ring.h"
 #include "platform/screen.h"
 #include "state/tell_failure.h"
 
@@ -19,7 +20,6 @@ constexpr const char* kFullSpeed = "57600,n,8,1";
 constexpr const char* kOldSpeed = "9600,n,8,1";
 constexpr const char* kVelarcSpeed = "19200,n,8,1";
 
-constexpr int kQueueSlots = 30;
 constexpr std::size_t kSmallestAnswer = 6;
 constexpr std::size_t kCodeIndex = 4;
 constexpr int kLastCodes = 110;
@@ -42,6 +42,7 @@ VersionReadout::VersionReadout(SerialPort& port, Activity& activity, RunState& s
 void VersionReadout::Form_Load() {
   state_.VersionsComplete = false;
   state_.GetVersionsSent = false;
+  answers_.forgetVersions();
   begin();
   try {
     setUp(state_.ProductCode == "WS" ? kFullSpeed : kVelarcSpeed);
@@ -216,7 +217,7 @@ void VersionReadout::MSComm1_OnComm() {
     }
   }
   state_.IdQueue.at(static_cast<std::size_t>(state_.IdQueueWrite)) = state_.IdRxBuf;
-  state_.IdQueueWrite = static_cast<std::int16_t>((state_.IdQueueWrite + 1) % kQueueSlots);
+  state_.IdQueueWrite = nextSlot(state_.IdQueueWrite);
   state_.IdRxBuf.clear();
   answers_.GetID2();
 }

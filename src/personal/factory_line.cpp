@@ -15,7 +15,7 @@ FactoryLine::FactoryLine(SerialPort& port, ReceivePath& receivePath, Preset& pre
 void FactoryLine::endProcedure() {
   form1_.Timer3.stop();
   preset_.PresetPending = false;
-  state_.SerialStep = 0;
+  state_.SerialStep = serial_step::kIdle;
   state_.GotId = false;
   receivePath_.PresetLoaded = false;
   form1_.lblResetSerial.Hide();

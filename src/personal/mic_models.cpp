@@ -7,7 +7,6 @@ namespace firmlane {
 
 namespace {
 constexpr int kProcedurePage = 7;
-constexpr std::int16_t kStepFinished = 5;
 constexpr std::int16_t kFactoryPort = 2;
 constexpr int kFull = 100;
 constexpr int kStartSeconds = 20;
@@ -142,7 +141,7 @@ void MicModels::leaveLine() {
   form1_.Command3.Enable();
   // Next ends the run on the page where a serial number run ends; there MicMode goes too.
   state_.WizardPage = kProcedurePage;
-  state_.SerialStep = kStepFinished;
+  state_.SerialStep = serial_step::kFinished;
 }
 
 }  // namespace firmlane

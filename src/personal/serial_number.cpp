@@ -10,13 +10,6 @@ constexpr std::int16_t kFactoryPort = 2;
 constexpr int kReportInterval = 100;
 constexpr int kShortestAnswer = 8;
 
-// Values of SerialStep.
-constexpr std::int16_t kPowerCycle = 1;
-constexpr std::int16_t kNumberShown = 2;
-constexpr std::int16_t kModelShown = 3;
-constexpr std::int16_t kProgramming = 4;
-constexpr std::int16_t kFinished = 5;
-
 constexpr const char* kChangeIt = "Please click on 'Edit Number' to change it";
 }  // namespace
 
@@ -69,8 +62,8 @@ void SerialNumber::DoSerialNumber() {
     recover();
     throw;
   }
-  if (state_.SerialStep == kProgramming) {
-    state_.SerialStep = kFinished;
+  if (state_.SerialStep == serial_step::kProgramming) {
+    state_.SerialStep = serial_step::kFinished;
   }
 }
 
@@ -79,7 +72,7 @@ void SerialNumber::confirmPower() {
                                   "Please cycle the power on the LWX Receiver and" + kCrLf +
                                   "click 'Next' when the unit has successfully rebooted";
   form1_.lblResetSerial.Show();
-  waitWhileStep(kPowerCycle);
+  waitWhileStep(serial_step::kPowerCycle);
 }
 
 void SerialNumber::confirmNumber() {
@@ -104,17 +97,17 @@ void SerialNumber::awaitNumber() {
   if (!SerialFile::fits(state_.SerialNumber)) {
     form1_.lblOutcome.tell(OutcomeKind::Caution, SerialFile::whyUnfit(state_.SerialNumber) + ". " + kChangeIt);
   }
-  waitWhileStep(kNumberShown);
+  waitWhileStep(serial_step::kNumberShown);
   while (!SerialFile::fits(state_.SerialNumber)) {
     host_.showMessage(SerialFile::whyUnfit(state_.SerialNumber) + ".\r\n\r\n" + kChangeIt);
-    state_.SerialStep = kNumberShown;
-    waitWhileStep(kNumberShown);
+    state_.SerialStep = serial_step::kNumberShown;
+    waitWhileStep(serial_step::kNumberShown);
   }
 }
 
 void SerialNumber::chooseModel() {
   form1_.frmModel.Show();
-  waitWhileStep(kModelShown);
+  waitWhileStep(serial_step::kModelShown);
   form1_.frmModel.Hide();
   form1_.lblResetSerial.Hide();
 }

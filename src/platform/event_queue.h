@@ -90,7 +90,6 @@ class EventSlot {
   void raise();
   /// Takes a pending event back.
   void drop();
-  [[nodiscard]] bool pending() const { return pending_; }
 
  private:
   friend class EventQueue;

@@ -35,11 +35,7 @@ SerialPort::SerialPort(EventQueue& queue, SerialDriver& driver, Recorder& record
         }
       }) {
   driver_.received = [this](ByteSpan bytes) { take(bytes); };
-  driver_.lost = [this](const Failure& failure) {
-    open_ = false;
-    lost_ = failure;
-    recorder_.portLost(number_, failure);
-  };
+  driver_.lost = [this](const Failure& failure) { lose(failure); };
 }
 
 SerialPort::~SerialPort() {
@@ -75,6 +71,8 @@ void SerialPort::Open() {
   openDriver();
   open_ = true;
   lost_.reset();
+  // A late answer to what an earlier opening asked would stand in front of the next one.
+  driver_.discard();
   waiting_.clear();
   lineFreeAt_ = queue_.now();
 }
@@ -112,9 +110,17 @@ void SerialPort::drain() {
 }
 
 Bytes SerialPort::Read() {
-  Bytes bytes = std::move(waiting_);
-  waiting_.clear();
-  return bytes;
+  if (open_) {
+    driver_.fetch();
+  }
+  return std::exchange(waiting_, {});
+}
+
+void SerialPort::lose(const Failure& failure) {
+  open_ = false;
+  lost_ = failure;
+  recorder_.portLost(number_, failure);
+  receiveEvent_.raise();
 }
 
 void SerialPort::take(ByteSpan bytes) {

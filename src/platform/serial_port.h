@@ -35,10 +35,16 @@ class SerialDriver {
   virtual void send(ByteSpan bytes) = 0;
   /// Bytes taken that are known not to have left, because the unit holds them back or the device has not come to them.
   [[nodiscard]] virtual std::size_t unsent() const = 0;
+  /// Hands all that has arrived by now to `received` before it returns, also what the device or the system still holds. May find
+  /// out that the device has vanished.
+  virtual void fetch() = 0;
+  /// Throws away all that has arrived by now.
+  virtual void discard() = 0;
 
-  /// Called by the driver, outside of any handler: bytes have arrived.
+  /// Called by the driver outside of any handler, or inside `fetch`: bytes have arrived.
   std::function<void(ByteSpan)> received;
-  /// Called by the driver, outside of any handler: the device has vanished; the driver has closed itself.
+  /// Called by the driver outside of any handler, or inside a call of its own: the device has vanished; the driver has closed
+  /// itself. The failure names the port and its device.
   std::function<void(const Failure&)> lost;
 };
 
@@ -51,7 +57,6 @@ class SerialPort {
 
   /// Port number 1 to 16; takes effect at the next Open.
   void setNumber(int number) { number_ = number; }
-  [[nodiscard]] int number() const { return number_; }
   /// Settings text such as "57600,N,8,1"; of it the speed may differ. Takes effect at once. Throws Failure for any other text.
   void setSettings(const std::string& settings);
   void setHandshake(Handshake handshake);
@@ -59,22 +64,23 @@ class SerialPort {
   void setOutBufferSize(int bytes) { outBufferSize_ = bytes; }
   /// Number of waiting bytes from which OnComm is raised, by an arrival or by setting this; 0 for no events.
   void setReceiveThreshold(int bytes);
-  /// Kept for the record: 0 means that no send events are wanted, and none are made.
-  void setSendThreshold(int bytes) { sendThreshold_ = bytes; }
 
   [[nodiscard]] const LineSettings& lineSettings() const { return settings_; }
   [[nodiscard]] int receiveThreshold() const { return receiveThreshold_; }
 
-  /// Opens the port. Throws Failure with the platform's words when it is missing, in use, not permitted, or open already.
+  /// Opens the port; what has arrived before is thrown away, wherever it waits. Throws Failure with the platform's words when it
+  /// is missing, in use, not permitted, or open already.
   void Open();
   /// Lets what was written leave the line (for at most half a second when the unit holds it back), then closes. Bytes that wait
   /// are dropped, those of a port that was lost too. Runs no handler.
   void Close();
   [[nodiscard]] bool IsOpen() const { return open_; }
+  /// Throws Failure when the port is not open; for one that was lost, in words that name it and its device. For waits: a loss
+  /// wakes every wait for events.
+  void requireOpen() const;
 
-  /// All waiting bytes; empty when the port is closed.
+  /// All that has arrived, whether or not an event has told of it; empty when the port is closed.
   Bytes Read();
-  [[nodiscard]] std::size_t waiting() const { return waiting_.size(); }
 
   /// Hands bytes over whole and in order. Waits, passing events, while more than a small backlog is ahead of the line or the
   /// unit holds the line back; so when it returns the bytes are as good as sent. Throws Failure when the port is or gets closed,
@@ -88,10 +94,10 @@ class SerialPort {
  private:
   void take(ByteSpan bytes);
   void openDriver();
+  void lose(const Failure& failure);
   void raiseIfReached();
   [[nodiscard]] bool thresholdReached() const;
   void drain();
-  void requireOpen() const;
   void waitForRoom(std::size_t count);
   void waitWhileHeldBack(std::size_t limit);
   void apply(const LineSettings& settings);
@@ -106,7 +112,6 @@ class SerialPort {
   LineSettings settings_;
   int outBufferSize_ = 512;
   int receiveThreshold_ = 0;
-  int sendThreshold_ = 0;
   bool open_ = false;
   std::optional<Failure> lost_;
   Bytes waiting_;

@@ -25,7 +25,9 @@ void Supervision::onWatchdog() {
     ++WatchdogTicks;
   }
   activity.used(WatchdogTicks * form1_.Watchdog.interval() * kMillisecond);
-  if (WatchdogTicks >= WatchdogLimit) {
+  // A unit that has given its verdict amid the image is not waited for any more; the rest only goes out.
+  const bool verdictIsIn = Sending && state_.FlashPhase == flash_phase::kFinished;
+  if (WatchdogTicks >= WatchdogLimit && !verdictIsIn) {
     state_.TimedOut = true;
   }
   if (Sending) {

@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "progress/overall_step.h"
 #include "state/auto_form.h"
 #include "state/form1.h"
 #include "state/run_state.h"
@@ -47,6 +48,13 @@ class WizardInCharge {
     form1_.lblOutcome.clear();
     if (AutoForm* wizard = form()) {
       wizard->lblOutcome.clear();
+    }
+  }
+
+  /// Moves its overall progress one step on.
+  void advanceOverall() const {
+    if (AutoForm* wizard = form()) {
+      advanceOverallStep(*wizard);
     }
   }
 

@@ -20,6 +20,24 @@ struct BuildSwitches {
   bool debugView = false;
 };
 
+/// Values of RunState::FlashPhase.
+namespace flash_phase {
+inline constexpr std::int16_t kIdle = 0;
+inline constexpr std::int16_t kErasing = 1;
+inline constexpr std::int16_t kErased = 2;
+inline constexpr std::int16_t kFinished = 3;
+}  // namespace flash_phase
+
+/// Values of RunState::SerialStep.
+namespace serial_step {
+inline constexpr std::int16_t kIdle = 0;
+inline constexpr std::int16_t kPowerCycle = 1;
+inline constexpr std::int16_t kNumberShown = 2;
+inline constexpr std::int16_t kModelShown = 3;
+inline constexpr std::int16_t kProgramming = 4;
+inline constexpr std::int16_t kFinished = 5;
+}  // namespace serial_step
+
 struct RunState {
   /// Serial port number chosen, 1 to 16.
   std::int16_t ComPort = 0;
@@ -33,8 +51,8 @@ struct RunState {
   bool FactoryFirstPass = true;
   /// Serial number of the connected unit, with its model digit in front.
   std::int32_t SerialNumber = 0;
-  /// Step 0 to 5 of the serial number procedure; at 4 the receive handler passes one answer through unchecked.
-  std::int16_t SerialStep = 0;
+  /// Step of the serial number procedure; while it programs, the receive handler passes one answer through unchecked.
+  std::int16_t SerialStep = serial_step::kIdle;
   /// Version readout: the ID answer was taken; in the serial number procedure: the read-back has come.
   bool GotId = false;
   /// All three fields of the contact form were empty.
@@ -54,7 +72,7 @@ struct RunState {
   bool GetVersionsSent = false;
   /// Version readout: an acceptable version answer has come; its timer stops.
   bool VersionsRead = false;
-  /// Ring of answers of the version form; indices 0 to 29 are in use.
+  /// Ring of answers of the version form; all but the last are in use.
   std::array<std::string, 31> IdQueue;
   /// Next slot of IdQueue to fill.
   std::int16_t IdQueueWrite = 0;
@@ -134,8 +152,8 @@ struct RunState {
   bool InAutoWizard = false;
   /// FrmVRCAuto owns the screen; progress goes to its controls.
   bool InVrcAutoWizard = false;
-  /// Flash run phase: 0 idle, 1 waiting for the erase report, 2 erased, 3 finished.
-  std::int16_t FlashPhase = 0;
+  /// Flash run phase: idle, waiting for the erase report, erased, finished.
+  std::int16_t FlashPhase = flash_phase::kIdle;
   /// Wireless: the unit has a second RF section; Velarc: it has a Front B.
   bool HasRf2 = false;
   /// Model number from the ID answer.
@@ -198,6 +216,9 @@ struct RunState {
   /// The port search saw a 17-byte answer.
   bool PortFound = false;
 };
+
+/// A Velarc of the first generation, which takes one image for the whole unit, in its seven-bit form.
+inline bool firstGenerationVelarc(const RunState& state) { return state.ProductCode == "VC" && !state.UnitIsVrc2; }
 
 /// A field as diagnosis and scripts see it.
 using RunStateValue = std::variant<bool, std::int32_t, std::string, std::vector<std::string>, std::vector<SystemRecord>>;

@@ -21,9 +21,11 @@ TEST_F(FlashRunTest, EachProcessorGetsItsLinkItsCommandAndItsImage) {
     std::size_t wire;  // bytes that 300 of the file become
     int baud = 9600;
     bool legacy = false;
+    bool vrc2 = false;  // left by a Velarc, or by a stray report on the line
   };
   for (const Case& c : {Case{"WS", "DSPFlash", 1, "02 00 00 00 1E 01 1F 3E 3E", "wls.bin", 302},
                         {"WS", "NewHubFlash", 32, "02 00 00 00 1E 21 3F 3E 3E", "HUBSL.s19", 300},
+                        {"WS", "NewHubFlash", 32, "02 00 00 00 1E 21 3F 3E 3E", "HUBSL.s19", 300, 9600, false, true},
                         {"WS", "RF1Flash", 48, "02 00 00 00 1E 30 4E 3E 3E", "RFSL.s19", 300},
                         {"WS", "RF2Flash", 64, "02 00 00 00 1E 40 5E 3E 3E", "RFSL.s19", 300},
                         {"VC", "DSPFlash", 1, "02 00 00 00 1E 01 1F 3E 3E", "vrc.bin", 602},
@@ -36,12 +38,47 @@ TEST_F(FlashRunTest, EachProcessorGetsItsLinkItsCommandAndItsImage) {
     }
     image(c.file, 300);
     state_.LegacyLink = c.legacy;
+    state_.UnitIsVrc2 = c.vrc2;
     fly(c.product, c.target, {.announces = c.announces, .image = c.wire, .baud = c.baud});
     EXPECT_EQ(loader_.wanted, c.want) << c.target;
     EXPECT_EQ(loader_.image.size(), c.wire) << c.file;
     EXPECT_EQ(loader_.handshake, std::string(c.file).ends_with(".s19") ? Handshake::Rts : Handshake::None) << c.file;
     EXPECT_EQ(ending(), "3 page 7 -timedout -port +next -watchdog -timer1 +bar") << c.product << c.target;
     EXPECT_TRUE(receivePath_.FlashSucceeded);
+  }
+}
+
+TEST_F(FlashRunTest, WhatAnAdapterStillHoldsAndHowItGathersBytesChangesNothing) {
+  const Bytes stale = bytes("02 00 02 2C 02 00 00 02 1F 00 00 00 02 00 00 53 80");  // a late answer to an earlier question
+  image("wls.bin", 300);
+  image("RFSL.s19", 300);
+  int opens = 0;
+  wire_.changed = [&] {
+    if (std::exchange(opens, wire_.opens()) != wire_.opens()) {
+      world_.after(0, [&] { wire_.deliver(stale); });  // the flush of the opening came too early for them
+    }
+  };
+  for (const Micros latency : {Micros{0}, kMillisecond, 16 * kMillisecond, 60 * kMillisecond}) {
+    for (const auto& [target, announces, wire] :
+         {std::tuple{"DSPFlash", 1, 302U}, {"RF1Flash", 48, 300U}, {"FrontFlash", 80, 0U}}) {
+      wire_.latency = latency;
+      wire_.deliver(stale);
+      frontImage(64);
+      fly("WS", target,
+          {.announces = announces, .image = wire, .batchAnswers = wire > 0 ? std::vector<int>() : std::vector{86, 87, 87, 82}});
+      EXPECT_EQ(ending(), "3 page 7 -timedout -port +next -watchdog -timer1 +bar") << target << latency;
+    }
+  }
+  wire_.changed = nullptr;
+}
+
+TEST_F(FlashRunTest, WhileAUnitErasesTheBarMovesAtItsPace) {
+  for (const auto& [product, target, announces, interval] :
+       {std::tuple{"WS", "DSPFlash", 1, 700}, {"WS", "RF1Flash", 48, 50}, {"VC", "DSPFlash", 6, 1500}}) {
+    int seen = 0;
+    world_.after(1 * kSecond + 3500 * kMillisecond, [&] { seen = form1_.Timer1.enabled() ? form1_.Timer1.interval() : 0; });
+    fly(product, target, {.announces = announces, .erased = {}});
+    EXPECT_EQ(seen, interval) << product << target;
   }
 }
 
@@ -210,6 +247,16 @@ TEST_F(FlashRunTest, AVerdictDuringTheStreamCountsWhenTheImageIsOut) {
   EXPECT_EQ(ending(), "3 page 7 -timedout -port +next -watchdog -timer1 +bar");
 }
 
+TEST_F(FlashRunTest, AVerdictBeforeTheLimitOfALongImageStandsAndALaterOneComesTooLate) {
+  image("wls.bin", 95'000);  // 99 s at this speed, of 90
+  for (const auto& [taken, page] : {std::pair{80'000U, 7}, {90'000U, 5}}) {
+    fly("WS", "DSPFlash", {.image = taken, .verdict = 0});
+    EXPECT_EQ(loader_.image.size(), 95'002U);
+    EXPECT_EQ(state_.WizardPage, page);
+    EXPECT_EQ(state_.TimedOut, page == 5);
+  }
+}
+
 TEST_F(FlashRunTest, AMessageBoxHoldsEveryLimit) {
   image("wls.bin", 10);
   image("RFSL.s19", 10);
@@ -246,26 +293,42 @@ TEST_F(FlashRunTest, APortThatCannotBeOpenedIsTheCallersFailure) {
   EXPECT_FALSE(form1_.Watchdog.enabled());
 }
 
-TEST_F(FlashRunTest, APulledAdapterEndsEachWaitInItsLimit) {
+TEST_F(FlashRunTest, APulledAdapterEndsTheRunAtOnceAndIsNamed) {
   image("wls.bin", 5000);
   image("RFSL.s19", 5000);
+  frontImage(64);
   struct Case {
     const char* target;
     int base;
     double pulledAt;
-    int seconds;
     std::size_t boxes;
+    std::vector<int> batchAnswers = {};
   };
-  for (const Case& c : {Case{"DSPFlash", 1, 2.5, 82, 0},  // while the unit erases
-                        {"DSPFlash", 1, 4.0, 93, 1},      // during the image: what is left of its 90 s
-                        {"RF1Flash", 48, 4.0, 4 + 60, 1}}) {
+  for (const Case& c : {
+           Case{"DSPFlash", 1, 1.0, 0},     // before the unit is on
+           {"DSPFlash", 1, 2.5, 0},         // while it erases
+           {"DSPFlash", 1, 4.0, 1},         // during the image; its sender tells in its own words
+           {"RF1Flash", 48, 4.0, 1},        // the same under RTS
+           {"RF1Flash", 48, 10.0, 0},       // while the verdict is awaited
+           {"FrontFlash", 80, 4.0, 1, {0}}  // while a panel is to ask for more
+       }) {
     wire_.openFailure.reset();
+    world_.run(20 * kSecond);  // what the unit still says of the run before
     const std::size_t before = world_.screen.boxes().size();
     world_.after(static_cast<Micros>((1 + c.pulledAt) * kSecond), [&] { wire_.vanish(); });
-    fly("WS", c.target, {.announces = c.base});
-    EXPECT_NEAR(seconds("", kStopped), c.seconds, 2) << c.target << c.pulledAt;
-    EXPECT_EQ(world_.screen.boxes().size() - before, c.boxes);
+    try {
+      fly("WS", c.target, {.announces = c.base, .batchAnswers = c.batchAnswers});
+      FAIL() << "the caller was not told";
+    } catch (const Failure& failure) {
+      EXPECT_EQ(failure.description(), "Serial port COM 3 has gone: its adapter was pulled");
+    }
+    EXPECT_NEAR(static_cast<double>(world_.time.now() - pages_.front().at) / kSecond, c.pulledAt + static_cast<double>(c.boxes),
+                0.2)
+        << c.target << c.pulledAt;
+    EXPECT_EQ(world_.screen.boxes().size() - before, c.boxes) << world_.screen.boxes().back().text;
     EXPECT_EQ(state_.WizardPage, 5);
+    EXPECT_TRUE(state_.TimedOut);
+    EXPECT_FALSE(world_.supervision.Sending) << "the next run's first ticks would show this stream's progress";
   }
 }
 
@@ -306,7 +369,7 @@ TEST_F(FlashRunTest, ExitEndsTheProgramAmidTheStream) {
   world_.after(5 * kSecond, [&] { world_.queue.post([] { throw ProgramEnded{}; }); });
   EXPECT_THROW(fly("WS", "DSPFlash", {}), ProgramEnded);
   EXPECT_EQ(world_.time.now() / kSecond, 5);
-  EXPECT_TRUE(world_.supervision.Sending);
+  EXPECT_NEAR(static_cast<double>(loader_.image.size()), 1000, 200);
 }
 
 }  // namespace

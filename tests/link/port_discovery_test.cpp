@@ -53,6 +53,7 @@ TEST_F(PortDiscoveryTest, TheFirstPortWithAUnitIsTaken) {
   FakeUnit& unit = unitOn(3);
   FakeUnit& other = unitOn(7);
   receive_.ExpectFrameEnd = true;  // left by a flash run that broke off
+  state_.FlashPhase = 3;
   search();
   EXPECT_EQ(boxes(), "[LWX Firmlane: COM3 found, now Connecting]");
   EXPECT_EQ(world_.screen.boxes()[0].icon, MessageIcon::Information);
@@ -95,6 +96,26 @@ TEST_F(PortDiscoveryTest, WhatIsNotAnAnswerInTimeIsNoUnit) {
   EXPECT_TRUE(form_.Loaded);
   EXPECT_FALSE(world_.mainPort.IsOpen());
   EXPECT_EQ(late.count(kWho), 1);
+}
+
+TEST_F(PortDiscoveryTest, ALateAnswerOfOneSearchIsNoUnitInTheNext) {
+  VirtualWire& dead = world_.wires.add(1);
+  FakeUnit& unit = unitOn(kPortCount);
+  for (const Micros latency : {Micros{0}, 20 * kMillisecond}) {  // until the system, or only the adapter, gives it away
+    state_.PortChosen = false;
+    state_.FlashPhase = static_cast<std::int16_t>(latency == 0 ? 1 : 2);
+    form_.Show();
+    dead.deliver(bytes(kIdAnswer));
+    dead.changed = [&] {
+      if (dead.isOpen()) {
+        world_.after(latency, [&] { dead.deliver(bytes(kIdAnswer)); });
+      }
+    };
+    search();
+    EXPECT_EQ(state_.ComPort, kPortCount);
+  }
+  EXPECT_EQ(unit.count(kWho), 2);
+  dead.changed = nullptr;
 }
 
 TEST_F(PortDiscoveryTest, WhatOnePortLeavesOverDoesNotHideTheNextUnit) {

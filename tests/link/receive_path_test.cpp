@@ -54,6 +54,22 @@ TEST_F(ReceivePathTest, FramesAreCutFromWhatArrives) {
   }
 }
 
+TEST_F(ReceivePathTest, AReportIsTakenWhereverItIsCutAndHoweverItIsGathered) {
+  const Bytes good = bytes(report(2));
+  for (const Micros latency : {Micros{0}, kMillisecond, 20 * kMillisecond}) {
+    wire_.latency = latency;
+    for (std::size_t cut = 1; cut < good.size(); ++cut) {
+      state_.FlashPhase = 0;
+      receive_.RxBuffer.clear();
+      wire_.deliver(ByteSpan(good).first(cut));
+      world_.run(5 * kMillisecond);
+      wire_.deliver(ByteSpan(good).subspan(cut));
+      world_.run(50 * kMillisecond);
+      EXPECT_EQ(state_.FlashPhase, 2) << "cut behind byte " << cut << ", " << latency;
+    }
+  }
+}
+
 TEST_F(ReceivePathTest, DiagnosisShowsTheLastBytesAsDecimals) {
   arrive("02 00 7F");
   arrive("1F 3E");
@@ -138,12 +154,20 @@ TEST_F(ReceivePathTest, OnlySeventeenBytesDuringASearchAreAUnit) {
     bool found;
   };
   const std::string sixteen = "02 00 02 2C 02 00 00 02 1F 00 00 00 02 00 00 4E";
+  const auto endAt = [](std::size_t position) {
+    Bytes answer = bytes("02 00 02 2C 02 00 00 02 1F 00 00 00 02 00 00 4E 80");
+    answer[position - 1] = 0x3E;
+    return hex(answer);
+  };
   for (const Case& c : {
            Case{"17 bytes", sixteen + "80", true, 0, true},
            {"16 bytes", sixteen, true, 0, false},
            {"18 bytes", sixteen + "80 80", true, 0, false},
            {"no search", sixteen + "80", false, 0, false},
            {"flash run", sixteen + "80", true, 1, false},
+           {"a \">\" in the serial number", endAt(3), true, 0, true},
+           {"a \">\" where a report would end", endAt(8), true, 0, true},
+           {"a \">\" for the checksum", endAt(16), true, 0, true},
            {"17 bytes with a frame in front", kErased + "3E 00 00 00 00 00 00 00 00", true, 0, false},
        }) {
     receive_.RxBuffer.clear();

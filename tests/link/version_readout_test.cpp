@@ -212,6 +212,23 @@ TEST_F(VersionReadoutTest, LoadedAgainInsideAnOldWaitOnlyTheNewConversationGoesO
   EXPECT_TRUE(world_.screen.boxes().empty());
 }
 
+TEST_F(VersionReadoutTest, AUnitThatTellsLessThanTheOneBeforeTakesNothingOverFromIt) {
+  state_.ProductCode = "VC";
+  FakeUnit unit(world_, 4, 19200);
+  unit.answers = {{kWho, kVelarcId}, {kVersions, kVelarcVersions}};
+  load();
+  complete();
+  EXPECT_EQ(state_.VrcHubVer3, 3);
+  form_.Unload();
+  unit.answers = {{kWho, "02 00 02 2C 02 00 00 03 67 00 00 00 01 00 00 38 80"}};  // a DSP of 4.87 tells of nothing else
+  load();
+  complete();
+  EXPECT_EQ(state_.VrcDspVer2, 103);
+  for (const auto version : {&RunState::VrcHubVer1, &RunState::VrcHubVer2, &RunState::VrcHubVer3, &RunState::VrcFrontAVer1}) {
+    EXPECT_EQ(state_.*version, 0);
+  }
+}
+
 TEST_F(VersionReadoutTest, APortThatCannotBeOpenedIsToldAndTheFormGoes) {
   wire_.openFailure = Failure(failure_number::kPortInUse, "The port is in use");
   form_.ShowModal();

@@ -57,6 +57,19 @@ TEST_F(EventQueueTest, ATickRunsWhileAnEarlierTickOfItsTimerIsOnTheStack) {
   EXPECT_EQ(time_.now(), 30 * kMillisecond);
 }
 
+TEST_F(EventQueueTest, TicksThatFellDueUnderAHoldRunInTheirOrder) {
+  std::string log;
+  Timer late(queue_);
+  Timer early(queue_);
+  late.OnTimer = [&] { log += "late "; };
+  early.OnTimer = [&] { log += "early "; };
+  late.start(20);
+  early.start(15);
+  queue_.holdUntilTime(25 * kMillisecond);
+  queue_.PumpEvents();
+  EXPECT_EQ(log, "early late ");
+}
+
 TEST_F(EventQueueTest, AHeldProgramCountsOneTickHoweverLongItWasHeld) {
   Timer timer(queue_);
   int ticks = 0;

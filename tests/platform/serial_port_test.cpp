@@ -14,6 +14,15 @@ class SerialPortTest : public testing::Test {
     world_.mainPort.setSettings("9600,N,8,1");
   }
 
+  int failureOf(const std::function<void()>& use) {
+    try {
+      use();
+    } catch (const Failure& failure) {
+      return failure.number();
+    }
+    return 0;
+  }
+
   World world_;
   VirtualWire& wire_ = world_.wires.add(3);
   SerialPort& port_ = world_.mainPort;
@@ -41,6 +50,66 @@ TEST_F(SerialPortTest, ClosingLosesNothingThatWasWritten) {
   }
   port_.Close();
   EXPECT_EQ(heard, 50U);
+}
+
+TEST_F(SerialPortTest, ClosingWaitsHalfASecondForALineThatIsHeldBack) {
+  port_.setHandshake(Handshake::Rts);
+  std::size_t heard = 0;
+  wire_.heard = [&](std::uint8_t) { ++heard; };
+  struct Case {
+    const char* what;
+    std::function<void()> meanwhile;  // 200 ms after the bytes would have left
+    Micros closedAfter;
+    std::size_t heard;
+  };
+  for (const Case& c : {Case{"let go", [&] { wire_.holdBack(false); }, 230 * kMillisecond, 20},
+                        {"pulled", [&] { wire_.vanish(); }, 200 * kMillisecond, 0},
+                        {"held", [] {}, 500 * kMillisecond, 0}}) {
+    heard = 0;
+    wire_.openFailure.reset();
+    wire_.holdBack(true);
+    port_.Open();
+    port_.Write(Bytes(20, 0x55));
+    const Micros left = world_.time.now() + 20 * 10 * kSecond / 9600;
+    world_.time.at(left + 200 * kMillisecond, c.meanwhile);
+    port_.Close();
+    EXPECT_NEAR(static_cast<double>(world_.time.now() - left) / kMillisecond, static_cast<double>(c.closedAfter) / kMillisecond,
+                6)
+        << c.what;
+    EXPECT_EQ(heard, c.heard) << c.what;
+    world_.run(kSecond);
+  }
+}
+
+TEST_F(SerialPortTest, AnOpeningStartsEmptyAndAReadTakesAllThatIsIn) {
+  port_.setReceiveThreshold(1);
+  std::string events;
+  port_.OnComm = [&] { events += hex(port_.Read()) + "|"; };
+  for (const Micros latency : {Micros{0}, 16 * kMillisecond}) {
+    events.clear();
+    wire_.latency = latency;
+    wire_.send(bytes("02 00 02"), 9600);  // nobody listens
+    world_.run(50 * kMillisecond);
+    port_.Open();
+    EXPECT_EQ(hex(port_.Read()), "") << "of an earlier time";
+    wire_.deliver(bytes("41 42"));
+    EXPECT_EQ(hex(port_.Read()), "41 42") << "no event has told of them";
+    world_.after(0, [this] { wire_.deliver(bytes("43")); });
+    EXPECT_EQ(hex(port_.Read()), "43") << "in at this very moment";
+    world_.run(50 * kMillisecond);
+    EXPECT_EQ(events, "");
+    wire_.deliver(bytes("44"));
+    wire_.deliver(bytes("45"));
+    world_.run(50 * kMillisecond);
+    EXPECT_EQ(events, "44 45|");
+    wire_.deliver(bytes("46"));
+    port_.Close();
+    port_.Open();
+    EXPECT_EQ(hex(port_.Read()), "") << "from before the second opening";
+    world_.run(50 * kMillisecond);
+    EXPECT_EQ(events, "44 45|");
+    port_.Close();
+  }
 }
 
 TEST_F(SerialPortTest, AUnitThatHoldsTheLineBackHoldsTheWriteBack) {
@@ -80,6 +149,9 @@ TEST_F(SerialPortTest, ExitEndsAWriteThatIsHeldBack) {
   };
   EXPECT_THROW(writeOn(), ProgramEnded);
   EXPECT_EQ(world_.time.now() / kSecond, 5);
+  world_.after(5 * kSecond, [&] { wire_.vanish(); });
+  EXPECT_EQ(failureOf(writeOn), failure_number::kPortGone);
+  EXPECT_EQ(world_.time.now() / kSecond, 10);
 }
 
 TEST_F(SerialPortTest, TheEventComesWhenTheThresholdIsReachedAndOncePerPass) {
@@ -114,31 +186,45 @@ TEST_F(SerialPortTest, APulledAdapterIsAClosedPortThatSaysSo) {
   EXPECT_FALSE(port_.IsOpen());
   port_.Close();
   world_.run(kMillisecond);
-  try {
-    port_.Write({1});
-    FAIL() << "wrote to a port that is gone";
-  } catch (const Failure& failure) {
-    EXPECT_EQ(failure.number(), failure_number::kPortGone);
-  }
+  EXPECT_EQ(failureOf([&] { port_.Write({1}); }), failure_number::kPortGone);
   EXPECT_THROW(port_.Open(), Failure);
+  wire_.openFailure.reset();
+  port_.Open();
+  port_.Close();
+  EXPECT_EQ(failureOf([&] { port_.Write({1}); }), failure_number::kPortClosed)
+      << "that it had gone once is of no interest any more";
+}
+
+TEST_F(SerialPortTest, ALossWakesAWait) {
+  port_.Open();
+  world_.after(kSecond, [&] { wire_.vanish(); });
+  world_.queue.WaitEvents();
+  EXPECT_EQ(world_.time.now(), kSecond);
+  try {
+    port_.requireOpen();
+    FAIL() << "the port is said to be open";
+  } catch (const Failure& failure) {
+    EXPECT_EQ(failureText("", failure), "Serial port COM 3 has gone: its adapter was pulled (#8020)");
+  }
 }
 
 TEST_F(SerialPortTest, OpenFailuresCarryTheirNumber) {
-  struct Case {
-    int number;
-    int failure;
-  };
-  for (const Case& c :
-       {Case{0, failure_number::kPortNumber}, {17, failure_number::kPortNumber}, {4, failure_number::kPortNumber}}) {
-    port_.setNumber(c.number);
-    try {
-      port_.Open();
-      FAIL() << "opened port " << c.number;
-    } catch (const Failure& failure) {
-      EXPECT_EQ(failure.number(), c.failure);
-    }
+  for (const int number : {0, 1, 16, 17}) {
+    world_.wires.add(number);  // hardware that only the numbers' own bounds keep out of reach
   }
-  EXPECT_THROW(port_.setSettings("fast"), Failure);
+  for (const auto& [number, failure] : {std::pair{0, failure_number::kPortNumber},
+                                        {1, 0},
+                                        {16, 0},
+                                        {17, failure_number::kPortNumber},
+                                        {4, failure_number::kPortNumber}}) {
+    port_.setNumber(number);
+    EXPECT_EQ(failureOf([&] { port_.Open(); }), failure) << number;
+    EXPECT_EQ(failureOf([&] { port_.Open(); }), failure == 0 ? failure_number::kPortInUse : failure) << number;
+    port_.Close();
+  }
+  for (const char* settings : {"fast", "0,N,8,1", "-9600,N,8,1", "9600,E,8,1", "9600", ""}) {
+    EXPECT_EQ(failureOf([&] { port_.setSettings(settings); }), failure_number::kInvalidArgument) << settings;
+  }
 }
 
 }  // namespace

@@ -24,6 +24,23 @@ TEST_F(SupervisionTest, TimedOutRisesOnTheTickThatReachesTheLimitAndStaysUp) {
   world_.run(kSecond);
   EXPECT_TRUE(state_.TimedOut);
   EXPECT_EQ(supervision_.WatchdogTicks, 1);
+  supervision_.WatchdogTicks = INT16_MAX;
+  world_.run(kSecond);
+  EXPECT_EQ(supervision_.WatchdogTicks, INT16_MAX) << "a wait of hours must not begin anew";
+}
+
+TEST_F(SupervisionTest, OnlyAVerdictAmidTheImageEndsTheLimit) {
+  for (const auto& [sending, phase, timedOut] : {std::tuple{true, flash_phase::kFinished, false},
+                                                 {true, flash_phase::kErased, true},
+                                                 {false, flash_phase::kFinished, true}}) {
+    state_.TimedOut = false;
+    state_.FlashPhase = phase;
+    supervision_.Sending = sending;
+    supervision_.setLimit(1);
+    form1_.Watchdog.start(500);
+    world_.run(kSecond);
+    EXPECT_EQ(state_.TimedOut, timedOut) << sending << phase;
+  }
 }
 
 TEST_F(SupervisionTest, TicksShowProgressOnlyOfAnImageThatHasBytes) {

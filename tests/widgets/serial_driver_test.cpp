@@ -2,12 +2,17 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <pty.h>
+#include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <termios.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <ctime>
 #include <filesystem>
+#include <fstream>
+#include <thread>
 
 #include "platform/qt/qt_serial_driver.h"
 #include "real_ground.h"
@@ -78,6 +83,9 @@ struct RealLine : RealGround, testing::Test {
     port.setReceiveThreshold(1);
     port.setSettings("57600,N,8,1");
   }
+  [[nodiscard]] std::string inUse(const std::string& by) const {
+    return "Serial port COM 3 (" + pty.path() + ") is in use by another program (" + by + ") (#" + std::to_string(EBUSY) + ")";
+  }
   std::string openFailure(int number) {
     port.setNumber(number);
     try {
@@ -116,6 +124,40 @@ TEST_F(RealLine, BytesPassBothWaysUnchangedAndInOrder) {
   const Bytes rest = pty.heard();
   heard.insert(heard.end(), rest.begin(), rest.end());
   EXPECT_EQ(heard, image);
+}
+
+TEST_F(RealLine, WhatWaitedBeforeAnOpeningIsNeverHeard) {
+  std::string taken;
+  port.OnComm = [&] { taken += hex(port.Read()) + "|"; };
+  for (const std::string answer : {"41", "42", "43"}) {  // as a run does that closes and opens in its middle
+    pty.send("02 00 02 2C 02 00 00 02 1F 00 00 00 02 00 00 53 80");
+    run(20 * kMillisecond);
+    port.Open();
+    EXPECT_EQ(hex(port.Read()), "");
+    pty.send(answer);
+    runUntil([&] { return taken.ends_with(answer + "|"); });
+    port.Close();
+  }
+  EXPECT_EQ(taken, "41|42|43|");
+}
+
+TEST_F(RealLine, AReadTakesWhatTheSystemHasNotDeliveredYet) {
+  port.Open();
+  port.OnComm = [&] { ADD_FAILURE() << "an event for bytes that were read: " << hex(port.Read()); };
+  for (const char* sent : {"41 42 43", "44"}) {
+    pty.send(sent);
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));  // the bytes are in, and the event loop did not run
+    EXPECT_EQ(hex(port.Read()), sent);
+    run(10 * kMillisecond);
+  }
+  EXPECT_EQ(hex(port.Read()), "");
+}
+
+TEST_F(RealLine, AReadThatFindsTheAdapterPulledClosesThePort) {
+  port.Open();
+  pty.hangUp();
+  EXPECT_EQ(hex(port.Read()), "");
+  EXPECT_FALSE(port.IsOpen());
 }
 
 TEST_F(RealLine, WritingTakesAsLongAsTheLine) {
@@ -162,14 +204,62 @@ TEST_F(RealLine, OpenTellsWhatIsWrong) {
   EXPECT_EQ(openFailure(5), "There is no serial port COM 5 (#2)");
   QtSerialDriver other(ports);
   other.open(3, {});
-  EXPECT_EQ(openFailure(3),
-            "Serial port COM 3 (" + pty.path() + ") is in use by another program (#" + std::to_string(EBUSY) + ")");
+  EXPECT_EQ(openFailure(3), inUse("test_widgets, process " + std::to_string(getpid())));
   other.close();
   EXPECT_EQ(openFailure(3), "opened");
   if (geteuid() != 0) {
     chmod(pty.path().c_str(), 0);
     port.Close();
     EXPECT_THAT(openFailure(3), testing::HasSubstr("No permission to use COM 3 (" + pty.path() + "). It belongs to the group"));
+  }
+}
+
+/// The lock of a device as some program has left it. It is held open, so that this test may not remove it either.
+class LeftLock {
+ public:
+  LeftLock(const std::string& device, const std::string& content)
+      : path_((access("/var/lock", W_OK) == 0 ? "/var/lock/LCK..pts_" : "/tmp/LCK..pts_") + device.substr(9)) {
+    std::ofstream(path_) << content;
+    held_ = ::open(path_.c_str(), O_RDONLY);
+    EXPECT_EQ(flock(held_, LOCK_EX | LOCK_NB), 0);
+  }
+  ~LeftLock() {
+    ::close(held_);
+    std::filesystem::remove(path_);
+  }
+  LeftLock(const LeftLock&) = delete;
+  LeftLock& operator=(const LeftLock&) = delete;
+
+ private:
+  std::string path_;
+  int held_ = -1;
+};
+
+TEST_F(RealLine, OnlyALockWithALivingOwnerMeansInUse) {
+  const pid_t dead = fork();
+  if (dead == 0) {
+    _exit(0);
+  }
+  waitpid(dead, nullptr, 0);
+  std::ifstream comm("/proc/" + std::to_string(getppid()) + "/comm");
+  std::string parent;
+  std::getline(comm, parent);
+  const std::string living = std::to_string(getppid());
+  struct Case {
+    std::string lock;
+    std::string outcome;
+  };
+  for (const Case& c : {Case{std::to_string(dead) + "\nminicom\nhost\n", "opened"},
+                        {living + "\nminicom\nhost\n", "opened"},  // the number is another program's by now
+                        {living + "\n" + parent + "\nhost\n", inUse(parent + ", process " + living)},
+                        {"     " + living + "\n", inUse("process " + living)}}) {
+    const LeftLock lock(pty.path(), c.lock);
+    EXPECT_EQ(openFailure(3), c.outcome) << c.lock;
+    if (port.IsOpen()) {
+      QtSerialDriver second(ports);
+      EXPECT_THROW(second.open(3, {}), Failure) << "two that pass by one abandoned lock meet in the next";
+      port.Close();
+    }
   }
 }
 

@@ -7,6 +7,7 @@
 #include <thread>
 
 #include "platform/failure.h"
+#include "platform/qt/port_lock.h"
 #include "platform/qt/qt_text.h"
 
 #ifdef Q_OS_UNIX
@@ -78,11 +79,30 @@ void requireUsable(const std::string& name, const QFileInfo& device) {
   switch (port.error()) {
     case QSerialPort::DeviceNotFoundError:
       throw Failure(kMissing, "There is no serial port " + name);
-    case QSerialPort::PermissionError:
-      throw Failure(kBusy, "Serial port " + name + " is in use by another program");
+    case QSerialPort::PermissionError: {
+      const std::string owner = portLock(port.portName()).owner;
+      throw Failure(kBusy, "Serial port " + name + " is in use by another program" + (owner.empty() ? "" : " (" + owner + ")"));
+    }
     default:
       throw Failure(kOther, "Serial port " + name + " does not open: " + fromQt(port.errorString()));
   }
+}
+
+/// Opens a device, also one whose lock nobody holds any more but only somebody else may remove: a further slash names the same
+/// device and a lock of its own, in which all meet that find the first one abandoned. The system itself keeps out whoever would
+/// open a device that is in use.
+bool openDevice(QSerialPort& port, QString path) {
+  constexpr int kMostLocks = 4;
+  for (int lock = 0; lock < kMostLocks; ++lock, path.prepend(QLatin1Char('/'))) {
+    port.setPortName(path);
+    if (port.open(QIODevice::ReadWrite)) {
+      return true;
+    }
+    if (port.error() != QSerialPort::PermissionError || !portLock(path).abandoned) {
+      return false;
+    }
+  }
+  return false;
 }
 
 /// Closing sets the device back to the speed it had before, which would strike the last bytes in the device's own transmitter.
@@ -111,10 +131,9 @@ void QtSerialDriver::open(int number, const LineSettings& settings) {
   path = info.canonicalFilePath();  // so that two links to one device meet in one lock
 #endif
   auto port = std::make_unique<QSerialPort>();
-  port->setPortName(path);
   port->setBaudRate(settings.baud);
   port->setFlowControl(flowControl(settings.handshake));
-  if (!port->open(QIODevice::ReadWrite)) {
+  if (!openDevice(*port, path)) {
     throwOpenFailure(name_, *port);
   }
   port->clearError();  // of modem lines that a pseudo-terminal does not have
@@ -208,6 +227,22 @@ std::size_t QtSerialDriver::heldByDevice() const {
   }
 #endif
   return 0;
+}
+
+void QtSerialDriver::fetch() {
+  // Each turn hands over, by way of readyRead, one reading of what the system holds; a line that never pauses gets so many.
+  constexpr int kMostReadings = 16;
+  for (int reading = 0; reading < kMostReadings && port_ && port_->waitForReadyRead(0); ++reading) {
+  }
+  if (port_) {
+    port_->clearError();  // that nothing more waits is a time-out to Qt
+  }
+}
+
+void QtSerialDriver::discard() {
+  if (port_) {
+    port_->clear(QSerialPort::Input);
+  }
 }
 
 void QtSerialDriver::takeBytes() {

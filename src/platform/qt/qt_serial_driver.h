@@ -26,6 +26,8 @@ class QtSerialDriver : public SerialDriver {
   void close() override;
   void send(ByteSpan bytes) override;
   [[nodiscard]] std::size_t unsent() const override;
+  void fetch() override;
+  void discard() override;
 
  private:
   std::size_t sendNow(ByteSpan bytes);

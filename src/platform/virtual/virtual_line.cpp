@@ -1,5 +1,8 @@
 #include "platform/virtual/virtual_line.h"
 
+#include <string>
+#include <utility>
+
 namespace firmlane {
 
 namespace {
@@ -12,21 +15,45 @@ void VirtualWire::send(ByteSpan bytes, int baud) {
   for (const std::uint8_t byte : bytes) {
     farFreeAt_ += byteTime(baud);
     time_.at(farFreeAt_, [this, byte, baud] {
-      if (settings_ && settings_->baud == baud) {
-        driver_->received(ByteSpan(&byte, 1));
+      if (!settings_ || settings_->baud == baud) {
+        deliver(ByteSpan(&byte, 1));
       }
     });
   }
 }
 
 void VirtualWire::deliver(ByteSpan bytes) {
-  if (settings_) {
-    driver_->received(bytes);
+  const bool first = arrived_.empty();
+  arrived_.insert(arrived_.end(), bytes.begin(), bytes.end());
+  if (latency == 0) {
+    handOver();
+  } else if (first) {
+    planHandOver();
   }
+}
+
+void VirtualWire::planHandOver() {
+  time_.after(latency, [this, generation = generation_] {
+    if (generation == generation_) {
+      handOver();
+    }
+  });
+}
+
+void VirtualWire::handOver() {
+  if (driver_ != nullptr && !arrived_.empty()) {
+    driver_->received(std::exchange(arrived_, {}));
+  }
+}
+
+void VirtualWire::fetch() {
+  time_.poll();  // what is due now is in, whether or not the program has slept since
+  handOver();
 }
 
 void VirtualWire::holdBack(bool held) {
   held_ = held;
+  behind_ = behind_ || held;
   if (!held_) {
     pumpOut();
   }
@@ -37,7 +64,8 @@ void VirtualWire::vanish() {
   openFailure = Failure(failure_number::kFileNotFound, "No such port: the adapter is not plugged in");
   if (driver != nullptr) {
     close();
-    driver->lost(Failure(failure_number::kPortGone, "The serial port has gone; was its adapter pulled?"));
+    driver->lost(
+        Failure(failure_number::kPortGone, "Serial port COM " + std::to_string(number_) + " has gone: its adapter was pulled"));
   }
 }
 
@@ -52,6 +80,9 @@ void VirtualWire::open(SerialDriver& driver, const LineSettings& settings) {
   settings_ = settings;
   ++opens_;
   ++generation_;
+  if (!arrived_.empty()) {
+    planHandOver();
+  }
   if (changed) {
     changed();
   }
@@ -82,6 +113,7 @@ void VirtualWire::take(ByteSpan bytes) {
 }
 
 void VirtualWire::pumpOut() {
+  behind_ = held_ || (behind_ && !queued_.empty());
   if (leaving_ || queued_.empty() || (held_ && settings_->handshake == Handshake::Rts)) {
     return;
   }
@@ -100,7 +132,7 @@ void VirtualWire::pumpOut() {
   });
 }
 
-VirtualWire& VirtualWires::add(int number) { return wires_.try_emplace(number, time_).first->second; }
+VirtualWire& VirtualWires::add(int number) { return wires_.try_emplace(number, time_, number).first->second; }
 
 VirtualWire* VirtualWires::find(int number) {
   const auto found = wires_.find(number);
@@ -141,6 +173,18 @@ void VirtualDriver::send(ByteSpan bytes) {
   }
 }
 
-std::size_t VirtualDriver::unsent() const { return wire_ != nullptr && wire_->held_ ? wire_->queued_.size() : 0; }
+void VirtualDriver::fetch() {
+  if (wire_ != nullptr) {
+    wire_->fetch();
+  }
+}
+
+void VirtualDriver::discard() {
+  if (wire_ != nullptr) {
+    wire_->arrived_.clear();
+  }
+}
+
+std::size_t VirtualDriver::unsent() const { return wire_ != nullptr && wire_->behind_ ? wire_->queued_.size() : 0; }
 
 }  // namespace firmlane

@@ -14,7 +14,7 @@ namespace firmlane {
 /// One port: what the program's end has done, and what the far end may do.
 class VirtualWire {
  public:
-  explicit VirtualWire(VirtualTime& time) : time_(time) {}
+  VirtualWire(VirtualTime& time, int number) : time_(time), number_(number) {}
 
   // The far end.
 
@@ -22,11 +22,14 @@ class VirtualWire {
   std::function<void(std::uint8_t)> heard;
   /// Called when the program opens, closes or configures its end.
   std::function<void()> changed;
-  /// Sends bytes towards the program, one after another at `baud`; they are lost while its end is closed, or set to another
-  /// speed.
+  /// Sends bytes towards the program, one after another at `baud`; they are lost while its end is set to another speed. While it
+  /// is closed they wait for the next opening, as in an adapter that nobody listens to.
   void send(ByteSpan bytes, int baud);
   /// As send, but all bytes arrive at once and whatever the speed: for tests of the receive path.
   void deliver(ByteSpan bytes);
+  /// Bytes that have arrived raise their event so much later, together with those that come meanwhile, as with an adapter that
+  /// gathers them; a read takes them at once.
+  Micros latency = 0;
   /// Settings of the program's end; nothing while it is closed.
   [[nodiscard]] const std::optional<LineSettings>& settings() const { return settings_; }
   /// Holds back what the program sends (RTS handshake), or lets it go on.
@@ -52,16 +55,21 @@ class VirtualWire {
   void configure(const LineSettings& settings);
   void close();
   void take(ByteSpan bytes);
-  void leave(std::uint8_t byte);
   void pumpOut();
+  void planHandOver();
+  void handOver();
+  void fetch();
 
   VirtualTime& time_;
+  int number_;
   SerialDriver* driver_ = nullptr;
   std::optional<LineSettings> settings_;
   Bytes sent_;
+  Bytes arrived_;                     // not yet handed over to the program
   std::vector<std::uint8_t> queued_;  // taken from the program, not yet left
   bool leaving_ = false;
   bool held_ = false;
+  bool behind_ = false;  // what was taken while it was held back, or before, has not all left yet
   int generation_ = 0;  // counts opens, so bytes under way die with the connection
   int opens_ = 0;
   Micros farFreeAt_ = 0;
@@ -91,6 +99,8 @@ class VirtualDriver : public SerialDriver {
   void close() override;
   void send(ByteSpan bytes) override;
   [[nodiscard]] std::size_t unsent() const override;
+  void fetch() override;
+  void discard() override;
 
  private:
   friend class VirtualWire;

@@ -1,24 +1,9 @@
 // Pages up to the download: the unit is read, the list of systems fetched, a system picked.
+#include "platform/scope.h"
 #include "state/text.h"
 #include "wizard/auto/auto_wizard.h"
 
 namespace firmlane {
-
-namespace {
-
-/// Raises a flag for as long as it lives.
-class Raised {
- public:
-  explicit Raised(bool& flag) : flag_(flag) { flag_ = true; }
-  ~Raised() { flag_ = false; }
-  Raised(const Raised&) = delete;
-  Raised& operator=(const Raised&) = delete;
-
- private:
-  bool& flag_;
-};
-
-}  // namespace
 
 void AutoWizard::nextOnOptions() {
   form_.lblMain.Height = kMainHeight;

@@ -51,7 +51,7 @@ void AutoWizard::programOne() {
   form_.btnNext.Disable();  // before events run: the second half of a double click must not start another run
   texts_.LoadProgramMSG();
   setting_.host.queue().PumpEvents();
-  state_.FlashPhase = 0;
+  state_.FlashPhase = flash_phase::kIdle;
   form_.Progress1.Show();
   texts_.instruct(product_.texts.turnOffAndOn);
   reports_.tellSelected();

@@ -1,12 +1,8 @@
 #include "wizard/auto/overall_progress.h"
 
-namespace firmlane {
+#include "progress/overall_step.h"
 
-namespace {
-std::string stepText(int step, int of) {
-  return "Overall Progress (Step " + std::to_string(step) + " of " + std::to_string(of) + ")";
-}
-}  // namespace
+namespace firmlane {
 
 void OverallProgress::CalcProgress() {
   if (state_.ProgressSized) {
@@ -20,20 +16,17 @@ void OverallProgress::CalcProgress() {
   }
   form_.prgTotal.Max = steps + 1;
   form_.prgTotal.Value = 0;
-  form_.lblTotal.Caption = stepText(1, steps + 2);
+  showOverallStep(form_);
   form_.lblTotal.Show();
   state_.ProgressSized = true;
 }
 
-void OverallProgress::advance() {
-  form_.prgTotal.Value = form_.prgTotal.Value + 1;
-  showStep();
-}
+void OverallProgress::advance() { advanceOverallStep(form_); }
 
 void OverallProgress::finish() {
   if (form_.prgTotal.Value < form_.prgTotal.Max) {
     form_.prgTotal.Value = form_.prgTotal.Max.get();
-    showStep();
+    showOverallStep(form_);
   }
 }
 
@@ -42,7 +35,5 @@ void OverallProgress::clear() {
   form_.prgTotal.Value = 0;
   form_.lblTotal.Hide();
 }
-
-void OverallProgress::showStep() { form_.lblTotal.Caption = stepText(form_.prgTotal.Value + 1, form_.prgTotal.Max + 1); }
 
 }  // namespace firmlane

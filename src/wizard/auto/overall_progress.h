@@ -20,8 +20,6 @@ class OverallProgress {
   void clear();
 
  private:
-  void showStep();
-
   RunState& state_;
   AutoForm& form_;
   const WizardWindow& window_;

@@ -1,6 +1,7 @@
 // Page 0, the choice of task, and pages 5 to 7: towards a flash run, the run, and what follows it.
 #include <array>
 
+#include "platform/scope.h"
 #include "wizard/classic/page_engine.h"
 
 namespace firmlane {
@@ -8,8 +9,6 @@ namespace firmlane {
 namespace {
 
 constexpr int kBarInterval = 100;
-constexpr int kSerialFinished = 5;
-constexpr int kSerialProgramming = 4;
 constexpr int kFrontOption = 4;
 
 constexpr const char* kOldVelarcTarget = "OldVRCFlash";
@@ -29,18 +28,6 @@ struct PowerOffText {
   const char* unit;
   const char* units;
   const char* chain;
-};
-
-/// True for as long as a click waits for the port window, however that wait ends.
-class Asking {
- public:
-  explicit Asking(bool& flag) : flag_(flag) { flag_ = true; }
-  ~Asking() { flag_ = false; }
-  Asking(const Asking&) = delete;
-  Asking& operator=(const Asking&) = delete;
-
- private:
-  bool& flag_;
 };
 
 std::string powerOffText(const PowerOffText& words) {
@@ -140,7 +127,7 @@ bool PageEngine::portChosen() {
     return true;
   }
   forms_.frmPort.Show();
-  const Asking asking(askingForPort_);
+  const Raised asking(askingForPort_);
   // The factory's procedures choose a port too, and would lead this click astray.
   if (state_.FactoryBuild) {
     line_.hideButtons();
@@ -247,7 +234,7 @@ void PageEngine::setTarget() {
 
 void PageEngine::leaveFlash() {
   const bool serialNumber = (state_.FlashTarget == "DSPFlash" && state_.FactoryBuild) || state_.SerialOnly;
-  if (serialNumber && state_.SerialStep != kSerialFinished) {
+  if (serialNumber && state_.SerialStep != serial_step::kFinished) {
     serialNumberClick();
     return;
   }
@@ -260,11 +247,11 @@ void PageEngine::leaveFlash() {
 }
 
 void PageEngine::serialNumberClick() {
-  if (state_.SerialStep >= kSerialProgramming) {
+  if (state_.SerialStep >= serial_step::kProgramming) {
     return;
   }
   ++state_.SerialStep;
-  if (state_.SerialStep == 1) {
+  if (state_.SerialStep == serial_step::kPowerCycle) {
     form1_.ProgressBar1.Hide();
     port_.setSettings("57600,N,8,1");
     operations_.DoSerialNumber();
