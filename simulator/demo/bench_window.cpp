@@ -53,6 +53,7 @@ BenchWindow::BenchWindow(Unit& unit)
       received_(new QProgressBar),
       power_(new QPushButton) {
   setWindowTitle(tr("The unit on the bench"));
+  setWindowFlag(Qt::WindowStaysOnTopHint);  // a power switch under another window is none
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(makeTitle(text(unit.state().model->title)));
   facts_->addRow(tr("Serial number"), serial_);

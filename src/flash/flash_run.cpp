@@ -24,7 +24,7 @@ void FlashRun::ConnectVelarc() {
   setUpLink();
   if (port_.IsOpen()) {
     wizard_.tellOutcome(OutcomeKind::Failure, kPortBusy);
-    host_.showMessage(kPortBusy);
+    host_.showFailure(kPortBusy);
     return;
   }
   openPort();
@@ -103,7 +103,7 @@ bool FlashRun::awaitAnnouncement() {
 }
 
 void FlashRun::offerSecondChance() {
-  host_.showMessage(kCorruptFlash);
+  host_.showMessageBox({.text = kCorruptFlash, .sign = MessageIcon::Exclamation});
   state_.LegacyLink = true;
   port_.setSettings("9600,N,8,1");
   state_.TimedOut = false;

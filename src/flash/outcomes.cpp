@@ -48,7 +48,7 @@ void Outcomes::Refused() {
   receivePath_.ExpectFrameEnd = false;
   const std::string refusal = "Failure programming " + unitName(state_) + " FLASH";
   wizard_.tellOutcome(OutcomeKind::Failure, refusal + "\r\r" + kRefused);
-  host_.showMessage(refusal);
+  host_.showFailure(refusal);
   stopTimers();
   form1_.lblTop.Caption = kRefused;
   state_.WizardPage = kFirstPage;

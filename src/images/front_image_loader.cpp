@@ -118,7 +118,7 @@ void FrontImageLoader::convert() {
 std::string FrontImageLoader::sourceName() const { return state_.ProductCode == "WS" ? kWirelessSource : kVelarcSource; }
 
 bool FrontImageLoader::tell(const Failure& failure) {
-  host_.showMessage("Error opening or reading S-Record file!, " + numbered(failure));
+  host_.showFailure("Error opening or reading S-Record file!, " + numbered(failure));
   return false;
 }
 

@@ -45,7 +45,7 @@ void PortDiscovery::AutoSearch() {
     }
   }
   if (found == 0) {
-    form_.host().showMessage("No valid ports with receivers connected found!");
+    form_.host().showFailure("No valid ports with receivers connected found!");
     state_.PortSearching = false;
     return;
   }

@@ -155,7 +155,7 @@ void ReceivePath::GetMsg() {
   RxQueueRead_ = nextSlot(RxQueueRead_);
   form1_.txtstat.Text = "Got a message, going to valid check it";
   if (Valid_Check(message, FrameLength) != 1) {
-    host_.showMessage("Communications Error");
+    host_.showFailure("Communications Error");
     form1_.txtstat.Text = "Message is invalid";
     return;
   }

@@ -107,7 +107,7 @@ bool MicModels::SendMicModels(const std::string& path) {
     supervision_.setLimit(kAfterwardsLimit);
     return true;
   } catch (const Failure& failure) {
-    host_.showMessage("Error encountered while trying to open file, please retry, " + std::to_string(failure.number()) + "," +
+    host_.showFailure("Error encountered while trying to open file, please retry, " + std::to_string(failure.number()) + "," +
                       failure.description());
     return false;
   }

@@ -198,7 +198,7 @@ void SerialNumber::sendNumber() {
 bool SerialNumber::stored() const { return state_.GotId && receivePath_.SerialReadBack == state_.SerialNumber; }
 
 void SerialNumber::tellReadBack() {
-  host_.showMessage(std::string("Error programming Serial Number") + kCrLf + kCrLf + "Sent #" +
+  host_.showFailure(std::string("Error programming Serial Number") + kCrLf + kCrLf + "Sent #" +
                     std::to_string(state_.SerialNumber) + ", but read back #" + std::to_string(receivePath_.SerialReadBack) +
                     kCrLf + kCrLf + "Trying again");
   state_.GotId = false;

@@ -177,6 +177,7 @@ void Form::centre() {
   const ScreenSize screen = host_.screenSize();
   Left = (screen.width - Width) / 2;
   Top = (screen.height - Height) / 2;
+  host_.screen_.formCentred(*this);
 }
 
 Control* Form::control(std::string_view name) const {

@@ -26,6 +26,9 @@ struct MessageBox {
   std::string title = kApplicationTitle;
   MessageIcon icon = MessageIcon::None;
   MessageButtons buttons = MessageButtons::OK;
+  /// What a window draws in place of the icon, for boxes that have none and yet tell of a failure; None for what the icon says,
+  /// and for what the buttons ask where there is no icon.
+  MessageIcon sign = MessageIcon::None;
 };
 
 /// The buttons of a box, in the order in which they stand.
@@ -44,6 +47,8 @@ class Screen {
   virtual void formShown(Form& form, bool modal) = 0;
   virtual void formHidden(Form& form) = 0;
   virtual void formUnloaded(Form& form) = 0;
+  /// The form wants to stand in the middle of the screen; it may not be on screen yet.
+  virtual void formCentred(Form& /*form*/) {}
   /// A property of the form itself, or of one of its controls, has changed.
   virtual void formChanged(Form& form) = 0;
   virtual void controlChanged(Control& control) = 0;
@@ -75,6 +80,8 @@ class FormHost {
   MessageButton showMessageBox(const MessageBox& box);
   /// As above for a plain box: one button, the application's title.
   void showMessage(const std::string& text) { showMessageBox({.text = text}); }
+  /// As above for what went wrong: a plain box to a script, one with the sign of a failure in a window.
+  void showFailure(const std::string& text) { showMessageBox({.text = text, .sign = MessageIcon::Critical}); }
   void setPointer(Pointer pointer) { screen_.setPointer(pointer); }
   [[nodiscard]] ScreenSize screenSize() const { return screen_.size(); }
   [[nodiscard]] EventQueue& queue() const { return queue_; }

@@ -33,6 +33,7 @@ using namespace firmlane::sim;
 constexpr int kPort = 3;
 constexpr int kWrongOption = 2;
 constexpr int kBetween = 16;
+constexpr int kPlaceMilliseconds = 60;
 constexpr int kStepMilliseconds = 400;  // of the program's clock between two looks of the player
 constexpr Micros kPlayLimit = Micros{30} * 60 * kSecond;
 
@@ -107,15 +108,45 @@ std::filesystem::path screenshotDirectory(const DemoOptions& options) {
   return directory.path().toStdString();
 }
 
-/// The bench stands to the right of the program's first window, both in the middle of the screen. Where the screen is too narrow
-/// for both, the bench is at its upper right, clear of the buttons.
+/// The bench stands to the right of the program's window, both in the middle of the screen. Where the screen is too narrow for
+/// both, the bench lies over the window's upper right, clear of its buttons.
 void standSideBySide(QWidget& program, QWidget& bench) {
   const QRect room = bench.screen()->availableGeometry();
-  const int left = room.left() + std::max(0, (room.width() - program.width() - kBetween - bench.width()) / 2);
-  const int right = std::min(left + program.width() + kBetween, room.right() - bench.width());
+  const QRect window = program.frameGeometry();
+  const int left = room.left() + std::max(0, (room.width() - window.width() - kBetween - bench.frameGeometry().width()) / 2);
+  const int right = std::min(left + window.width() + kBetween, room.right() + 1 - bench.frameGeometry().width());
   program.move(left, program.y());
-  bench.move(right, program.y());
+  bench.move(right, std::max(room.top(), program.y()));
 }
+
+/// Each main window of the program that comes up finds its place beside the bench.
+class BesideTheBench : public QObject {
+ public:
+  BesideTheBench(const WidgetScreen& screen, const FormHost& host, QWidget& bench) : screen_(screen), host_(host), bench_(bench) {
+    QCoreApplication::instance()->installEventFilter(this);
+  }
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (event->type() == QEvent::Show && dynamic_cast<FormWindow*>(watched) != nullptr) {
+      // Behind the program's own placing, which waits for the window manager.
+      QTimer::singleShot(kPlaceMilliseconds, this, [this] { arrange(); });
+    }
+    return QObject::eventFilter(watched, event);
+  }
+
+ private:
+  void arrange() {
+    FormWindow* top = host_.onScreen().empty() ? nullptr : screen_.window(*host_.onScreen().front());
+    if (top != nullptr && !top->isDialog() && !top->isMaximized()) {
+      standSideBySide(*top, bench_);
+    }
+  }
+
+  const WidgetScreen& screen_;
+  const FormHost& host_;
+  QWidget& bench_;
+};
 
 int run(const DemoOptions& options) {
   const QTemporaryDir directory;
@@ -141,6 +172,7 @@ int run(const DemoOptions& options) {
   BenchWindow window(bench.unit);
   window.onClosed = [&platform] { platform.source.requestEnd(); };
   program.start();
+  const BesideTheBench placing(screen, program.host(), window);
   window.show();
   if (const auto& shown = program.host().onScreen(); !shown.empty()) {
     standSideBySide(*screen.window(*shown.front()), window);

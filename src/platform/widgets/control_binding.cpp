@@ -6,8 +6,10 @@
 #include <QPushButton>
 #include <algorithm>
 
+#include "platform/widgets/accessible_widgets.h"
 #include "platform/widgets/control_widgets.h"
 #include "platform/widgets/display_text.h"
+#include "platform/widgets/outcome_band.h"
 
 namespace firmlane {
 
@@ -65,7 +67,9 @@ class LabelBinding : public ControlBinding {
  protected:
   void showValues() override {
     view().setClickable(static_cast<bool>(label_.OnClick));
-    view().setText(displayText(label_.Caption));
+    if (const QString text = displayText(label_.Caption); text != view().text()) {
+      view().setText(text);
+    }
     if (label_.ForeColor != shownColour_) {
       shownColour_ = label_.ForeColor;
       // Black is the forms' own default and stands for whatever the desktop writes in.
@@ -83,6 +87,24 @@ class LabelBinding : public ControlBinding {
   Colour shownColour_ = 0;
 };
 
+class OutcomeBinding : public ControlBinding {
+ public:
+  OutcomeBinding(OutcomeLabel& label, QWidget* parent) : ControlBinding(label, new OutcomeBand(parent)), label_(label) {}
+
+ protected:
+  void showValues() override {
+    const std::string& kind = label_.Kind;
+    const Sign sign = kind == "good"      ? Sign::Good
+                      : kind == "caution" ? Sign::Caution
+                      : kind == "failure" ? Sign::Failure
+                                          : Sign::None;
+    static_cast<OutcomeBand&>(*widget()).tell(sign, displayText(label_.Caption));
+  }
+
+ private:
+  OutcomeLabel& label_;
+};
+
 class CommandButtonBinding : public ControlBinding {
  public:
   CommandButtonBinding(CommandButton& button, QWidget* parent)
@@ -91,10 +113,10 @@ class CommandButtonBinding : public ControlBinding {
   }
 
  protected:
-  void showValues() override { view().setText(buttonText(button_.Caption)); }
+  void showValues() override { view().setCaption(buttonText(button_.Caption)); }
 
  private:
-  QPushButton& view() { return static_cast<QPushButton&>(*widget()); }
+  RoomyButton& view() { return static_cast<RoomyButton&>(*widget()); }
   CommandButton& button_;
 };
 
@@ -127,7 +149,7 @@ class OptionButtonBinding : public ControlBinding {
 
  protected:
   void showValues() override {
-    view().setText(buttonText(option_.Caption));
+    view().setCaption(buttonText(option_.Caption));
     const bool selected = option_.Value;
     // Stepping through a group takes the focus along.
     if (const QWidget* focused = view().window()->focusWidget();
@@ -259,7 +281,9 @@ class FrameBinding : public ControlBinding {
  public:
   /// A frame without a caption only holds its controls together; a box around them would be a riddle.
   FrameBinding(Frame& frame, QWidget* parent)
-      : ControlBinding(frame, frame.Caption.get().empty() ? new QWidget(parent) : new QGroupBox(parent)), frame_(frame) {}
+      : ControlBinding(frame, frame.Caption.get().empty() ? new QWidget(parent) : new QGroupBox(parent)), frame_(frame) {
+    widget()->setProperty(kGroupProperty, true);
+  }
 
  protected:
   void showValues() override {
@@ -297,7 +321,8 @@ std::unique_ptr<ControlBinding> bindAs(Control& control, QWidget* parent) {
 std::unique_ptr<ControlBinding> bindControl(Control& control, QWidget* parent) {
   switch (control.kind()) {
     case ControlKind::Label:
-      return bindAs<LabelBinding, Label>(control, parent);
+      return dynamic_cast<OutcomeLabel*>(&control) != nullptr ? bindAs<OutcomeBinding, OutcomeLabel>(control, parent)
+                                                              : bindAs<LabelBinding, Label>(control, parent);
     case ControlKind::CommandButton:
       return bindAs<CommandButtonBinding, CommandButton>(control, parent);
     case ControlKind::OptionButton:

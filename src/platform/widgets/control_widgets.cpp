@@ -1,5 +1,6 @@
 #include "platform/widgets/control_widgets.h"
 
+#include <QChildEvent>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -8,66 +9,22 @@
 #include <QTextLayout>
 #include <algorithm>
 
+#include "platform/widgets/accessible_widgets.h"
+
 namespace firmlane {
 
 namespace {
 
 // The width at which a wrapped caption is taken to stand before its window has one.
-constexpr int kCaptionWidth = 340;
-constexpr int kRemarkWidth = 190;
+constexpr int kCaptionLetters = 48;
+constexpr int kLeastLetters = 14;
+constexpr int kIconAir = 4;
+constexpr int kRemarkLetters = 30;
+constexpr double kLeastCover = 0.6;  // of its usual width
+constexpr double kMostCover = 1.6;
 constexpr int kLineAir = 8;  // above and below a line of a list
 
-bool isClickOn(const QWidget& widget, const QMouseEvent& event) {
-  return event.button() == Qt::LeftButton && widget.rect().contains(event.position().toPoint());
-}
-
 }  // namespace
-
-TextLabel::TextLabel(QWidget* parent) : QLabel(parent) {
-  setTextFormat(Qt::PlainText);
-  setWordWrap(true);
-  setAlignment(Qt::AlignLeft | Qt::AlignTop);
-}
-
-void TextLabel::setClickable(bool clickable) {
-  if (clickable == clickable_) {
-    return;
-  }
-  clickable_ = clickable;
-  setCursor(clickable ? Qt::PointingHandCursor : Qt::ArrowCursor);
-  setFocusPolicy(clickable ? Qt::StrongFocus : Qt::NoFocus);
-  setForegroundRole(clickable ? QPalette::Link : QPalette::WindowText);
-  QFont underlined = font();
-  underlined.setUnderline(clickable);
-  setFont(underlined);
-}
-
-void TextLabel::paintEvent(QPaintEvent* event) {
-  QLabel::paintEvent(event);
-  if (hasFocus()) {
-    QStyleOptionFocusRect option;
-    option.initFrom(this);
-    QPainter painter(this);
-    style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
-  }
-}
-
-void TextLabel::mouseReleaseEvent(QMouseEvent* event) {
-  if (clickable_ && clicked && isClickOn(*this, *event)) {
-    clicked();
-    return;
-  }
-  QLabel::mouseReleaseEvent(event);
-}
-
-void TextLabel::keyPressEvent(QKeyEvent* event) {
-  if (clickable_ && clicked &&
-      (event->key() == Qt::Key_Space || event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)) {
-    clicked();
-    return;
-  }
-  QLabel::keyPressEvent(event);
-}
 
 PictureWidget::PictureWidget(QWidget* parent) : QWidget(parent) { setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed); }
 
@@ -83,6 +40,21 @@ void PictureWidget::setPicture(const std::string& name) {
 void PictureWidget::setClickable(bool clickable) {
   clickable_ = clickable;
   setCursor(clickable ? Qt::PointingHandCursor : Qt::ArrowCursor);
+}
+
+void PictureWidget::followHeight(int usualWidth, int usualHeight) {
+  usual_ = {usualWidth, usualHeight};
+  setFit(PictureFit::Covering);
+  setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Ignored);
+  setFixedWidth(usualWidth);
+}
+
+void PictureWidget::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  if (!usual_.isEmpty()) {
+    const double share = std::clamp(double(height()) / usual_.height(), kLeastCover, kMostCover);
+    setFixedWidth(static_cast<int>(usual_.width() * share));
+  }
 }
 
 void PictureWidget::paintEvent(QPaintEvent* /*event*/) {
@@ -107,13 +79,146 @@ void PictureWidget::mouseReleaseEvent(QMouseEvent* event) {
   QWidget::mouseReleaseEvent(event);
 }
 
+void RoomyButton::setCaption(const QString& caption) {
+  setText(caption);
+  setShortcut(key_);  // a new text takes the key away
+}
+
+void RoomyButton::setKey(Qt::Key letter) {
+  key_ = QKeySequence(Qt::ALT | letter);
+  setShortcut(key_);
+  setToolTip(key_.toString(QKeySequence::NativeText));
+}
+
+void RoomyButton::setPicture(const std::string& name, QSize size) {
+  picture_ = name;
+  pictureSize_ = size;
+}
+
 QSize RoomyButton::sizeHint() const {
   const QSize usual = QPushButton::sizeHint();
   const int letter = fontMetrics().averageCharWidth();
-  return {std::max(usual.width(), fontMetrics().horizontalAdvance(text()) + 5 * letter), usual.height() + letter / 2};
+  const int width = fontMetrics().horizontalAdvance(text()) + 5 * letter + (picture_.empty() ? 0 : pictureSize_.width() + letter);
+  return {std::max(usual.width(), width), std::max(usual.height() + letter / 2, pictureSize_.height() + 2 * letter)};
 }
 
-OptionWidget::OptionWidget(QWidget* parent) : QRadioButton(parent) { setAutoExclusive(false); }
+void RoomyButton::paintEvent(QPaintEvent* event) {
+  if (picture_.empty()) {
+    QPushButton::paintEvent(event);
+    return;
+  }
+  QStyleOptionButton option;
+  initStyleOption(&option);
+  QPainter painter(this);
+  style()->drawControl(QStyle::CE_PushButtonBevel, &option, &painter, this);
+  const int air = 2 * fontMetrics().averageCharWidth();
+  const QRect picture(QPoint(air, (height() - pictureSize_.height()) / 2), pictureSize_);
+  drawPicture(painter, picture, picture_, PictureFit::Whole);
+  style()->drawItemText(&painter, rect().adjusted(picture.right() + air, 0, -air, 0), Qt::AlignLeft | Qt::AlignVCenter, palette(),
+                        isEnabled(), text(), QPalette::ButtonText);
+  if (hasFocus()) {
+    QStyleOptionFocusRect focus;
+    focus.initFrom(this);
+    focus.rect = style()->subElementRect(QStyle::SE_PushButtonFocusRect, &option, this);
+    style()->drawPrimitive(QStyle::PE_FrameFocusRect, &focus, &painter, this);
+  }
+}
+
+ChoiceGroup::ChoiceGroup(const QString& name, QWidget* parent) : QWidget(parent) {
+  setProperty(kGroupProperty, true);
+  setAccessibleName(name);
+}
+
+void ChoiceGroup::childEvent(QChildEvent* event) {
+  QWidget::childEvent(event);
+  if (event->added() && event->child()->isWidgetType()) {
+    event->child()->installEventFilter(this);
+    refresh();
+  }
+}
+
+bool ChoiceGroup::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::ShowToParent || event->type() == QEvent::HideToParent) {
+    refresh();
+  }
+  return QWidget::eventFilter(watched, event);
+}
+
+void ChoiceGroup::refresh() {
+  const QList<QWidget*> choices = findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly);
+  setVisible(std::any_of(choices.begin(), choices.end(), [](const QWidget* choice) { return !choice->isHidden(); }));
+}
+
+QString brokenInto(const QString& caption, const QFont& font, int width) {
+  QTextLayout layout(caption, font);
+  layout.beginLayout();
+  QStringList lines;
+  for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
+    line.setLineWidth(std::max(40, width));
+    lines << caption.mid(line.textStart(), line.textLength()).trimmed();
+  }
+  layout.endLayout();
+  return lines.join(QLatin1Char('\n'));
+}
+
+template <typename Button>
+Wrapped<Button>::Wrapped(QWidget* parent) : Button(parent) {
+  QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Minimum);
+  policy.setHeightForWidth(true);
+  this->setSizePolicy(policy);
+}
+
+template <typename Button>
+void Wrapped<Button>::setCaption(const QString& caption) {
+  if (caption == caption_) {
+    return;
+  }
+  caption_ = caption;
+  this->setAccessibleName(QString(caption).replace(QLatin1String("&&"), QLatin1String("&")));
+  this->setText(wrapped(this->width()));
+  this->updateGeometry();
+}
+
+template <typename Button>
+int Wrapped<Button>::besideCaption() const {
+  const QStyle* style = this->style();
+  const int icon = this->icon().isNull() ? 0 : this->iconSize().width() + kIconAir;
+  return style->pixelMetric(QStyle::PM_ExclusiveIndicatorWidth, nullptr, this) +
+         style->pixelMetric(QStyle::PM_RadioButtonLabelSpacing, nullptr, this) + icon + kIconAir;
+}
+
+template <typename Button>
+QSize Wrapped<Button>::sizeHint() const {
+  const QFontMetrics metrics = this->fontMetrics();
+  const int whole = metrics.horizontalAdvance(caption_) + besideCaption() + kIconAir;
+  const int width = std::min(whole, kCaptionLetters * metrics.averageCharWidth());
+  return {width, heightForWidth(width)};
+}
+
+template <typename Button>
+QSize Wrapped<Button>::minimumSizeHint() const {
+  const QSize usual = sizeHint();
+  return {std::min(usual.width(), kLeastLetters * this->fontMetrics().averageCharWidth()), this->fontMetrics().height()};
+}
+
+template <typename Button>
+int Wrapped<Button>::heightForWidth(int width) const {
+  QStyleOptionButton option;
+  this->initStyleOption(&option);
+  const QSize text = this->fontMetrics().size(Qt::TextShowMnemonic, wrapped(width));
+  return this->style()->sizeFromContents(QStyle::CT_CheckBox, &option, text, this).height();
+}
+
+template <typename Button>
+void Wrapped<Button>::resizeEvent(QResizeEvent* event) {
+  Button::resizeEvent(event);
+  this->setText(wrapped(this->width()));
+}
+
+template class Wrapped<QCheckBox>;
+template class Wrapped<QRadioButton>;
+
+OptionWidget::OptionWidget(QWidget* parent) : Wrapped(parent) { setAutoExclusive(false); }
 
 void OptionWidget::keyPressEvent(QKeyEvent* event) {
   const bool back = event->key() == Qt::Key_Up || event->key() == Qt::Key_Left;
@@ -125,65 +230,24 @@ void OptionWidget::keyPressEvent(QKeyEvent* event) {
   QRadioButton::keyPressEvent(event);
 }
 
-WrappedCheckBox::WrappedCheckBox(QWidget* parent) : QCheckBox(parent) {
-  QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Minimum);
-  policy.setHeightForWidth(true);
-  setSizePolicy(policy);
-}
-
-void WrappedCheckBox::setCaption(const QString& caption) {
-  if (caption == caption_) {
-    return;
-  }
-  caption_ = caption;
-  setAccessibleName(QString(caption).replace(QLatin1String("&&"), QLatin1String("&")));
-  setText(wrapped(width()));
-  updateGeometry();
-}
-
-QSize WrappedCheckBox::sizeHint() const {
-  const int whole = fontMetrics().horizontalAdvance(caption_) + 2 * iconSize().width();
-  const int width = std::min(whole, kCaptionWidth);
-  return {width, heightForWidth(width)};
-}
-
-int WrappedCheckBox::heightForWidth(int width) const {
-  QStyleOptionButton option;
-  initStyleOption(&option);
-  const QSize text = fontMetrics().size(Qt::TextShowMnemonic, wrapped(width));
-  return style()->sizeFromContents(QStyle::CT_CheckBox, &option, text, this).height();
-}
-
-void WrappedCheckBox::resizeEvent(QResizeEvent* event) {
-  QCheckBox::resizeEvent(event);
-  setText(wrapped(width()));
-}
-
-QString WrappedCheckBox::wrapped(int width) const {
-  const int beside = style()->pixelMetric(QStyle::PM_IndicatorWidth, nullptr, this) +
-                     style()->pixelMetric(QStyle::PM_CheckBoxLabelSpacing, nullptr, this) + 4;
-  QTextLayout layout(caption_, font());
-  layout.beginLayout();
-  QStringList lines;
-  for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine()) {
-    line.setLineWidth(std::max(40, width - beside));
-    lines << caption_.mid(line.textStart(), line.textLength()).trimmed();
-  }
-  layout.endLayout();
-  return lines.join(QLatin1Char('\n'));
-}
-
-Remark::Remark(QWidget& beside) : beside_(beside) {
-  setForegroundRole(QPalette::PlaceholderText);
+Remark::Remark(QAbstractButton& beside) : beside_(beside) {
   setTextFormat(Qt::PlainText);
   setVisible(!beside.isHidden());
   beside.installEventFilter(this);
 }
 
-void Remark::setRemark(const QString& remark) {
-  setText(fontMetrics().elidedText(remark, Qt::ElideMiddle, kRemarkWidth));
+void Remark::setRemark(const QString& remark, bool present) {
+  if (!text().isEmpty() && toolTip() == remark) {
+    return;
+  }
+  QFont writing = font();
+  writing.setBold(present);
+  setFont(writing);
+  setForegroundRole(present ? QPalette::WindowText : QPalette::PlaceholderText);
+  setText(fontMetrics().elidedText(remark, Qt::ElideMiddle, kRemarkLetters * fontMetrics().averageCharWidth()));
   setToolTip(remark);
   beside_.setAccessibleDescription(remark);
+  beside_.setIcon(pictureIcon(present ? "plug" : "nothing"));  // the empty one keeps the captions in line
 }
 
 bool Remark::eventFilter(QObject* watched, QEvent* event) {
@@ -215,9 +279,11 @@ void LineList::setLines(const QStringList& lines, int current) {
   }
   if (shown != lines) {
     clear();
+    const QIcon release = pictureIcon("release");
     for (const QString& line : lines) {
-      auto* entry = new QListWidgetItem(line, this);  // NOLINT(cppcoreguidelines-owning-memory): the list owns it
-      entry->setSizeHint({fontMetrics().horizontalAdvance(line) + kLineAir, fontMetrics().height() + kLineAir});
+      // NOLINTNEXTLINE(cppcoreguidelines-owning-memory): the list owns it
+      auto* entry = new QListWidgetItem(release, line, this);
+      entry->setSizeHint({fontMetrics().horizontalAdvance(line) + 4 * kLineAir, fontMetrics().height() + kLineAir});
     }
   }
   setCurrentRow(current);

@@ -1,14 +1,20 @@
 #include "platform/widgets/form_window.h"
 
+#include <QAccessible>
+#include <QClipboard>
 #include <QCloseEvent>
+#include <QGuiApplication>
 #include <QLabel>
 #include <QLayout>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <algorithm>
 #include <stdexcept>
 
+#include "platform/widgets/control_widgets.h"
 #include "platform/widgets/display_text.h"
 
 namespace firmlane {
@@ -42,6 +48,43 @@ QWidget* FormWindow::described(std::string_view name, const char* description) {
 void FormWindow::nameBy(std::string_view label, std::string_view field) {
   const auto* text = qobject_cast<QLabel*>((*this)[label]);
   (*this)[field]->setAccessibleName(text == nullptr ? QString() : text->text());
+}
+
+void FormWindow::setKey(std::string_view button, Qt::Key letter) {
+  if (auto* roomy = dynamic_cast<RoomyButton*>((*this)[button])) {
+    roomy->setKey(letter);
+  }
+}
+
+void FormWindow::announce(std::string_view label) { announced_.push_back({(*this)[label], {}}); }
+
+QString FormWindow::pageText() const {
+  QStringList texts;
+  for (const QLabel* label : findChildren<QLabel*>()) {
+    if (dynamic_cast<const TextLabel*>(label) != nullptr && label->isVisible() && !label->text().trimmed().isEmpty()) {
+      texts << label->text().trimmed();
+    }
+  }
+  return texts.join(QStringLiteral("\n\n"));
+}
+
+/// What a change of page means is told in one go, and a new page begins at its top.
+void FormWindow::tellChanges() {
+  for (Announced& one : announced_) {
+    const QAccessibleInterface* told = QAccessible::queryAccessibleInterface(one.widget);
+    const QString text = one.widget->isVisible() && told != nullptr ? told->text(QAccessible::Name) : QString();
+    if (std::exchange(one.told, text) == text || text.trimmed().isEmpty()) {
+      continue;
+    }
+    QAccessibleEvent alert(one.widget, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
+    if (announced) {
+      announced(*one.widget);
+    }
+    if (page_ != nullptr) {
+      page_->verticalScrollBar()->setValue(0);
+    }
+  }
 }
 
 ControlBinding& FormWindow::binding(Control& control) {
@@ -134,6 +177,7 @@ void FormWindow::refresh() {
   }
   chooseDefault();
   chooseFocus();
+  tellChanges();
 }
 
 void FormWindow::refreshAll() {
@@ -151,28 +195,62 @@ bool FormWindow::event(QEvent* event) {
   return done;
 }
 
-/// Wrapped texts need more height than the window's least size knows of. The window grows for them, and shrinks by itself only to
-/// what the screen has room for.
+/// What the window's content needs at that width. Wrapped texts need more height than the layout's least size knows of, and the
+/// page more than the part of it that must always be seen.
+QSize FormWindow::neededSize(int width) const {
+  QSize needed = layout()->totalMinimumSize();
+  width = std::max(width, needed.width());
+  int height = layout()->hasHeightForWidth() ? layout()->totalHeightForWidth(width) : needed.height();
+  if (page_ != nullptr && page_->widget() != nullptr) {
+    const QLayout* page = page_->widget()->layout();
+    const int pageWidth = page_->viewport()->width() + width - this->width();
+    const int whole =
+        std::max(page->hasHeightForWidth() ? page->totalHeightForWidth(pageWidth) : 0, page->totalMinimumSize().height());
+    height += std::max(0, whole - page_->minimumSizeHint().expandedTo(page_->minimumSize()).height());
+  }
+  return {width, height};
+}
+
 void FormWindow::makeRoom() {
-  if (layout() == nullptr) {
+  if (layout() == nullptr || isMaximized() || isFullScreen()) {
     return;
   }
   layout()->activate();
+  if (page_ != nullptr && page_->widget() != nullptr) {
+    page_->widget()->layout()->activate();
+  }
   const QRect whole = screen()->availableGeometry();
   const QSize room = whole.size() - (frameGeometry().size() - size());
-  const QSize least = layout()->totalMinimumSize();
-  const int width = std::min(std::max(this->width(), least.width()), room.width());
-  const int forTexts = layout()->hasHeightForWidth() ? layout()->totalHeightForWidth(width) : 0;
-  const QSize wanted(width, std::min(std::max({this->height(), least.height(), forTexts}), room.height()));
-  resize(wanted);
-  if (std::exchange(roomFor_, wanted) == wanted) {
-    return;  // where the user has put the window since
+  const QSize needed = neededSize(std::min(width(), room.width()));
+  const QSize wanted = size().expandedTo(needed).boundedTo(room);
+  const QPoint middle = frameGeometry().center();
+  if (wanted == size()) {
+    return;
   }
-  const QPoint inside(std::max(whole.left(), std::min(x(), whole.right() - frameGeometry().width())),
-                      std::max(whole.top(), std::min(y(), whole.bottom() - frameGeometry().height())));
-  if (isVisible() && inside != pos()) {
+  resize(wanted);
+  if (!isVisible()) {
+    return;
+  }
+  const QRect frame = frameGeometry();
+  const QPoint corner = isDialog() ? middle - QPoint(frame.width() / 2, frame.height() / 2) : pos();
+  const QPoint inside(std::max(whole.left(), std::min(corner.x(), whole.right() + 1 - frame.width())),
+                      std::max(whole.top(), std::min(corner.y(), whole.bottom() + 1 - frame.height())));
+  if (inside != pos()) {
     move(inside);
   }
+}
+
+void FormWindow::keyPressEvent(QKeyEvent* event) {
+  if (event->matches(QKeySequence::Copy)) {
+    QGuiApplication::clipboard()->setText(pageText());
+    return;
+  }
+  const bool up = event->key() == Qt::Key_PageUp;
+  if (page_ != nullptr && (up || event->key() == Qt::Key_PageDown)) {
+    page_->verticalScrollBar()->triggerAction(up ? QScrollBar::SliderPageStepSub : QScrollBar::SliderPageStepAdd);
+    return;
+  }
+  QDialog::keyPressEvent(event);
 }
 
 void FormWindow::reject() {

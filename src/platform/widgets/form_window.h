@@ -10,6 +10,7 @@
 #include "platform/widgets/control_binding.h"
 
 class QPushButton;
+class QScrollArea;
 
 namespace firmlane {
 
@@ -32,6 +33,17 @@ class FormWindow : public QDialog {
   /// Whether the form has a control of that name.
   [[nodiscard]] bool has(std::string_view name) const { return form_.control(name) != nullptr; }
 
+  /// Alt and that letter press the button.
+  void setKey(std::string_view button, Qt::Key letter);
+  /// A screen reader announces this label or band when it says something new: what goes on.
+  void announce(std::string_view label);
+  /// Called with each widget that is announced.
+  std::function<void(const QWidget&)> announced;
+  /// What the window's texts say, in their order.
+  [[nodiscard]] QString pageText() const;
+  /// The part that scrolls when the screen has no room for all of it.
+  void setPage(QScrollArea& page) { page_ = &page; }
+
   /// The button that Return presses; of several the last that is shown. The first has the focus when the window comes up.
   void setDefaultButton(std::string_view name);
   /// Makes it a dialog: it stays above the window it belongs to, and Esc closes it. Before it is shown.
@@ -47,16 +59,25 @@ class FormWindow : public QDialog {
   /// Brings what has changed up to date, and the window's own title.
   void refresh();
   void refreshAll();
+  /// Gives the window the size that its content needs, as far as the screen has room. A dialog grows around its middle.
+  void makeRoom();
 
   void reject() override;
 
  protected:
   bool event(QEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
 
  private:
+  struct Announced {
+    QWidget* widget;
+    QString told;
+  };
+
   ControlBinding& binding(Control& control);
-  void makeRoom();
+  [[nodiscard]] QSize neededSize(int width) const;
+  void tellChanges();
   void chooseDefault();
   void chooseFocus();
   /// The first thing on the page that can be filled in or chosen, of option buttons the selected one; null for none.
@@ -66,10 +87,11 @@ class FormWindow : public QDialog {
   std::unordered_map<const Control*, std::unique_ptr<ControlBinding>> bindings_;
   std::vector<ControlBinding*> stale_;
   std::vector<QPushButton*> defaults_;
+  std::vector<Announced> announced_;
+  QScrollArea* page_ = nullptr;
   QWidget* lastMade_ = nullptr;
   QWidget* firstField_ = nullptr;
   QSize usualSize_;
-  QSize roomFor_;  // the size that the screen was last asked to have room for
 };
 
 }  // namespace firmlane

@@ -1,5 +1,4 @@
 // The dialogs and the factory's panels.
-#include <QStyle>
 #include <QTimer>
 #include <vector>
 
@@ -29,7 +28,7 @@ void keepHints(FormWindow& window, const LayoutContext& context, std::vector<Rem
     int number = 1;
     for (Remark* remark : remarks) {
       const std::string device = hint ? hint(number) : std::string();
-      remark->setRemark(device.empty() ? QStringLiteral("no device") : displayText(device));
+      remark->setRemark(device.empty() ? QStringLiteral("no device") : displayText(device), !device.empty());
       ++number;
     }
   };
@@ -44,24 +43,24 @@ void keepHints(FormWindow& window, const LayoutContext& context, std::vector<Rem
 void layOutPort(FormWindow& window, const LayoutContext& context) {
   auto* layout = dialog(window);
   for (const char* name : {"Command2", "Command3"}) {
-    QWidget* button = written(window[name], 1.05);
-    button->setMinimumSize(260, 38);
-    layout->addWidget(button);
+    written(window[name], TypeSize::Text)->setMinimumHeight(44);
   }
-  layout->addWidget(written(window["Label1"], 1.05, true));
-  auto* grid = spaced(new QGridLayout);
+  layout->addLayout(row({window["Command2"], window["Command3"]}));
+  layout->addWidget(written(window["Label1"], TypeSize::Text, true));
+  auto* ports = new ChoiceGroup(QStringLiteral("COM port"), &window);
+  auto* grid = spaced(new QGridLayout(ports));
   grid->setHorizontalSpacing(14);
   grid->setVerticalSpacing(4);
   constexpr int kRows = kPorts / 2;
   std::vector<Remark*> remarks;
   for (int i = 0; i < kPorts; ++i) {
-    QWidget* option = window["Option1(" + std::to_string(i) + ")"];
+    auto* option = static_cast<QAbstractButton*>(window["Option1(" + std::to_string(i) + ")"]);
     grid->addWidget(option, i % kRows, 2 * (i / kRows));
     grid->addWidget(remarks.emplace_back(new Remark(*option)), i % kRows, 2 * (i / kRows) + 1);
   }
   grid->setColumnStretch(1, 1);
   grid->setColumnStretch(3, 1);
-  layout->addLayout(grid);
+  layout->addWidget(ports);
   layout->addWidget(new ActivityPanel(context, ActivityScope::PortSearch));
   layout->addStretch();
   layout->addLayout(row({nullptr, window["Command1"]}));
@@ -76,7 +75,7 @@ void layOutVersion(FormWindow& window, const LayoutContext& context) {
     const char* value;
   };
   auto* layout = dialog(window, 360);
-  auto* serial = row({written(window["Label1"], 1.1), written(window["lblSN"], 1.1, true)});
+  auto* serial = row({written(window["Label1"], TypeSize::Text), written(window["lblSN"], TypeSize::Heading)});
   serial->setStretch(1, 1);
   layout->addLayout(serial);
   layout->addWidget(line());
@@ -87,8 +86,8 @@ void layOutVersion(FormWindow& window, const LayoutContext& context) {
   int next = 1;
   for (const auto& [name, value] : {Row{"Label4", "lblHub"}, Row{"Label5", "lblDSP"}, Row{"Label6", "lblRF1"},
                                     Row{"Label7", "lblRF2"}, Row{"Label8", "lblFront"}}) {
-    table->addWidget(window[name], next, 0);
-    table->addWidget(written(window[value], 1.0, true), next++, 1);
+    table->addWidget(written(window[name], TypeSize::Text), next, 0);
+    table->addWidget(written(window[value], TypeSize::Text, true), next++, 1);
   }
   layout->addLayout(table);
   layout->addWidget(new ActivityPanel(context, ActivityScope::Reading));
@@ -98,30 +97,34 @@ void layOutVersion(FormWindow& window, const LayoutContext& context) {
 }
 
 void layOutRecover(FormWindow& window, const LayoutContext& /*context*/) {
-  auto* sign = new QLabel;
-  const int side = window.style()->pixelMetric(QStyle::PM_MessageBoxIconSize, nullptr, &window);
-  sign->setPixmap(window.style()->standardIcon(QStyle::SP_MessageBoxWarning, nullptr, &window).pixmap(side));
-  sign->setAlignment(Qt::AlignTop);
-  auto* upper = row({sign});
+  auto* sign = new PictureWidget(&window);
+  sign->setPicture(pictureOf(Sign::Caution));
+  sign->setAccessibleName(wordOf(Sign::Caution));
+  sign->setFixedSize(48, 48);
+  auto* upper = spaced(new QHBoxLayout);
+  upper->addWidget(sign, 0, Qt::AlignTop);
   upper->setSpacing(kMargin);
-  upper->addLayout(column({heading(window["lblMain"]), window["Label1"]}), 1);
-  auto* layout = dialog(window, 480);
+  upper->addLayout(column({pageText(window["lblMain"]), window["Label1"]}), 1);
+  auto* layout = dialog(window, 520);
   layout->addLayout(upper, 1);
   layout->addWidget(line());
   layout->addLayout(row({nullptr, window["btnRecover"], window["btnComPort"], window["btnExit"]}));
   window.setDefaultButton("btnComPort");  // the choice that changes nothing in the unit
+  window.setKey("btnExit", Qt::Key_X);
+  window.announce("lblMain");
 }
 
 void layOutAbout(FormWindow& window, const LayoutContext& /*context*/) {
   auto* icon = new PictureWidget;
   icon->setPicture("firmlane");
+  icon->setAccessibleName(QStringLiteral("The program's sign"));
   icon->setFixedSize(72, 72);
-  auto* words = column({written(window["lblVersion"], 1.15, true), dimmed(window["lblCopyright"])});
+  auto* words = column({written(window["lblVersion"], TypeSize::Heading), dimmed(window["lblCopyright"])});
   words->addStretch();
   auto* upper = row({icon});
   upper->setSpacing(kMargin);
   upper->addLayout(words, 1);
-  auto* layout = dialog(window, 400);
+  auto* layout = dialog(window, 440);
   layout->addLayout(upper, 1);
   layout->addLayout(row({nullptr, window["Command1"]}));
   window.setDefaultButton("Command1");
@@ -129,10 +132,8 @@ void layOutAbout(FormWindow& window, const LayoutContext& /*context*/) {
 
 void layOutInHouse(FormWindow& window, const LayoutContext& /*context*/) {
   auto* layout = dialog(window, 340);
-  layout->addWidget(written(window["Label1"], 1.1));
-  for (int i = 0; i < 6; ++i) {
-    layout->addWidget(window["optUP(" + std::to_string(i) + ")"]);
-  }
+  layout->addWidget(written(window["Label1"], TypeSize::Heading));
+  layout->addWidget(choices(window, "Processor", {"optUP(0)", "optUP(1)", "optUP(2)", "optUP(3)", "optUP(4)", "optUP(5)"}));
   layout->addStretch();
   layout->addWidget(window.described("prg", "Progress"));
   layout->addLayout(row({nullptr, window["Command1"]}));
@@ -145,7 +146,7 @@ void layOutDebug(FormWindow& window, const LayoutContext& /*context*/) {
     const char* value;
   };
   auto* layout = dialog(window, 540);
-  layout->addWidget(written(window["Label1"], 1.1, true));
+  layout->addWidget(written(window["Label1"], TypeSize::Heading));
   auto* table = spaced(new QGridLayout);
   table->setHorizontalSpacing(24);
   int next = 0;

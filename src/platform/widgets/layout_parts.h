@@ -9,6 +9,7 @@
 
 #include "platform/widgets/control_widgets.h"
 #include "platform/widgets/form_window.h"
+#include "platform/widgets/looks.h"
 
 namespace firmlane {
 
@@ -52,19 +53,20 @@ inline QFrame* line() {
   return frame;
 }
 
-/// The widget with its writing larger by a factor, and bold if wished.
-inline QWidget* written(QWidget* widget, double factor, bool bold = false) {
-  QFont font = widget->font();
-  font.setPointSizeF(font.pointSizeF() * factor);
+/// The widget written in one of the three sizes, and bold if wished.
+inline QWidget* written(QWidget* widget, TypeSize size, bool bold = false) {
+  QFont font = fontOf(size);
   font.setBold(bold || font.bold());
+  font.setUnderline(widget->font().underline());
   widget->setFont(font);
   return widget;
 }
 
-/// The page's text: a little larger, with air below it.
-inline QWidget* heading(QWidget* widget) {
+/// The page's text, with air below it.
+inline QWidget* pageText(QWidget* widget) {
+  static_cast<TextLabel*>(widget)->becomePageText();
   widget->setContentsMargins(0, 0, 0, kSpacing);
-  return written(widget, 1.1);
+  return widget;
 }
 
 inline QWidget* dimmed(QWidget* widget) {
@@ -72,7 +74,11 @@ inline QWidget* dimmed(QWidget* widget) {
   return widget;
 }
 
-/// The window's whole content: a picture down the left side, the page beside it, a line, and the buttons below.
-void frameWizard(FormWindow& window, PictureWidget& cover, QVBoxLayout* page, QLayout* buttons);
+/// Choices of one group below each other.
+QWidget* choices(FormWindow& window, const char* group, std::initializer_list<std::string> options);
+
+/// The window's whole content: a picture down the left side, the page beside it, a line, and the buttons below. On a small screen
+/// the page scrolls; the buttons stay.
+void frameWizard(FormWindow& window, PictureWidget& cover, QVBoxLayout* page, QHBoxLayout* buttons);
 
 }  // namespace firmlane

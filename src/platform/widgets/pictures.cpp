@@ -40,17 +40,20 @@ void drawPicture(QPainter& painter, const QRectF& space, const std::string& name
   painter.restore();
 }
 
-QIcon programIcon() {
+QIcon pictureIcon(const std::string& name) {
   QIcon icon;
+  const QSize shape = pictureSize(name).isEmpty() ? QSize(1, 1) : pictureSize(name);
   for (const int side : {16, 24, 32, 48, 64, 128, 256}) {
-    QPixmap pixmap(side, side);
+    QPixmap pixmap(shape.scaled(side, side, Qt::KeepAspectRatio));
     pixmap.fill(Qt::transparent);
     QPainter painter(&pixmap);
-    drawPicture(painter, QRectF(0, 0, side, side), "firmlane", PictureFit::Whole);
+    drawPicture(painter, pixmap.rect(), name, PictureFit::Whole);
     painter.end();
     icon.addPixmap(pixmap);
   }
   return icon;
 }
+
+QIcon programIcon() { return pictureIcon("firmlane"); }
 
 }  // namespace firmlane

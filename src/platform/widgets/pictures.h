@@ -23,6 +23,9 @@ QSize pictureSize(const std::string& name);
 /// Draws a picture into a space; nothing when there is none of that name.
 void drawPicture(QPainter& painter, const QRectF& space, const std::string& name, PictureFit fit);
 
+/// A picture as an icon, sharp at the usual sizes; one of an unknown name is empty, and takes its room.
+QIcon pictureIcon(const std::string& name);
+
 /// The program's icon.
 QIcon programIcon();
 

@@ -4,12 +4,12 @@
 #include <QScreen>
 #include <QWindow>
 #include <algorithm>
-#include <iterator>
-#include <optional>
 
-#include "platform/widgets/display_text.h"
+#include "platform/widgets/accessible_widgets.h"
 #include "platform/widgets/form_layouts.h"
 #include "platform/widgets/layout_parts.h"
+#include "platform/widgets/looks.h"
+#include "platform/widgets/window_place.h"
 
 namespace firmlane {
 
@@ -18,61 +18,16 @@ namespace {
 constexpr int kTwipsPerPixel = 15;
 constexpr qint64 kGatherMs = 16;
 
-struct ButtonKind {
-  MessageButton button;
-  QMessageBox::StandardButton shown;
-};
-
-constexpr ButtonKind kButtons[] = {
-    {MessageButton::OK, QMessageBox::Ok},
-    {MessageButton::Cancel, QMessageBox::Cancel},
-    {MessageButton::Yes, QMessageBox::Yes},
-    {MessageButton::No, QMessageBox::No},
-};
-
-QMessageBox::StandardButton shownButton(MessageButton button) {
-  return std::find_if(std::begin(kButtons), std::end(kButtons),
-                      [button](const ButtonKind& kind) { return kind.button == button; })
-      ->shown;
-}
-
-std::optional<MessageButton> heldButton(QMessageBox::StandardButton button) {
-  const auto* found =
-      std::find_if(std::begin(kButtons), std::end(kButtons), [button](const ButtonKind& kind) { return kind.shown == button; });
-  return found == std::end(kButtons) ? std::nullopt : std::optional(found->button);
-}
-
-QMessageBox::Icon shownIcon(MessageIcon icon) {
-  switch (icon) {
-    case MessageIcon::Critical:
-      return QMessageBox::Critical;
-    case MessageIcon::Exclamation:
-      return QMessageBox::Warning;
-    case MessageIcon::Question:
-      return QMessageBox::Question;
-    case MessageIcon::Information:
-      return QMessageBox::Information;
-    case MessageIcon::None:
-      break;
-  }
-  return QMessageBox::NoIcon;
-}
-
-/// As far as the screen has room.
-void moveInside(QWidget& window, QPoint corner) {
-  const QRect room = window.screen()->availableGeometry();
-  const QSize size = window.frameGeometry().size();
-  window.move(std::clamp(corner.x(), room.left(), std::max(room.left(), room.right() + 1 - size.width())),
-              std::clamp(corner.y(), room.top(), std::max(room.top(), room.bottom() + 1 - size.height())));
-}
-
-/// Where a window stands, as move() takes it: a window of the same size moved there covers it.
-QRect placeOf(const QWidget& window) { return {window.pos(), window.size()}; }
+// When a window has come up, the window manager tells its frame; some take their time.
+constexpr int kFrameTries = 4;
+constexpr int kFrameWaitMs = 40;
 
 }  // namespace
 
 WidgetScreen::WidgetScreen(std::function<std::string(int)> portHint) : portHint_(std::move(portHint)) {
   QGuiApplication::setQuitOnLastWindowClosed(false);
+  useLooks();
+  useAccessibleWidgets();
   gathering_.setSingleShot(true);
   QObject::connect(&gathering_, &QTimer::timeout, &gathering_, [this] { refresh(); });
   sinceRefresh_.start();
@@ -101,42 +56,59 @@ FormWindow& WidgetScreen::windowFor(Form& form) {
     return *known;
   }
   FormWindow& made = *windows_.emplace(&form, std::make_unique<FormWindow>(form)).first->second;
-  const WindowRole role = layOut(made, {portHint_, activity_, [this] { return box_ != nullptr; }});
+  const WindowRole role = roles_[&form] = layOut(made, {portHint_, activity_, [this] { return box_ != nullptr; }});
   if (role == WindowRole::Dialog || role == WindowRole::Corner) {
     made.makeDialog();
   }
   made.setProperty("aside", role == WindowRole::Aside);
   made.refreshAll();
+  made.resize(made.sizeHint().boundedTo(made.screen()->availableSize().shrunkBy(frameOf(made))));
   place(made);
-  moveAside(made, role);
   return made;
 }
 
-/// What does not stand in the middle: the about box, the debug view, and the wizard that comes up beside it.
-void WidgetScreen::moveAside(FormWindow& window, WindowRole role) const {
+/// A form that asks for it stands in the middle of its screen, else in the middle of the window below it. What stands aside are
+/// the about box, the debug view, and the wizard that comes up beside that.
+void WidgetScreen::place(FormWindow& window) const {
   const QWidget* below = topWindow(&window);
+  const QRect around = below != nullptr ? below->frameGeometry() : lastPlace_;
+  const QRect room = around.isValid() ? roomAround(around.center()) : window.screen()->availableGeometry();
+  const WindowRole role = roles_.at(&window.form());
   if (role == WindowRole::Corner && below != nullptr) {
-    window.move(below->pos());
+    placeAt(window, below->pos(), room);
   } else if (role == WindowRole::Aside) {
     // Left of the main window's middle by half that window, and by 1 / 2.5 of it.
-    const QPoint middle = window.frameGeometry().center();
-    moveInside(window, middle - QPoint(kWizardSize.width() * 9 / 10, kWizardSize.height() / 2));
+    placeAt(window, room.center() - QPoint(kWizardSize.width() * 9 / 10, kWizardSize.height() / 2), room);
   } else if (role == WindowRole::Main && below != nullptr && below->property("aside").toBool()) {
-    moveInside(window, below->frameGeometry().topRight());
+    placeAt(window, below->frameGeometry().topRight(), room);
+  } else {
+    const bool onScreen = centred_.contains(&window.form()) || !around.isValid();
+    placeAround(window, (onScreen ? room : around).center(), room);
   }
 }
 
-/// A dialog stands in the middle of the window it came from, and a main window takes the place of the one before.
-void WidgetScreen::place(FormWindow& window) const {
-  window.resize(window.sizeHint().boundedTo(window.screen()->availableSize()));
-  const QWidget* below = topWindow(&window);
-  const QRect room = window.screen()->availableGeometry();
-  const QPoint centre = (below != nullptr ? placeOf(*below) : lastPlace_.isValid() ? lastPlace_ : room).center();
-  QRect frame(QPoint(), window.size());
-  frame.moveCenter(centre);
-  frame.moveLeft(std::clamp(frame.left(), room.left(), std::max(room.left(), room.right() - frame.width())));
-  frame.moveTop(std::clamp(frame.top(), room.top(), std::max(room.top(), room.bottom() - frame.height())));
-  window.move(frame.topLeft());
+/// Only when a window is up does the window manager tell how wide its frame is. A window that nobody has moved since is then put
+/// where it belongs with that frame.
+void WidgetScreen::placeAgain(FormWindow& window, int tries) {
+  QTimer::singleShot(kFrameWaitMs, &window, [this, &window, tries, put = window.pos()] {
+    if (!window.isVisible() || window.isMaximized() || window.pos() != put) {
+      return;
+    }
+    if (!window.windowHandle()->frameMargins().isNull()) {
+      window.makeRoom();
+      place(window);
+    } else if (tries > 1) {
+      placeAgain(window, tries - 1);
+    }
+  });
+}
+
+void WidgetScreen::formCentred(Form& form) {
+  centred_.insert(&form);
+  FormWindow* shown = window(form);
+  if (shown != nullptr && !shown->isMaximized()) {
+    place(*shown);
+  }
 }
 
 QWidget* WidgetScreen::topWindow(const QWidget* except) const {
@@ -154,6 +126,11 @@ QWidget* WidgetScreen::topWindow(const QWidget* except) const {
 
 void WidgetScreen::formShown(Form& form, bool modal) {
   FormWindow& shown = windowFor(form);
+  const bool comesUp = !shown.isVisible();
+  // One main window takes over from the other as the user had it.
+  if (comesUp && roles_.at(&form) == WindowRole::Main && lastPlace_.isValid()) {
+    shown.setWindowState(lastMaximised_ ? Qt::WindowMaximized : Qt::WindowNoState);
+  }
   // Modal to the program's own windows: the demo's bench beside them stays in reach.
   const Qt::WindowModality modality = modal ? Qt::WindowModal : Qt::NonModal;
   if (shown.windowModality() != modality) {
@@ -168,12 +145,16 @@ void WidgetScreen::formShown(Form& form, bool modal) {
   shown.show();
   shown.raise();
   shown.activateWindow();
+  if (comesUp) {
+    placeAgain(shown, kFrameTries);
+  }
 }
 
 void WidgetScreen::formHidden(Form& form) {
   if (FormWindow* hidden = window(form)) {
     if (hidden->isVisible() && !hidden->isDialog()) {
-      lastPlace_ = placeOf(*hidden);
+      lastPlace_ = hidden->frameGeometry();
+      lastMaximised_ = hidden->isMaximized();
     }
     hidden->hide();
     handOn();
@@ -181,6 +162,7 @@ void WidgetScreen::formHidden(Form& form) {
 }
 
 void WidgetScreen::formUnloaded(Form& form) {
+  centred_.erase(&form);
   if (windows_.erase(&form) > 0) {
     handOn();
   }
@@ -218,21 +200,8 @@ void WidgetScreen::gather() {
 
 void WidgetScreen::messageBoxShown(const MessageBox& box) {
   refresh();
-  const std::vector<MessageButton> buttons = buttonsOf(box.buttons);
-  box_ = std::make_unique<QMessageBox>(topWindow(nullptr));
-  box_->setWindowTitle(displayText(box.title));
-  box_->setTextFormat(Qt::PlainText);
-  box_->setText(displayText(box.text));
-  box_->setIcon(shownIcon(box.icon));
-  for (const MessageButton button : buttons) {
-    box_->addButton(shownButton(button));
-  }
-  QObject::connect(box_.get(), &QMessageBox::finished, box_.get(), [this, escape = buttons.back()] {
-    host_->answer(heldButton(box_->standardButton(box_->clickedButton())).value_or(escape));
-  });
-  box_->setEscapeButton(shownButton(buttons.back()));  // OK alone, Cancel, No
-  box_->setDefaultButton(shownButton(buttons.front()));
-  box_->setWindowModality(Qt::WindowModal);
+  box_ = std::make_unique<BoxWindow>(box, topWindow(nullptr));
+  box_->answered = [this](MessageButton button) { host_->answer(button); };
   showPointer();
   box_->show();
 }

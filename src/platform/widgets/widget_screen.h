@@ -3,14 +3,15 @@
 #pragma once
 
 #include <QElapsedTimer>
-#include <QMessageBox>
 #include <QTimer>
 #include <functional>
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 
 #include "platform/screen.h"
+#include "platform/widgets/box_window.h"
 #include "platform/widgets/form_window.h"
 
 namespace firmlane {
@@ -38,11 +39,12 @@ class WidgetScreen : public Screen {
 
   /// The window of a form that is on screen, or null. For screenshots and tests.
   [[nodiscard]] FormWindow* window(const Form& form) const;
-  [[nodiscard]] QMessageBox* box() const { return box_.get(); }
+  [[nodiscard]] BoxWindow* box() const { return box_.get(); }
 
   void formShown(Form& form, bool modal) override;
   void formHidden(Form& form) override;
   void formUnloaded(Form& form) override;
+  void formCentred(Form& form) override;
   void formChanged(Form& form) override;
   void controlChanged(Control& control) override;
   void messageBoxShown(const MessageBox& box) override;
@@ -53,7 +55,7 @@ class WidgetScreen : public Screen {
  private:
   FormWindow& windowFor(Form& form);
   void place(FormWindow& window) const;
-  void moveAside(FormWindow& window, WindowRole role) const;
+  void placeAgain(FormWindow& window, int tries);
   [[nodiscard]] QWidget* topWindow(const QWidget* except) const;
   void handOn() const;
   void gather();
@@ -63,8 +65,12 @@ class WidgetScreen : public Screen {
   FormHost* host_ = nullptr;
   Activity* activity_ = nullptr;
   std::map<const Form*, std::unique_ptr<FormWindow>> windows_;
-  QRect lastPlace_;  // of the main window that was hidden last
-  std::unique_ptr<QMessageBox> box_;
+  std::map<const Form*, WindowRole> roles_;
+  std::set<const Form*> centred_;
+  // Of the main window that was hidden last: its place and whether it filled the screen.
+  QRect lastPlace_;
+  bool lastMaximised_ = false;
+  std::unique_ptr<BoxWindow> box_;
   Pointer pointer_ = Pointer::Normal;
   QTimer gathering_;
   QElapsedTimer sinceRefresh_;

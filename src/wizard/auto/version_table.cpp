@@ -46,7 +46,7 @@ void VersionTable::ParseVersions() {
   try {
     readDisplayNames();
   } catch (const Failure&) {
-    setting_.host.showMessage(product_.texts.versionsUnreadable);
+    setting_.host.showFailure(product_.texts.versionsUnreadable);
   }
 }
 

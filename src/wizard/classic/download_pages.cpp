@@ -22,7 +22,7 @@ void withContactForm(Form1& form1, Action action) {
 
 void PageEngine::leaveFetched(int contactPage) {
   if (!state_.CatalogueReady) {
-    host_.showMessage("Error, didnt download any files");
+    host_.showFailure("Error, didnt download any files");
     state_.WizardPage = 0;
     return;
   }
@@ -142,7 +142,7 @@ void PageEngine::downloadSoftware() {
 
 void PageEngine::install() {
   if (!operations_.downloadDone()) {
-    host_.showMessage("Error retreiving Remote Software, please try again");
+    host_.showFailure("Error retreiving Remote Software, please try again");
     backToStart();
     return;
   }
