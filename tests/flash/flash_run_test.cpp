@@ -45,6 +45,7 @@ TEST_F(FlashRunTest, EachProcessorGetsItsLinkItsCommandAndItsImage) {
     EXPECT_EQ(loader_.handshake, std::string(c.file).ends_with(".s19") ? Handshake::Rts : Handshake::None) << c.file;
     EXPECT_EQ(ending(), "3 page 7 -timedout -port +next -watchdog -timer1 +bar") << c.product << c.target;
     EXPECT_TRUE(receivePath_.FlashSucceeded);
+    EXPECT_FALSE(receivePath_.ExpectFrameEnd);
   }
 }
 
@@ -75,10 +76,18 @@ TEST_F(FlashRunTest, WhatAnAdapterStillHoldsAndHowItGathersBytesChangesNothing) 
 TEST_F(FlashRunTest, WhileAUnitErasesTheBarMovesAtItsPace) {
   for (const auto& [product, target, announces, interval] :
        {std::tuple{"WS", "DSPFlash", 1, 700}, {"WS", "RF1Flash", 48, 50}, {"VC", "DSPFlash", 6, 1500}}) {
-    int seen = 0;
-    world_.after(1 * kSecond + 3500 * kMillisecond, [&] { seen = form1_.Timer1.enabled() ? form1_.Timer1.interval() : 0; });
+    std::vector<int> seen;
+    const auto look = [&] {
+      seen.insert(seen.end(), {form1_.Timer1.interval(), form1_.Timer1.enabled(), form1_.ProgressBar1.Visible});
+    };
+    world_.after(2 * kSecond, [&] {
+      form1_.ProgressBar1.Hide();
+      look();
+    });
+    world_.after(1 * kSecond + 3500 * kMillisecond, look);
     fly(product, target, {.announces = announces, .erased = {}});
-    EXPECT_EQ(seen, interval) << product << target;
+    EXPECT_EQ(seen, (std::vector<int>{1500, 0, 0, interval, 1, 1})) << product << target;
+    EXPECT_EQ(form1_.Timer1.interval(), 100);
   }
 }
 
@@ -128,7 +137,7 @@ TEST_F(FlashRunTest, AReportedFailureIsTold) {
     fly(product, "DSPFlash", {.image = wire, .refuses = true});
     EXPECT_EQ(world_.screen.boxes().back().text, text);
     EXPECT_EQ(ending(), "3 page 0 -timedout -port +next -watchdog -timer1 +bar");
-    EXPECT_FALSE(receivePath_.FlashSucceeded);
+    EXPECT_FALSE(receivePath_.FlashSucceeded || receivePath_.ExpectFrameEnd);
     EXPECT_EQ(top(),
               "Your unit may require a successful FLASH upgrade to function properly.\rPlease check your connections and try to "
               "run the Wizard again.");
@@ -169,6 +178,24 @@ TEST_F(FlashRunTest, ASilentReceiverHasASecondChance) {
   fly("WS", "RF2Flash", {.powerOn = {}});
   EXPECT_EQ(world_.screen.boxes().size(), 1U) << "a receiver on the older link has no second chance";
   EXPECT_EQ(seconds("", ""), 20);
+}
+
+TEST_F(FlashRunTest, TheSecondChanceNamesTheProcessorByItsNumber) {
+  for (const auto& [target, number] : {std::pair{"NewHubFlash", "1"},
+                                       {"DSPFlash", "2"},
+                                       {"RF1Flash", "3"},
+                                       {"RF2Flash", "4"},
+                                       {"FrontFlash", "5"},
+                                       {"OldVRCFlash", ""}}) {
+    std::string main;
+    world_.after(25 * kSecond, [&] { main = frmAuto_.lblMain.Caption; });
+    frmAuto_.lblTotal.Show();
+    frmAuto_.prgTotal.Show();
+    state_.LegacyLink = false;
+    fly("WS", target, {.powerOn = {}});
+    EXPECT_EQ(main, std::string("Now Programming Processor ") + number);
+    EXPECT_FALSE(frmAuto_.lblTotal.Visible || frmAuto_.prgTotal.Visible) << target;
+  }
 }
 
 TEST_F(FlashRunTest, ASecondChanceTakenProgramsTheProcessor) {
@@ -223,11 +250,18 @@ TEST_F(FlashRunTest, EachWaitEndsInItsTime) {
       }
     }
     state_.UnitIsVrc2 = c.vrc2;
-    fly(c.product, c.target, c.script);
+    Script script = c.script;
+    for (std::optional<Micros>* span : {&script.powerOn, &script.erased}) {
+      if (*span) {
+        **span += 400 * kMillisecond;  // a limit begins with its wait, not with the clock of the wait before
+      }
+    }
+    fly(c.product, c.target, script);
     EXPECT_EQ(seconds(c.from, kStopped), c.seconds) << c.product << c.target << c.size;
     EXPECT_EQ(ending(), c.ending) << c.product << c.target;
     EXPECT_EQ(top(), "The unit has stopped responding. Please try programming the FLASH again.\r\rClick Next to try again");
     EXPECT_EQ(form1_.ProgressBar1.Value.get(), 0);
+    EXPECT_TRUE(state_.FlashPhase != 2 || !form1_.lblProgressInfo.Visible) << c.product << c.target;
   }
   EXPECT_EQ(world_.screen.boxes().size(), 2U) << "one for each missing image";
 }
@@ -268,6 +302,24 @@ TEST_F(FlashRunTest, AMessageBoxHoldsEveryLimit) {
     EXPECT_EQ(world_.screen.boxes().back().text, "Communications Error");
     EXPECT_EQ(ending(), "3 page 7 -timedout -port +next -watchdog -timer1 +bar") << target;
   }
+}
+
+TEST_F(FlashRunTest, AnEraseReportIsFoundBehindAStrayStartByte) {
+  image("RFSL.s19", 10);
+  world_.after(4 * kSecond, [&] { wire_.deliver(bytes("02 02 00 00 00 1F 31 50 3E")); });
+  fly("WS", "RF1Flash", {.announces = 48, .erased = {}, .image = 10});
+  EXPECT_EQ(ending(), "3 page 7 -timedout -port +next -watchdog -timer1 +bar");
+}
+
+TEST_F(FlashRunTest, ARunWithoutAPhaseThatSaysAnythingStillEndsAtRest) {
+  image("RFSL.s19", 10);
+  world_.after(6 * kSecond, [&] {
+    state_.FlashPhase = 0;
+    world_.queue.post([] {});
+  });
+  fly("WS", "RF1Flash", {.announces = 48});
+  EXPECT_EQ(ending(), "0 page -2 -timedout -port -next -watchdog -timer1 +bar");
+  EXPECT_EQ(frmAuto_.lblOutcome.Kind.get(), "failure");
 }
 
 TEST_F(FlashRunTest, AnotherProcessorsAnnouncementIsNotAnswered) {

@@ -96,7 +96,15 @@ TEST_F(FrontImageTest, AMissingConvertedFileIsToldAndNotedInTheDebugView) {
   EXPECT_EQ(lastBox(), "Error opening or reading S-Record file!, File not found: " + path + ", 53");
   EXPECT_EQ(world_.frmDBUG.lblErrors.Caption.get(), "");
   state_.DebugView = true;
+  std::string stages;
+  world_.screen.onChange = [&](Control& control) {
+    if (&control == &world_.frmDBUG.lblErrors) {
+      stages += world_.frmDBUG.lblStage.Caption.get() + "/" + world_.frmDBUG.lblBytes.Caption.get() + "/" +
+                world_.frmDBUG.lblErrors.Caption.get() + "|";
+    }
+  };
   loader_.ConvertFront();
+  EXPECT_TRUE(stages.starts_with("Opening Firmware File/0/Opening pre-converted firmware file|Unable")) << stages;
   EXPECT_EQ(world_.frmDBUG.lblStage.Caption.get(), "Unable to open firmware file!");
   EXPECT_EQ(world_.frmDBUG.lblBytes.Caption.get(), "0");
   EXPECT_EQ(world_.frmDBUG.lblErrors.Caption.get(),
@@ -125,34 +133,59 @@ TEST_F(FrontImageTest, RecordsOfAnotherShapeGiveABoxAndNoImage) {
   for (int i = 0; i < 8192; ++i) {
     tooLong += data;
   }
-  const std::pair<const char*, std::string> cases[] = {
-      {"empty", ""},
-      {"LF line ends", "S00600004844521B\nS10400003FBC\nS9030000FC\n"},
-      {"lower case data a", kHead + std::string("S10400003aBC\r\n") + kEnd},
-      {"lower case data f", kHead + std::string("S10400003fBC\r\n") + kEnd},
-      {"S2 record", kHead + std::string("S20500000003FBC\r\n") + kEnd},
-      {"second S0", std::string(kHead) + kHead + data + kEnd},
-      {"no data record", std::string(kHead) + kEnd},
-      {"count too small", kHead + std::string("S1020000\r\n") + kEnd},
-      {"count too large", kHead + std::string("S10500003FBC\r\n") + kEnd},
-      {"odd length", kHead + std::string("S10400003FB\r\n") + kEnd},
-      {"count not a number", kHead + std::string("S1G400003FBC\r\n") + kEnd},
-      {"cut record", kHead + data + "S104000"},
-      {"no S9", kHead + data},
-      {"records behind S9", kHead + data + kEnd + data + kEnd},
-      {"S8 end", kHead + data + "S804000000FB\r\n"},
-      {"blank line", kHead + data + "\r\n" + kEnd},
-      {"digits of the other form", "51705170"},
-      {"too long", tooLong + kEnd},
+  const std::string head = kHead;
+  const std::string notRecords = "is not an S-record file for a front panel: ";
+  const std::string noLineEnd = notRecords + "no line end (CR LF) where the record's count puts it at byte ";
+  const std::string noCount = notRecords + "the count is not a hexadecimal number at byte 21";
+  const std::string notImage = "is not a front panel image: no hexadecimal digit at position 3";
+  const std::string otherRecord = "holds a record that is neither S1 nor S9";
+  const std::pair<std::string, std::string> cases[] = {
+      {"", notRecords + "the file ends at byte 1"},
+      {"S00600004844521B\nS10400003FBC\nS9030000FC\n", noLineEnd + "17"},
+      {"S00600004844521B\r\r" + data + kEnd, noLineEnd + "17"},
+      {"S00600004844521B\n\n" + data + kEnd, noLineEnd + "17"},
+      {head + "S10400003aBC\r\n" + kEnd, notImage},
+      {head + "S10400003fBC\r\n" + kEnd, noLineEnd + "31"},
+      {head + "S20500000003FBC\r\n" + kEnd, otherRecord},
+      {head + head + data + kEnd, otherRecord},
+      {head + kEnd, otherRecord},
+      {head + "S1020000\r\n" + kEnd, notRecords + "the record's count is too small at byte 21"},
+      {head + "S10500003FBC\r\n" + kEnd, noLineEnd + "33"},
+      {head + "S10400003FB\r\n" + kEnd, noLineEnd + "31"},
+      {head + "S1G400003FBC\r\n" + kEnd, noCount},
+      {head + "S1/400003FBC\r\n" + kEnd, noCount},
+      {head + "S1:400003FBC\r\n" + kEnd, noCount},
+      {head + "S1@400003FBC\r\n" + kEnd, noCount},
+      {head + "S1`400003FBC\r\n" + kEnd, noCount},
+      {head + "S1g400003FBC\r\n" + kEnd, noCount},
+      {head + data + "S104000", notRecords + "the file ends at byte 45"},
+      {head + data, notRecords + "the file ends at byte 33"},
+      {head + data + kEnd + data + kEnd, "holds records behind its S9 record"},
+      {head + data + "S804000000FB\r\n", otherRecord},
+      {head + data + "\r\n" + kEnd, notRecords + "no record begins at byte 33"},
+      {"51705170", notRecords + "no record begins at byte 1"},
+      {tooLong + kEnd, "is not a front panel image: it is too long"},
   };
-  for (const auto& [what, records] : cases) {
-    const std::size_t boxes = world_.screen.boxes().size();
+  for (const auto& [records, why] : cases) {
     state_.FrontImage = "48484848";
-    EXPECT_FALSE(load(records)) << what;
-    EXPECT_EQ(world_.screen.boxes().size(), boxes + 1) << what;
-    EXPECT_EQ(lastBox().find("Error opening or reading S-Record file!, vrc2fnt.s19 "), 0U) << lastBox();
-    EXPECT_EQ(state_.FrontImage, "") << what;
+    EXPECT_FALSE(load(records)) << why;
+    EXPECT_EQ(lastBox(), "Error opening or reading S-Record file!, vrc2fnt.s19 " + why + ", 13") << records.substr(0, 100);
+    EXPECT_EQ(state_.FrontImage, "") << why;
   }
+  EXPECT_EQ(world_.screen.boxes().size(), std::size(cases)) << "one box each";
+}
+
+TEST_F(FrontImageTest, CountsOfEitherCaseAreUnderstoodAndEventsRunMeanwhile) {
+  std::string records = kHead;
+  for (const char* count : {"0A", "0a", "0C", "0c", "19"}) {
+    const std::size_t bytes = H2D(count) - std::size_t{3};
+    records += std::string("S1") + count + "0000" + std::string(2 * bytes, '0') + "FF\r\n";
+  }
+  const Micros before = world_.time.now();
+  ASSERT_TRUE(load(records + kEnd)) << lastBox();
+  EXPECT_EQ(state_.FrontCodeBytes, 7 + 7 + 9 + 9 + 22);
+  // A pass that finds nothing rests for 20 us: one for 64 bytes that are read, and one for each record.
+  EXPECT_EQ(world_.time.now() - before, 20 * static_cast<Micros>((records.size() + std::string(kEnd).size()) / 64 + 5));
 }
 
 TEST_F(FrontImageTest, NoDamagedFilePassesWithShiftedCode) {

@@ -64,7 +64,9 @@ TEST_F(ImageSenderTest, BytesOnTheWireOfEitherForm) {
     world_.state.ProductCode = c.product;
     world_.state.UnitIsVrc2 = c.vrc2;
     form1_.Watchdog.setInterval(1000);
+    form1_.lblProgressInfo.Hide();
     sender_.DumpFile2(image(bytes(c.image)));
+    EXPECT_TRUE(form1_.lblProgressInfo.Visible);
     EXPECT_EQ(sent(), before + c.wire) << c.product << c.vrc2;
     before = sent() + " ";
     EXPECT_EQ(form1_.Watchdog.interval(), c.product == std::string("VC") && !c.vrc2 ? 1000 : 500);
@@ -96,7 +98,9 @@ TEST_F(ImageSenderTest, TextGoesOutByteForByteUnderRtsAfterReopening) {
   }
   std::vector<Handshake> handshakes;
   wire_.heard = [&](std::uint8_t) { handshakes.push_back(wire_.settings()->handshake); };
+  form1_.lblProgressInfo.Hide();
   sender_.DumpFile3(image(text));
+  EXPECT_TRUE(form1_.lblProgressInfo.Visible);
   EXPECT_EQ(sent(), hex(text));
   EXPECT_EQ(wire_.opens(), 2);
   ASSERT_FALSE(handshakes.empty());
@@ -110,6 +114,13 @@ TEST_F(ImageSenderTest, TextGoesOutByteForByteUnderRtsAfterReopening) {
   EXPECT_FALSE(expectFrameEnd_);
   EXPECT_TRUE(world_.state.ImageDone);
   EXPECT_EQ(world_.frmAuto.Progress1.Value.get(), 100);
+}
+
+TEST_F(ImageSenderTest, WhatWaitsInTheQueueRunsBeforeTextGoesOut) {
+  std::string atSecondPass = "not at all";
+  world_.queue.post([&] { world_.queue.post([&] { atSecondPass = sent(); }); });
+  sender_.DumpFile3(image({1, 2, 3}));
+  EXPECT_EQ(atSecondPass, "");
 }
 
 TEST_F(ImageSenderTest, AMissingFileSendsNothingAndLeavesTheLimitInForce) {
