@@ -1,3 +1,4 @@
+#include "flash/silence_limit.h"
 #include "flash_world.h"
 
 namespace firmlane::test {
@@ -46,6 +47,7 @@ TEST_F(FlashRunTest, EachProcessorGetsItsLinkItsCommandAndItsImage) {
     EXPECT_EQ(ending(), "3 page 7 -timedout -port +next -watchdog -timer1 +bar") << c.product << c.target;
     EXPECT_TRUE(receivePath_.FlashSucceeded);
     EXPECT_FALSE(receivePath_.ExpectFrameEnd);
+    EXPECT_EQ(outcome(), nameOf(ProcessorState::Done)) << c.target;
   }
 }
 
@@ -138,6 +140,7 @@ TEST_F(FlashRunTest, AReportedFailureIsTold) {
     EXPECT_EQ(world_.screen.boxes().back().text, text);
     EXPECT_EQ(ending(), "3 page 0 -timedout -port +next -watchdog -timer1 +bar");
     EXPECT_FALSE(receivePath_.FlashSucceeded || receivePath_.ExpectFrameEnd);
+    EXPECT_EQ(outcome(), nameOf(ProcessorState::Failed));
     EXPECT_EQ(top(),
               "Your unit may require a successful FLASH upgrade to function properly.\rPlease check your connections and try to "
               "run the Wizard again.");
@@ -261,6 +264,7 @@ TEST_F(FlashRunTest, EachWaitEndsInItsTime) {
     EXPECT_EQ(ending(), c.ending) << c.product << c.target;
     EXPECT_EQ(top(), "The unit has stopped responding. Please try programming the FLASH again.\r\rClick Next to try again");
     EXPECT_EQ(form1_.ProgressBar1.Value.get(), 0);
+    EXPECT_EQ(outcome(), nameOf(ProcessorState::Failed)) << c.product << c.target;
     EXPECT_TRUE(state_.FlashPhase != 2 || !form1_.lblProgressInfo.Visible) << c.product << c.target;
   }
   EXPECT_EQ(world_.screen.boxes().size(), 2U) << "one for each missing image";
@@ -268,7 +272,11 @@ TEST_F(FlashRunTest, EachWaitEndsInItsTime) {
 
 TEST_F(FlashRunTest, AVerdictWithinItsTimeAfterALongImageSucceeds) {
   image("wls.bin", 60'000);
+  Activity::Phase verdict;
+  world_.after(68 * kSecond, [&] { verdict = world_.supervision.activity.now(); });
   fly("WS", "DSPFlash", {.image = 60'002, .verdict = 2 * kSecond});
+  EXPECT_EQ(nameOf(verdict.doing), std::string("waiting for the verdict"));
+  EXPECT_EQ(verdict.limit, 5 * kSecond);
   EXPECT_EQ(state_.WizardPage, 7);
   EXPECT_EQ(seconds(kSending, kSent), 62);
 }
@@ -314,6 +322,7 @@ TEST_F(FlashRunTest, AnEraseReportIsFoundBehindAStrayStartByte) {
 TEST_F(FlashRunTest, ARunWithoutAPhaseThatSaysAnythingStillEndsAtRest) {
   image("RFSL.s19", 10);
   world_.after(6 * kSecond, [&] {
+    EXPECT_EQ(world_.supervision.activity.now().limit, kSecond * SilenceLimit::kSeconds);
     state_.FlashPhase = 0;
     world_.queue.post([] {});
   });

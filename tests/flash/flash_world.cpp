@@ -104,6 +104,15 @@ std::string FlashTest::ending() const {
          flag("timer1", form1_.Timer1.enabled()) + flag("bar", form1_.ProgressBar1.Visible);
 }
 
+std::string FlashTest::outcome() const {
+  for (const ProcessorReport& report : world_.supervision.activity.processors()) {
+    if (report.target == state_.FlashTarget) {
+      return nameOf(report.state);
+    }
+  }
+  return "no report";
+}
+
 void FlashTest::image(const std::string& name, std::size_t size) const {
   Bytes content(size);
   for (std::size_t i = 0; i < size; ++i) {

@@ -61,6 +61,8 @@ class FlashTest : public testing::Test {
   [[nodiscard]] int seconds(const std::string& from, const std::string& to) const;
   /// "TimedOut FlashPhase WizardPage port Command3 Watchdog Timer1" as a run leaves them.
   [[nodiscard]] std::string ending() const;
+  /// How the record of what goes on has the last run.
+  [[nodiscard]] std::string outcome() const;
   [[nodiscard]] std::string top() const { return form1_.lblTop.Caption; }
   void image(const std::string& name, std::size_t size) const;
   /// An image of so many code bytes, "0" to "F" over and over.

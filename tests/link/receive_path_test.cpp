@@ -70,6 +70,18 @@ TEST_F(ReceivePathTest, AReportIsTakenWhereverItIsCutAndHoweverItIsGathered) {
   }
 }
 
+TEST_F(ReceivePathTest, ALineThatOnlyBringsTheStartOfAFrameDoesNotFillTheMemory) {
+  Bytes endless(32'767, 0x11);
+  endless.front() = 0x02;
+  wire_.deliver(endless);
+  world_.run(50 * kMillisecond);
+  EXPECT_EQ(receive_.RxBuffer.size(), endless.size());
+  arrive("11");
+  EXPECT_EQ(buffer(), "");
+  arrive(kErased);
+  EXPECT_EQ(state_.FlashPhase, 2);
+}
+
 TEST_F(ReceivePathTest, DiagnosisShowsTheLastBytesAsDecimals) {
   arrive("02 00 7F");
   arrive("1F 3E");

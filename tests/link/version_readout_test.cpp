@@ -80,8 +80,13 @@ TEST_F(VersionReadoutTest, AnOldReceiverIsFoundAtTheOldSpeed) {
 
   form_.Show();
   EXPECT_EQ(world_.host.click(form_.Command1), std::nullopt);
+  world_.after(0, [this] {
+    world_.queue.post(
+        [this] { EXPECT_FALSE(state_.VersionsComplete || state_.GetVersionsSent || state_.GotId || state_.SerialRead); });
+  });
   world_.run(kSecond);
   EXPECT_TRUE(state_.LegacyLink) << "what was read stays true of it";
+  EXPECT_FALSE(state_.VersionsComplete);
 }
 
 TEST_F(VersionReadoutTest, VelarcsAreReadAtTheirSpeed) {
@@ -146,6 +151,31 @@ TEST_F(VersionReadoutTest, BytesOfTheWrongSpeedDoNotSpoilTheAnswer) {
     EXPECT_TRUE(state_.LegacyLink) << noise;
     form_.Unload();
     world_.run(kSecond);
+  }
+}
+
+TEST_F(VersionReadoutTest, WhatWillNeverBecomeAnAnswerDoesNotStandInFrontOfOne) {
+  FakeUnit unit(world_, 4, 57600);
+  Bytes endless(32'767, 0x11);
+  endless.front() = 0x02;
+  const std::pair<Bytes, std::function<void()>> cases[] = {
+      {bytes("02 00 02"), [this] { EXPECT_EQ(world_.host.click(form_.Command1), std::nullopt); }},
+      {endless, [this] { wire_.deliver(bytes("11")); }}};
+  for (const auto& [start, then] : cases) {
+    unit.answers.clear();
+    state_.VersionsComplete = state_.GetVersionsSent = true;
+    form_.Show();
+    EXPECT_FALSE(state_.VersionsComplete || state_.GetVersionsSent);
+    wire_.deliver(start);
+    world_.run(20 * kMillisecond);
+    EXPECT_EQ(state_.IdRxBuf.size(), start.size());
+    then();
+    world_.run(20 * kMillisecond);
+    EXPECT_EQ(state_.IdRxBuf, "");
+    unit.answers = {{kWho, kIdAnswer}, {kVersions, kVersionAnswer}};
+    complete();
+    form_.Unload();
+    state_.GotId = state_.SerialRead = state_.VersionsRead = false;
   }
 }
 

@@ -86,7 +86,10 @@ TEST_F(SupervisionTest, AFrontPanelCountsBytesAgainstDigits) {
     state_.FlashTarget = target;
     supervision_.beginSending(4000);
     supervision_.BytesSent = 500;
+    bool ran = false;
+    world_.queue.post([&] { ran = true; });
     supervision_.UpdateProgress();
+    EXPECT_TRUE(ran) << "events run between the bytes";
     EXPECT_EQ(form1_.lblProgressInfo.Caption.get(), text) << target;
   }
   supervision_.BytesTotal = 0;
