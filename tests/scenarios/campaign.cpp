@@ -249,7 +249,7 @@ void RandomRun::checkSomethingPossible() {
 }
 
 void RandomRun::checkVerdict() {
-  reachedVerdict_ = true;
+  reachedEnd_ = true;
   const RunState& state = story.state();
   const bool wireless = story.line == Line::Wireless;
   const std::string chosen = (wireless ? state.LwxSysFile : state.VrcSysFile)[0].SystemVersion.trimmed();

@@ -20,7 +20,7 @@ class RandomRun {
   /// What did not hold; empty when all did.
   [[nodiscard]] const std::string& fault() const { return fault_; }
   /// Whether a unit was programmed and found good.
-  [[nodiscard]] bool reachedVerdict() const { return reachedVerdict_; }
+  [[nodiscard]] bool reachedEnd() const { return reachedEnd_; }
 
   Story story;
 
@@ -53,7 +53,7 @@ class RandomRun {
   std::map<std::string, std::set<std::string>> whole_;  // what each file of a set may hold
   Micros end_ = 0;
   int page_ = 0;
-  bool reachedVerdict_ = false;
+  bool reachedEnd_ = false;
   std::string fault_;
 };
 

@@ -1,0 +1,376 @@
+#include "wanderer.h"
+
+#include <algorithm>
+#include <array>
+
+#include "releases.h"
+
+namespace firmlane::test {
+
+namespace {
+
+struct RunOver {};
+struct PowerLost {};
+
+constexpr Micros kLife = 300 * kSecond;
+// Longer than any limit in the program, so what can end has ended.
+constexpr Micros kCalm = 200 * kSecond;
+constexpr Micros kAfterBox = 5 * kSecond;
+constexpr Micros kLateCount = 20 * kSecond;
+constexpr std::size_t kImageSize = 400;
+constexpr std::int32_t kFirstNumber = 1000;
+
+constexpr const char* kFaults[] = {"silent",        "wrong-checksum", "late-answer", "late-erase", "late-verdict",    "refuses",
+                                   "refuses-erase", "dies",           "no-verdict",  "holds-line", "wrong-read-back", "noise"};
+constexpr sim::Version kVelarcVersions[] = {{5, 4, 0}, {5, 3, 0}};
+constexpr const char* kInstallers[] = {"Remote51", "Remote50"};
+
+std::string text(const Bytes& bytes) { return {bytes.begin(), bytes.end()}; }
+bool has(const std::string& text, const char* part) { return text.find(part) != std::string::npos; }
+
+const char* modelOf(Way way) { return way == Way::OlderVelarc ? "velarc" : "lwx51"; }
+
+}  // namespace
+
+Wanderer::Wanderer(Way way, std::uint32_t seed) : way_(way), random_(seed) {
+  std::filesystem::current_path(directory.path());
+  if (way == Way::ProductionLine) {
+    putOnDisk(directory, Line::Wireless, releases(Line::Wireless).front());
+    directory.write("sn.wls", Bytes{kFirstNumber & 0xFF, kFirstNumber >> 8, 0, 0});
+  }
+  serve();
+  connectUnit();
+}
+
+Wanderer::~Wanderer() {
+  program_.reset();
+  std::filesystem::current_path(before_);
+}
+
+void Wanderer::offer(const std::string& url, const std::string& name, const std::string& content) {
+  offered_[url] = content;
+  whole_[name].insert(content);
+  http.answer(url, content);
+}
+
+void Wanderer::serve() {
+  std::string list = "#Updates\r\n";
+  for (const sim::Version& version : kVelarcVersions) {
+    const std::string url = std::string(kServer) + "/Velarc/firmware/" + std::to_string(version.second) + "/vrc.bin";
+    list += "VRC|DSP V5." + std::to_string(version.second) + "-2026|" + url + "\r\n";
+    offer(url, "vrc.bin", text(sim::imageFile(sim::ImageKind::OldVelarc, version, kImageSize)));
+  }
+  for (const char* name : kInstallers) {
+    const std::string url = std::string(kServer) + "/Velarc/remote/" + name + ".exe";
+    list += std::string("REMOTE|") + name + "|" + url + "\r\n";
+    offer(url, name + std::string(".exe"), std::string(3000, name[7]));
+  }
+  for (const char* path : {"/Velarc/update.txt", "/lwx/updatev4.txt"}) {
+    http.answer(std::string(kServer) + path, list);
+  }
+}
+
+void Wanderer::connectUnit() {
+  unit_.reset();
+  unit_ = std::make_unique<sim::VirtualUnit>(time, wire_, modelOf(way_));
+  ++units_;
+  unit_->unit.onHappening = [this](const sim::Happening& happening) {
+    if (happening.what == "stored") {
+      noteSerial(happening.text);
+    }
+  };
+  wire_.heard = [this, unit = wire_.heard](std::uint8_t byte) {
+    listen(byte);
+    unit(byte);
+  };
+  unit_->unit.startRunning();
+}
+
+void Wanderer::play() {
+  bool alive = true;
+  for (int lives = 0; alive && lives < 3; ++lives) {
+    alive = false;
+    end_ = time.now() + kLife;
+    time.setEnd(end_ + 2 * kCalm);
+    try {
+      live();
+    } catch (const RunOver&) {
+      checkSomethingPossible();
+    } catch (const PowerLost&) {
+      alive = true;
+    } catch (const ProgramEnded&) {
+      reachedEnd_ = reachedEnd_ || !desktop.programs.empty();
+    } catch (const NothingCanHappen&) {
+      fail("a wait that nothing can end");
+    }
+    program_.reset();
+    if (wire_.isOpen()) {
+      fail("the port is open behind the program's end");
+    }
+    checkFiles();
+  }
+}
+
+void Wanderer::live() {
+  const Platform platform{.queue = queue,
+                          .screen = screen,
+                          .mainDriver = driverInstead != nullptr ? *driverInstead : mainDriver,
+                          .versionDriver = versionDriver,
+                          .http = httpInstead != nullptr ? *httpInstead : http,
+                          .desktop = desktop,
+                          .files = files,
+                          .servers = {kServer, "http://registration.example"}};
+  program_ = std::make_unique<Program>(platform, BuildSwitches{.factoryBuild = way_ == Way::ProductionLine});
+  screen.press = [this](MessageButton button) { program_->host().answer(button); };
+  screen.onChange = [this](Control& control) {
+    if (control.name() == "lblTop") {
+      checkVerdict(static_cast<Label&>(control).Caption);
+    }
+  };
+  program_->start();
+  next();
+  for (;;) {
+    queue.WaitEvents();
+    checkRest();
+  }
+}
+
+void Wanderer::next() {
+  const Micros pause = (chance(20) ? 5 : 1) * static_cast<Micros>(random_() % 1500 + 50) * kMillisecond;
+  time.after(pause, [this, end = end_] {
+    if (end != end_) {
+      return;  // of a life that the computer lost power in
+    }
+    if (time.now() >= end_) {
+      rest();
+      return;
+    }
+    if (random_() % 400 == 0) {
+      throw PowerLost();
+    }
+    act();
+    next();
+  });
+}
+
+/// The troubles end, the user sits back, and what has a limit runs into it.
+void Wanderer::rest() {
+  unit_->unit.faults = {};
+  serve();
+  time.after(kCalm, [] { throw RunOver(); });
+}
+
+void Wanderer::act() {
+  if (chance(3)) {
+    troubleUnit();
+  }
+  if (chance(3)) {
+    troubleServer();
+  }
+  FormHost& host = program_->host();
+  if (host.messageBox()) {
+    boxAt_ = time.now();
+    answerBox();
+    return;
+  }
+  if (host.onScreen().empty()) {
+    return;
+  }
+  Form& top = *host.onScreen().front();
+  if (top.name() == "frmPort") {
+    workPort();
+    return;
+  }
+  workPower(screenText());
+  workForm(top);
+}
+
+void Wanderer::answerBox() {
+  FormHost& host = program_->host();
+  const std::vector<MessageButton> buttons = buttonsOf(host.messageBox()->buttons);
+  if (host.messageBox()->title == "Warning") {  // whether to quit
+    host.answer(chance(10) ? MessageButton::OK : MessageButton::Cancel);
+    return;
+  }
+  host.answer(chance(70) ? buttons.front() : oneOf(buttons));
+}
+
+void Wanderer::workPort() {
+  Form& form = *program_->host().onScreen().front();
+  if (chance(5)) {
+    program_->host().close(form);
+    return;
+  }
+  constexpr const char* kButtons[] = {"Command3", "Option1(1)", "Option1(1)", "Option1(4)", "Command1", "Command1"};
+  click(form, chance(5) ? "Command2" : oneOf(kButtons));
+}
+
+void Wanderer::workPower(const std::string& text) {
+  sim::Unit& unit = unit_->unit;
+  const bool told = has(text, "Please turn on the power switch") || has(text, "cycle the power") || has(text, "turn it back on");
+  if (!unit.isOn()) {
+    if (chance(80)) {
+      unit.powerOn();
+    }
+  } else if (chance(told && unit.state().phase != sim::Phase::Starting ? 40 : 1)) {
+    unit.powerOff();
+  } else if (!wire_.isOpen() && chance(2)) {
+    connectUnit();
+  }
+}
+
+void Wanderer::workForm(Form& form) {
+  FormHost& host = program_->host();
+  if (chance(50) && form.control("Command3") != nullptr) {
+    click(form, "Command3");
+    return;
+  }
+  std::vector<Control*> possible;
+  for (Control* control : form.controls()) {
+    // A number that is edited down on purpose may go out twice; that is the user's wish.
+    if (!host.refusal(*control) && control->name() != "btnDown" && control->name() != "Text1") {
+      possible.push_back(control);
+    }
+  }
+  if (possible.empty()) {
+    return;
+  }
+  Control& control = *oneOf(possible);
+  if (auto* list = dynamic_cast<ListBox*>(&control)) {
+    if (list->ListCount() > 0) {
+      host.choose(control, static_cast<int>(random_() % static_cast<unsigned>(list->ListCount())));
+    }
+  } else if (control.kind() == ControlKind::TextBox) {
+    host.type(control, chance(50) ? "" : "somebody");
+  } else if (control.OnClick || control.kind() == ControlKind::OptionButton) {
+    host.click(control);
+  }
+}
+
+void Wanderer::troubleUnit() { sim::setFault(unit_->unit.faults, chance(60) ? "none" : oneOf(kFaults)); }
+
+void Wanderer::troubleServer() {
+  serve();
+  if (chance(50)) {
+    return;
+  }
+  auto one = offered_.begin();
+  std::advance(one, random_() % offered_.size());
+  const std::string half = one->second.substr(0, one->second.size() / 2);
+  const ScriptedAnswer troubles[] = {
+      {.failure = Failure(12030, "The connection was broken"), .delay = 3 * kSecond},
+      {.failure = Failure(12002, "Too slow"), .delay = kForever},
+      {.body = half, .headers = {{"content-length", std::to_string(one->second.size())}}},
+  };
+  http.answer(one->first, oneOf(troubles));
+}
+
+void Wanderer::click(Form& form, const char* name) {
+  if (Control* control = form.control(name)) {
+    program_->host().click(*control);
+  }
+}
+
+void Wanderer::checkRest() {
+  if (wire_.isOpen()) {
+    fail("a port is open at rest");
+  }
+}
+
+void Wanderer::checkSomethingPossible() {
+  const FormHost& host = program_->host();
+  for (const Form* form : host.onScreen()) {
+    for (const Control* control : form->controls()) {
+      if (control->kind() == ControlKind::CommandButton && control->name() != "Command2" && !host.refusal(*control)) {
+        return;
+      }
+    }
+  }
+  if (!host.messageBox()) {
+    fail("at rest with nothing but Exit");
+  }
+}
+
+void Wanderer::checkFiles() {
+  for (const auto& [name, contents] : whole_) {
+    if (directory.has(name) && !contents.contains(directory.read(name))) {
+      fail("half written: " + name);
+    }
+  }
+}
+
+/// Told that all went well, the unit runs what lies on disk.
+void Wanderer::checkVerdict(const std::string& words) {
+  if (way_ != Way::OlderVelarc || !words.starts_with("Congratulations!")) {
+    return;
+  }
+  reachedEnd_ = true;
+  const sim::ProcessorState* dsp = unit_->unit.state().find("DSP");
+  const bool onDisk = std::any_of(std::begin(kVelarcVersions), std::end(kVelarcVersions), [&](const sim::Version& version) {
+    return version.second == dsp->version.second && !dsp->blank &&
+           directory.read("vrc.bin") == text(sim::imageFile(sim::ImageKind::OldVelarc, version, kImageSize));
+  });
+  if (!onDisk) {
+    fail("congratulations for a unit that does not run what lies on disk");
+  }
+}
+
+/// Only a unit that has just announced itself is told to program; behind a box the answer may come late.
+void Wanderer::listen(std::uint8_t byte) {
+  constexpr std::array<std::uint8_t, 5> kWant = {0x02, 0x00, 0x00, 0x00, 0x1E};
+  wants_ = byte == kWant.at(wants_) ? wants_ + 1 : byte == kWant[0] ? 1 : 0;
+  if (wants_ == kWant.size()) {
+    wants_ = 0;
+    if (unit_->unit.state().phase == sim::Phase::Running && time.now() - boxAt_ > kAfterBox) {
+      fail("a unit that runs is told to program");
+    }
+  }
+}
+
+/// No two units ever get one number.
+void Wanderer::noteSerial(const std::string& words) {
+  constexpr std::string_view kStart = "serial number ";
+  if (!words.starts_with(kStart)) {
+    return;
+  }
+  reachedEnd_ = true;
+  const std::int32_t number = std::stoi(words.substr(kStart.size()));
+  const auto [known, isNew] = numbers_.try_emplace(number, units_);
+  if (!isNew && known->second != units_) {
+    fail("two units with the number " + std::to_string(number));
+  }
+  if (countsLate) {
+    const std::string ahead = directory.read("sn.wls");
+    directory.write("sn.wls", Bytes{static_cast<std::uint8_t>(number), static_cast<std::uint8_t>(number >> 8U), 0, 0});
+    time.after(kLateCount, [this, ahead, life = end_] {
+      if (life == end_) {  // else the computer has lost power meanwhile
+        directory.write("sn.wls", ahead);
+      }
+    });
+  }
+}
+
+std::string Wanderer::screenText() const {
+  const FormHost& host = program_->host();
+  if (host.messageBox()) {
+    return host.messageBox()->text;
+  }
+  std::string text;
+  if (!host.onScreen().empty()) {
+    for (const Control* control : host.onScreen().front()->controls()) {
+      const auto* label = dynamic_cast<const Label*>(control);
+      if (label != nullptr && label->Visible) {
+        text += label->Caption.get() + "\n";
+      }
+    }
+  }
+  return text;
+}
+
+void Wanderer::fail(const std::string& what) {
+  if (fault_.empty()) {
+    fault_ = what + "\non the screen: " + (program_ ? screenText() : "nothing");
+  }
+}
+
+}  // namespace firmlane::test
