@@ -190,6 +190,7 @@ ClassicOperations Program::Parts::classicOperations() {
       .clearUrls = [this] { catalogue.lists.clearUrls(); },
       .GetUpdateText = [this] { catalogue.lists.GetUpdateText(); },
       .GetUpdateSOFT = [this] { catalogue.lists.GetUpdateSOFT(); },
+      .fetching = [this] { return catalogue.lists.underWay(); },
       .GetFirmware2 = [this] { catalogue.download.GetFirmware2(); },
       .GetSoftware = [this] { catalogue.download.GetSoftware(); },
       .downloadDone = [this] { return catalogue.download.DownloadDone; },
@@ -198,6 +199,7 @@ ClassicOperations Program::Parts::classicOperations() {
       .RegisterUserData = [this] { catalogue.registration.RegisterUserData(); },
       .ConvertFront = [this] { flash.frontImage.ConvertFront(); },
       .loadVelarcFront = [this] { return flash.frontImage.LoadFrontImage(); },
+      .requireImage = [this] { flash.processors.requireImage(); },
       .ConnectVelarc = [this] { flash.run.ConnectVelarc(); },
       .DoSerialNumber = [this] { personal.serialNumber.DoSerialNumber(); },
   };
@@ -209,7 +211,9 @@ AutoWizardTies Program::Parts::autoTies() {
                 catalogue.download.GetFirmware2();
                 return catalogue.download.DownloadDone;
               },
-          .StartDoc = [this](const std::string& path) { catalogue.web.openPage(path); }};
+          .StartDoc = [this](const std::string& path) { catalogue.web.openPage(path); },
+          .abandonList = [this] { catalogue.lists.abandon(); },
+          .returnToFirstTaskPage = [this] { classic.returnToFirstTaskPage(); }};
 }
 
 Program::Program(const Platform& platform, const BuildSwitches& switches) : parts_(std::make_unique<Parts>(platform, switches)) {}

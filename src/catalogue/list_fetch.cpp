@@ -1,6 +1,7 @@
 #include "catalogue/list_fetch.h"
 
 #include "catalogue/download_source.h"
+#include "state/pages.h"
 #include "state/tell_failure.h"
 
 namespace firmlane {
@@ -8,8 +9,6 @@ namespace firmlane {
 namespace {
 
 constexpr char kListMark = '#';  // an error page begins with something else
-constexpr std::int16_t kFailedFetchPage = 50;
-constexpr std::int16_t kAutoWizardEnds = 19;
 constexpr int kFullBar = 100;
 
 constexpr const char* kNoConnection =
@@ -62,9 +61,35 @@ void ListFetch::clearUrls() {
   SoftwareUrls.fill({});
 }
 
+void ListFetch::abandon() {
+  if (underWay()) {
+    fetching_.leave();
+    form1_.Timer1.stop();
+    http_.Cancel();
+  }
+}
+
+/// The body of the list; nothing when the fetch was given up meanwhile.
+std::optional<std::string> ListFetch::bodyOf(const std::string& url) {
+  const LeavableWait::Stay fetching(fetching_);
+  try {
+    std::string body = http_.OpenURL(url);
+    return fetching.left() ? std::nullopt : std::optional(std::move(body));
+  } catch (const Failure&) {
+    if (fetching.left()) {
+      return std::nullopt;
+    }
+    throw;
+  }
+}
+
 bool ListFetch::fetch(const char* path, const char* localCopy, bool toWizard) {
   const Activity::Span fetching(activity_, Doing::FetchingList);
-  UpdateText = http_.OpenURL(server_ + path);
+  std::optional<std::string> body = bodyOf(server_ + path);
+  if (!body) {
+    return false;
+  }
+  UpdateText = std::move(*body);
   if (UpdateText.size() < kTextCut) {
     throwIfShort(http_, UpdateText.size());
   }
@@ -96,7 +121,7 @@ void ListFetch::tellNoConnection(bool toWizard) {
   form1_.lblTop.Caption = "Error connecting to the Internet";
   if (AutoForm* wizard = wizard_.form(); wizard != nullptr && toWizard) {
     wizard->lblMain.Caption = kNoConnection;
-    state_.AutoPage = kAutoWizardEnds;
+    state_.AutoPage = auto_page::kVerdict;
     wizard->btnNext.Enable();
   }
 }
@@ -131,7 +156,7 @@ void ListFetch::showStatus(const std::string& text) {
 
 void ListFetch::endOnFailedPage() {
   form1_.Timer1.stop();
-  state_.WizardPage = kFailedFetchPage;
+  state_.WizardPage = classic_page::kFetchFailed;
   form1_.ProgressBar1.Hide();
 }
 

@@ -3,12 +3,14 @@
 #pragma once
 
 #include <array>
+#include <optional>
 #include <string>
 
 #include "catalogue/list_sources.h"
 #include "platform/files.h"
 #include "platform/http_client.h"
 #include "progress/activity.h"
+#include "progress/leavable_wait.h"
 #include "progress/wizard_in_charge.h"
 
 namespace firmlane {
@@ -26,6 +28,11 @@ class ListFetch {
   /// The same for the remote-control software.
   void GetUpdateSOFT();
 
+  /// One of the two is under way, and nobody has given it up.
+  [[nodiscard]] bool underWay() const { return fetching_.underWay(); }
+  /// Gives up the fetch under way, if any: nothing of it is told, kept or shown any more.
+  void abandon();
+
   /// Empties both tables of URLs.
   void clearUrls();
 
@@ -38,6 +45,7 @@ class ListFetch {
  private:
   /// Whether the list has come and is one; what there is to say has been said.
   bool fetch(const char* path, const char* localCopy, bool toWizard);
+  std::optional<std::string> bodyOf(const std::string& url);
   void tellNoConnection(bool toWizard);
   void tellNoList(bool toWizard);
   void tellWizard(const char* text);
@@ -57,6 +65,7 @@ class ListFetch {
   RunState& state_;
   Form1& form1_;
   std::string server_;
+  LeavableWait fetching_;
 };
 
 }  // namespace firmlane

@@ -47,6 +47,11 @@ Registration::Registration(FormHost& host, HttpClient& http, Download& download,
       server_(std::move(server)) {}
 
 void Registration::RegisterUserData() {
+  if (state_.ContactBlank) {
+    // Nobody hears of the answer, so nobody waits for it. The next request drops one that is still on its way.
+    http_.Execute(request());
+    return;
+  }
   const Raised registering(download_.Registering);
   const AtEnd stopClock([this] { form1_.Watchdog.stop(); });
   while (tryOnce()) {
@@ -62,9 +67,6 @@ bool Registration::tryOnce() {
   const std::int16_t number = state_.TimedOut ? std::int16_t{0} : answerNumber(answer);
   while (download_.RegisterState != kUnderWay && !state_.TimedOut) {
     host_.queue().WaitEvents();
-  }
-  if (state_.ContactBlank) {
-    return false;
   }
   if (state_.TimedOut) {
     return askAgain("Timeout sending registration information to Tolvex!\rTry again?");

@@ -13,9 +13,9 @@ class Registration {
   Registration(FormHost& host, HttpClient& http, Download& download, Supervision& supervision, RunState& state, Form1& form1,
                std::string server);
 
-  /// Sends what the form holds, or "BLANK" in each field when ContactBlank is True, and tells how it went; with ContactBlank True
-  /// nothing is told. The server has 10 s, then the user is asked whether to try again. Throws Failure when the server cannot be
-  /// reached, or answers with anything but a number.
+  /// Sends what the form holds and tells how it went. With ContactBlank True it sends "BLANK" in each field, waits for nothing
+  /// and tells nothing. The server has 10 s, then the user is asked whether to try again. Throws Failure when the server cannot
+  /// be reached, or answers with anything but a number.
   void RegisterUserData();
 
  private:

@@ -3,13 +3,12 @@
 #include <algorithm>
 #include <iterator>
 
+#include "state/pages.h"
 #include "state/tell_failure.h"
 
 namespace firmlane {
 
 namespace {
-
-constexpr std::int16_t kFirmwareNotesPage = 4;
 
 struct ReleaseNotes {
   bool velarc;
@@ -42,7 +41,7 @@ void WebJobs::LaunchRelNote() {
   const auto* const notes =
       std::find_if(std::begin(kReleaseNotes), std::end(kReleaseNotes), [this](const ReleaseNotes& candidate) {
         return candidate.velarc == (state_.ProductCode == "VC") &&
-               candidate.firmware == (state_.WizardPage == kFirmwareNotesPage);
+               candidate.firmware == (state_.WizardPage == classic_page::kFirmwareDownloaded);
       });
   openPage(notes->path);
 }

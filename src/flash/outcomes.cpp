@@ -1,15 +1,13 @@
 #include "flash/outcomes.h"
 
 #include "flash/targets.h"
+#include "state/pages.h"
 #include "state/text.h"
 
 namespace firmlane {
 
 namespace {
 
-constexpr std::int16_t kFirstPage = 0;
-constexpr std::int16_t kPageBeforeRun = 5;
-constexpr std::int16_t kPageAfterRun = 7;
 constexpr int kBarInterval = 100;
 
 constexpr const char* kStoppedResponding =
@@ -37,7 +35,7 @@ void Outcomes::Succeeded() {
   if (state_.FactoryBuild) {
     form1_.lblTop.Caption = "The Flash Memory has been Programmed, Click 'Next' to Program the Serial Number";
   }
-  state_.WizardPage = kPageAfterRun;
+  state_.WizardPage = classic_page::kFlashed;
   form1_.Command3.Enable();
   stopTimers();
   wizard_.tellOutcome(OutcomeKind::Good, form1_.lblTop.Caption);
@@ -51,7 +49,7 @@ void Outcomes::Refused() {
   host_.showFailure(refusal);
   stopTimers();
   form1_.lblTop.Caption = kRefused;
-  state_.WizardPage = kFirstPage;
+  state_.WizardPage = classic_page::kTask;
   form1_.Command3.Enable();
 }
 
@@ -104,7 +102,7 @@ void Outcomes::clearBar() { wizard_.setBar(0); }
 
 void Outcomes::offerAnotherTry() {
   form1_.ProgressBar1.Hide();
-  state_.WizardPage = kPageBeforeRun;
+  state_.WizardPage = classic_page::kReadyToFlash;
   port_.Close();
   form1_.Command3.Enable();
 }

@@ -4,6 +4,16 @@
 
 namespace firmlane {
 
+void ProcessorProgramming::requireImage() const {
+  // Which generation of Velarc it is the unit itself says, and only when it has been switched on; until then the product counts.
+  RunState expected = state_;
+  expected.UnitIsVrc2 = !state_.OldVelarc;
+  const char* file = imageFor(expected).file;
+  if (file != nullptr && Files::length(files_.path(file)) == 0) {
+    throw Failure(failure_number::kTypeMismatch, std::string(file) + " is empty");
+  }
+}
+
 void showSending(Supervision& supervision, const WizardInCharge& wizard, Form1& form1) {
   supervision.BarValue = 0;
   wizard.setBar(0);

@@ -15,6 +15,10 @@ class ProcessorProgramming {
                        WizardInCharge& wizard, const RunState& state, Form1& form1)
       : files_(files), port_(port), sender_(sender), supervision_(supervision), wizard_(wizard), state_(state), form1_(form1) {}
 
+  /// Makes sure, before the unit is touched, that there is something to send to FlashTarget: a run that finds no file has erased
+  /// the processor already. Throws Failure when the file is missing, unreadable or empty. Front panels have a loader that tells.
+  void requireImage() const;
+
   // Each needs the port open and returns when the image has gone out, or when its sender has told the user why not.
 
   /// The DSP, and the whole of an older Velarc.

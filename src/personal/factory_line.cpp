@@ -1,5 +1,7 @@
 #include "personal/factory_line.h"
 
+#include "state/pages.h"
+
 namespace firmlane {
 
 FactoryLine::FactoryLine(SerialPort& port, ReceivePath& receivePath, Preset& preset, Supervision& supervision,
@@ -35,7 +37,7 @@ void FactoryLine::readyForNext(const std::string& verdict) {
   state_.ProgressPercent = 0;
   wizard_.setBar(0);
   showButtons();
-  state_.WizardPage = 0;
+  state_.WizardPage = classic_page::kTask;
 }
 
 std::string FactoryLine::verdict() const {

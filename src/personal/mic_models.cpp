@@ -1,12 +1,12 @@
 #include "personal/mic_models.h"
 
+#include "state/pages.h"
 #include "state/tell_failure.h"
 #include "state/text.h"
 
 namespace firmlane {
 
 namespace {
-constexpr int kProcedurePage = 7;
 constexpr std::int16_t kFactoryPort = 2;
 constexpr int kFull = 100;
 constexpr int kStartSeconds = 20;
@@ -140,7 +140,7 @@ void MicModels::leaveLine() {
   port_.Close();
   form1_.Command3.Enable();
   // Next ends the run on the page where a serial number run ends; there MicMode goes too.
-  state_.WizardPage = kProcedurePage;
+  state_.WizardPage = classic_page::kFlashed;
   state_.SerialStep = serial_step::kFinished;
 }
 

@@ -1,11 +1,11 @@
 #include "personal/serial_number.h"
 
+#include "state/pages.h"
 #include "state/text.h"
 
 namespace firmlane {
 
 namespace {
-constexpr int kProcedurePage = 7;
 constexpr std::int16_t kFactoryPort = 2;
 constexpr int kReportInterval = 100;
 constexpr int kShortestAnswer = 8;
@@ -32,7 +32,7 @@ void SerialNumber::btnSN_Click() {
   if (line_.busy()) {
     return;
   }
-  state_.WizardPage = kProcedurePage;
+  state_.WizardPage = classic_page::kFlashed;
   state_.FactoryFirstPass = false;
   form1_.Option2(1).Value = true;
   form1_.Option1(2).Value = true;

@@ -118,6 +118,10 @@ TEST_F(DetoursTest, APortThatIsGoneAtTheFinalCheckCanBeTriedAgain) {
   world.unit = [&] { report(2, 31, 2, 20); };
   world.click(form.btnNext);
   EXPECT_EQ(state.AutoPage, 19);
+  state.PortChosen = false;
+  world.portChosen = 0;
+  world.click(form.btnMore);
+  EXPECT_FALSE(state.VersionsComplete) << "what was read says nothing of another receiver";
 }
 
 TEST_F(DetoursTest, AFailedDownloadEndsTheDownloadingAndStaysOnThePage) {
@@ -184,32 +188,91 @@ TEST_F(DetoursTest, BackEndsTheWaitsOfTheOnlinePath) {
   }
 }
 
-TEST_F(DetoursTest, NextAfterBackTakesUpTheFetchThatIsStillUnderWay) {
+TEST_F(DetoursTest, NextAfterBackFetchesAnewAndNothingOfTheFirstFetchComes) {
   world.fetchTakes = 10 * kSecond;
   world.open(form, true, false);
   world.clickLater(2 * kSecond, form.btnBack);
   world.clickLater(4 * kSecond, form.btnNext);
-  world.after(12 * kSecond, [&] { world.host.choose(form.VersionList, 1); });
+  world.after(13 * kSecond, [&] { EXPECT_FALSE(state.CatalogueReady); });
+  world.after(15 * kSecond, [&] { world.host.choose(form.VersionList, 1); });
   world.click(form.btnNext);
+  world.run(16 * kSecond);
   EXPECT_EQ(state.AutoPage, 3);
   EXPECT_EQ(state.SelectedSystem, 1);
-  EXPECT_THAT(asked(), ElementsAre("fetch WS", "page 1 product 1", "page 2 product 1"));
+  EXPECT_THAT(asked(), ElementsAre("fetch WS", "fetch WS", "page 1 product 1", "page 2 product 1"));
 }
 
-TEST_F(DetoursTest, WhatTheUserDoesBesideAFetchLeftBehindStaysOnTheScreen) {
-  state.PortChosen = true;
-  world.fetchTakes = 10 * kSecond;
-  world.fetched = [this] {
-    form.lblMain.Caption = "no connection";
-    state.AutoPage = 19;
-    form.btnNext.Enable();
+TEST_F(DetoursTest, NextTriesAgainWhereAListDidNotCome) {
+  struct Failing {
+    const char* name;
+    std::function<void(Flow&)> fails;
   };
-  world.open(form, true, false);
-  world.clickLater(2 * kSecond, form.btnBack);
-  world.clickLater(3 * kSecond, form.chkReceiver);
-  world.clickLater(4 * kSecond, form.btnNext);
+  const Failing failures[] = {{"no connection",
+                               [](Flow& flow) {
+                                 flow.form.lblMain.Caption = "no connection";
+                                 flow.state.AutoPage = 19;
+                                 flow.state.WizardPage = 50;
+                                 flow.form.btnNext.Enable();
+                               }},
+                              {"a box", [](Flow&) {}}};
+  for (const Failing& failing : failures) {
+    SCOPED_TRACE(failing.name);
+    Flow flow;
+    flow.state.VersionPicked = true;
+    const auto comes = std::exchange(flow.world.fetched, [&] { failing.fails(flow); });
+    flow.world.open(flow.form, true, false);
+    flow.world.after(2 * kSecond, [&] { flow.world.fetched = comes; });
+    flow.world.clickLater(3 * kSecond, flow.form.btnNext);
+    flow.world.after(3200 * kMillisecond, [&] {
+      EXPECT_EQ(flow.form.lblMain.Caption, "");
+      EXPECT_FALSE(flow.form.btnNext.Enabled);
+    });
+    flow.world.click(flow.form.btnNext);
+    EXPECT_EQ(flow.state.AutoPage, 3);
+    EXPECT_THAT(flow.asked(), ElementsAre("fetch WS", "fetch WS", "page 1 product 1", "page 2 product 1"));
+  }
+}
+
+TEST_F(DetoursTest, WithoutASetOnDiskNothingIsComparedOrProgrammed) {
+  std::filesystem::remove(world.directory.path() / "wls.bin");
+  state.PortChosen = true;
+  world.open(form, false, true);
   world.click(form.btnNext);
-  expectPage(2, "The firmware version in your receiver is:\r\nYour version is NOT a released set", "Back Next");
+  EXPECT_THAT(form.lblMain.Caption.get(), testing::EndsWith("your hard drive is:\r\nVersion , released "));
+  for (int press = 0; press < 2; ++press) {
+    EXPECT_EQ(form.lblOutcome.Kind, "caution");
+    EXPECT_EQ(
+        form.lblOutcome.Caption,
+        "There is no firmware set on your hard drive.\r\rPlease download the latest firmware from Tolvex to this PC first.");
+    if (press == 0) {
+      world.click(form.btnNext);
+    }
+  }
+  expectPage(0, kOptionsPage, "Back Next Off Rec imgDL imgFlash");
+  EXPECT_THAT(asked(), ElementsAre("read"));
+}
+
+TEST_F(DetoursTest, ASecondChanceThatCameToNothingIsFollowedByTheSameProcessors) {
+  state.PortChosen = true;
+  state.LwxSysFile[0] = system("3.1", "2.31", "2.30", "1.2", "1.9");
+  world.open(form, false, true);
+  world.click(form.btnNext);
+  world.flash = [&] {
+    for (CheckBox* check : form.checks()) {
+      check->Value = 0;
+    }
+    state.TimedOut = true;
+  };
+  world.click(form.btnNext);
+  EXPECT_EQ(shown(form), "Next total lblTotal");
+  world.click(form.btnNext);
+  EXPECT_EQ(shown(form), "Next Off Rec imgDL imgFlash") << "the progress of the run that failed is gone";
+  world.flash = [&] { state.TimedOut = false; };
+  for (int press = 0; press < 3; ++press) {
+    world.click(form.btnNext);
+  }
+  EXPECT_EQ(shown(form), "reset Next total lblTotal");
+  EXPECT_THAT(asked(), ElementsAre("read", "flash 0", "read", "flash 0", "flash 1"));
 }
 
 TEST_F(DetoursTest, TheSecondHalfOfADoubleClickStartsNoSecondRun) {
@@ -279,6 +342,16 @@ TEST_F(DetoursTest, AdvancedOptionsShowTheSelections) {
     form.btnDetails.Click();
     EXPECT_EQ(form.Check1.Visible && form.Shape5.Visible && form.Label6.Visible, visible);
     EXPECT_EQ(form.btnDetails.Caption, visible ? "Hide Advanced Options" : "Show Advanced Options");
+  }
+}
+
+TEST_F(DetoursTest, TheDebugViewComesWithItsSwitchAlone) {
+  for (const bool wanted : {false, true}) {
+    Flow flow;
+    flow.state.DebugView = wanted;
+    flow.form.Show();
+    EXPECT_EQ(flow.world.frmDBUG.Visible, wanted);
+    EXPECT_EQ(flow.form.Left == flow.world.frmDBUG.Left + flow.world.frmDBUG.Width, wanted);
   }
 }
 

@@ -214,6 +214,13 @@ TEST_F(SystemFileTest, AVelarcIsRecognisedByDspAndHubInItsOwnFile) {
     velarcFile.ShowSysVer();
     EXPECT_EQ(state.MatchedSystem, row == 20 ? 20 : 99);
   }
+  const std::pair<const char*, const char*> others[] = {{"5.01", "1.10"}, {"5.02", "1.11"}};
+  for (const auto& [dsp, hub] : others) {
+    world.frmVRCAuto.DSP1.Caption = dsp;
+    world.frmVRCAuto.HUB1.Caption = hub;
+    velarcFile.ShowSysVer();
+    EXPECT_EQ(state.MatchedSystem, 99) << dsp << " " << hub;
+  }
   velarcFile.SaveSysFile();
   EXPECT_EQ(world.directory.read("VRC2Sys.vrc").size(), kFileBytes);
 }

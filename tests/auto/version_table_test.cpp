@@ -106,7 +106,11 @@ TEST_F(TableTest, UnreadableDisplayNamesAreToldAndTheRestGoesOn) {
   world.form1.List1.Lines = std::vector<std::string>(12, "X V1-y");
   table.ParseVersions();
   velarcTable.ParseVersions();
-  ASSERT_EQ(world.screen.boxes().size(), 3U);
+  for (const char* name : {"Hub 1.5-x", "Hub V1.5"}) {
+    world.form1.List1.Lines = {"DSP V1.05-May", name};
+    table.ParseVersions();
+  }
+  ASSERT_EQ(world.screen.boxes().size(), 5U);
   EXPECT_EQ(world.screen.boxes()[0].text, "Error reading LWX firmware versions. Please try again");
   EXPECT_EQ(world.screen.boxes()[1].text, "Error reading LWX firmware versions. Please try again");
   EXPECT_EQ(world.screen.boxes()[2].text, "Error reading Velarc2 firmware versions. Please try again");

@@ -32,6 +32,8 @@ std::string shown(const AutoForm& form) {
 }
 
 WizardBench::WizardBench() {
+  directory.write("wls.bin", "an image");
+  directory.write("vrc2.bin", "an image");
   form1.Command3.OnClick = [this] { pressNextOfForm1(); };
   frmVersion.OnLoad = [this] { loadVersion(); };
   frmPort.OnLoad = [this] {
@@ -91,11 +93,12 @@ void WizardBench::pressNextOfForm1() {
 }
 
 void WizardBench::fetch() {
+  const LeavableWait::Stay stay(fetching);
   const Micros until = queue.now() + fetchTakes;
-  while (queue.now() < until) {
+  while (!stay.left() && queue.now() < until) {
     queue.waitEventsUntil(until);
   }
-  if (fetched) {
+  if (fetched && !stay.left()) {
     fetched();
   }
 }

@@ -43,11 +43,17 @@ struct WizardBench : World {
   /// The port that the user chooses; closes the window without one when 0.
   int portChosen = 3;
 
+  /// The fetch that goes on, until the wizard gives it up.
+  LeavableWait fetching;
+
   /// What was asked of the fakes, in order.
   std::vector<std::string> log;
 
   AutoWizardSetting setting{host, wizard, files, state, form1, frmPort, frmVersion, frmRecover, frmDBUG, activity};
-  AutoWizardTies ties{[this] { return getFirmware(); }, [this](const std::string& path) { log.push_back("open " + path); }};
+  AutoWizardTies ties{.GetFirmware2 = [this] { return getFirmware(); },
+                      .StartDoc = [this](const std::string& path) { log.push_back("open " + path); },
+                      .abandonList = [this] { fetching.leave(); },
+                      .returnToFirstTaskPage = [this] { log.emplace_back("Form1 as at first"); }};
   WirelessWizard wireless{setting, ties, frmAuto};
   Velarc2Wizard velarc2{setting, ties, frmVRCAuto};
   Recovery recovery{state, frmRecover, [this] { wireless.LaunchFAQ(); }};

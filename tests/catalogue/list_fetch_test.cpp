@@ -76,6 +76,28 @@ TEST_F(Lists, EachProductReadsItsListAndKeepsACopy) {
   }
 }
 
+TEST_F(Lists, OfAFetchThatIsGivenUpNothingComes) {
+  for (const Micros late : {5 * kSecond, 0 * kSecond}) {  // the answer comes later, or in the same moment
+    http.answer(maker("/LWX/updateV4.txt"), ScriptedAnswer{.body = kList, .delay = kSecond + late});
+    state.InAutoWizard = true;
+    state.CatalogueReady = false;
+    std::string before;
+    after(kSecond, [&] {
+      EXPECT_TRUE(lists.underWay());
+      lists.abandon();
+      before = page();
+    });
+    fetch();
+    run(10 * kSecond);
+    EXPECT_EQ(page(), before);
+    EXPECT_THAT(before, testing::Not(testing::HasSubstr("ticking")));
+    EXPECT_FALSE(state.CatalogueReady || lists.underWay());
+    EXPECT_THAT(form1.List1.Lines.get(), IsEmpty());
+    EXPECT_THAT(boxes(), IsEmpty());
+    EXPECT_EQ(outcome(frmAuto), "");
+  }
+}
+
 TEST_F(Lists, SystemLinesFillTheRecordsOfTheProduct) {
   http.answer(maker("/LWX/updateV4.txt"), kList);
   fetch();

@@ -69,7 +69,11 @@ TEST_F(WebJobsTest, WhoGaveNothingHearsNothing) {
   state.ContactBlank = true;
   for (const ScriptedAnswer& answer :
        {ScriptedAnswer{.body = "1"}, ScriptedAnswer{.body = "0"}, ScriptedAnswer{.delay = kForever}}) {
+    const Micros before = queue.now();
     send(answer);
+    EXPECT_EQ(queue.now(), before) << "and waits for nothing";
+    EXPECT_EQ(http.requests().back(), request("BLANK,BLANK,BLANK,Wireless"));
+    run(70 * kSecond);
     EXPECT_THAT(boxes(), IsEmpty());
   }
 }

@@ -31,6 +31,9 @@ class ClassicTest : public testing::Test {
   World world_;
   std::vector<std::string> log_;
   bool downloadDone_ = true;
+  bool fetching_ = false;
+  std::function<void()> onRegister_ = [] {};
+  bool imageThere_ = true;
   bool velarcFrontReady_ = true;
   std::function<void()> onFlash_ = [] {};
   CommandSet commands_{world_.mainPort, world_.state, world_.frmAuto, world_.frmVRCAuto};
@@ -53,17 +56,28 @@ class ClassicTest : public testing::Test {
                      {.clearUrls = note("clear urls"),
                       .GetUpdateText = note("firmware list"),
                       .GetUpdateSOFT = note("software list"),
+                      .fetching = [this] { return fetching_; },
                       .GetFirmware2 = note("firmware"),
                       .GetSoftware = note("software"),
                       .downloadDone = [this] { return downloadDone_; },
                       .InstallSoftware = note("install"),
                       .LaunchRelNote = note("release notes"),
-                      .RegisterUserData = note("register"),
+                      .RegisterUserData =
+                          [this] {
+                            log_.emplace_back("register");
+                            onRegister_();
+                          },
                       .ConvertFront = note("convert"),
                       .loadVelarcFront =
                           [this] {
                             log_.emplace_back("load Velarc front");
                             return velarcFrontReady_;
+                          },
+                      .requireImage =
+                          [this] {
+                            if (!imageThere_) {
+                              throw Failure(53, "wls.bin is missing");
+                            }
                           },
                       .ConnectVelarc =
                           [this] {

@@ -79,6 +79,7 @@ TEST_F(PagesTest, TheOlderVelarcGoesFromListToDownloadToFlash) {
   next();
   EXPECT_EQ(state_.WizardPage, 2);
   EXPECT_TRUE(form1_.txtEmail.Visible);
+  onRegister_ = [this] { EXPECT_TRUE(form1_.List1.Visible) << "nobody waits before an empty page"; };
   next();
   EXPECT_TRUE(state_.ContactBlank);
   EXPECT_FALSE(form1_.txtEmail.Visible);
@@ -143,6 +144,67 @@ TEST_F(PagesTest, AnEmptyCatalogueIsToldAndLeadsBack) {
   next();
   EXPECT_EQ(world_.screen.boxes().back().text, "Error, didnt download any files");
   EXPECT_EQ(state_.WizardPage, 0);
+  EXPECT_TRUE(form1_.lblTop.Visible && form1_.Option1(2).Visible) << "what needs no list can still be chosen";
+}
+
+TEST_F(PagesTest, NextWaitsForAListOnItsWay) {
+  product(form1_.VRColdButton);
+  next();
+  fetching_ = true;
+  next();
+  EXPECT_EQ(state_.WizardPage, 1);
+  EXPECT_TRUE(world_.screen.boxes().empty());
+}
+
+TEST_F(PagesTest, AFailedDownloadBringsBackTheList) {
+  downloadDone_ = false;
+  state_.ProductCode = "VC";
+  state_.CatalogueReady = true;
+  state_.WizardPage = 3;
+  form1_.List1.AddItem("V4.90 - older");
+  form1_.List1.ListIndex = 0;
+  next();
+  EXPECT_EQ(state_.WizardPage, 3);
+  EXPECT_TRUE(form1_.List1.Visible && form1_.btnVRCrelnotef.Visible);
+  EXPECT_FALSE(form1_.ProgressBar1.Visible);
+  EXPECT_EQ(top(), "Please select the firmware version you wish to download from Tolvex and then click Next to continue");
+}
+
+TEST_F(PagesTest, TheFirstTaskPageComesBackAsItWasFromEveryStateOfAFetch) {
+  product(form1_.LWXButton);
+  const auto visible = [this] {
+    std::vector<std::string> names;
+    for (const Control* control : form1_.controls()) {
+      if (control->Visible && control->frame() == nullptr) {
+        names.push_back(control->name());
+      }
+    }
+    return names;
+  };
+  const std::vector<std::string> first = visible();
+  const std::string text = top();
+  state_.CatalogueReady = true;
+  state_.AutoDriving = true;
+  for (int presses = 1; presses <= 5; ++presses) {
+    SCOPED_TRACE(presses);
+    form1_.List1.ListIndex = -1;
+    world_.screen.answerOthers();
+    for (int press = 0; press < presses; ++press) {
+      form1_.Command3.Click();  // as a wizard presses it
+      form1_.lblStatus.Show();
+      form1_.lblOutcome.tell(OutcomeKind::Failure, "no list");
+      if (form1_.List1.Visible) {
+        form1_.List1.AddItem("V1");
+        form1_.List1.ListIndex = 0;
+      }
+    }
+    engine_.returnToFirstTaskPage();
+    form1_.Option1(3).Hide();
+    EXPECT_EQ(visible(), first);
+    EXPECT_EQ(top(), text);
+    EXPECT_EQ(state_.WizardPage, 0);
+    EXPECT_FALSE(form1_.Timer1.enabled());
+  }
 }
 
 TEST_F(PagesTest, APageWithoutAHandlerChangesOnlyItsNumberOnScreen) {
@@ -190,6 +252,7 @@ TEST_F(PagesTest, AUserWhoClosesThePortWindowStaysOnThePage) {
   next();
   EXPECT_EQ(state_.WizardPage, 5);
   EXPECT_FALSE(world_.frmPort.Visible);
+  EXPECT_FALSE(form1_.btnSN.Visible || form1_.btnMic.Visible) << "not the factory's build";
 
   state_.WizardPage = 0;
   state_.OldVelarc = true;
@@ -210,6 +273,17 @@ TEST_F(PagesTest, NextWhileThePortWindowIsUpOnlyBringsItForward) {
   });
   next();
   EXPECT_EQ(state_.WizardPage, 6);
+}
+
+TEST_F(PagesTest, MoreOptionsLeavesThePageThatWaitsForAPort) {
+  state_.ProductCode = "WS";
+  state_.WizardPage = 5;
+  form1_.Command1.Show();
+  world_.after(kSecond, [this] { world_.host.click(form1_.Command1); });
+  next();
+  EXPECT_EQ(state_.WizardPage, 0);
+  EXPECT_EQ(top(), kBackToStart);
+  EXPECT_FALSE(form1_.frmUC.Visible || world_.frmPort.Loaded);
 }
 
 TEST_F(PagesTest, TheVersionWindowStartsWithItsFlagsCleared) {
@@ -289,6 +363,29 @@ TEST_F(PagesTest, ARunThatCannotBeginIsToldAndLeavesTheButtonsLive) {
   EXPECT_TRUE(form1_.Command3.Enabled);
   EXPECT_FALSE(form1_.ProgressBar1.Visible);
   EXPECT_TRUE(state_.TimedOut) << "an auto wizard must not tick the processor off";
+}
+
+TEST_F(PagesTest, TheSecondHalfOfADoubleClickStartsNoSecondRun) {
+  state_.ProductCode = "WS";
+  state_.FrontImage = "48654865";
+  state_.WizardPage = 6;
+  form1_.Option4(4).Value = true;
+  EXPECT_EQ(world_.host.click(form1_.Command3), std::nullopt);
+  next();
+  EXPECT_THAT(log_, ElementsAre("convert", "flash FrontFlash"));
+}
+
+TEST_F(PagesTest, AProcessorWithoutAnImageIsNotErased) {
+  world_.screen.answerOthers();
+  imageThere_ = false;
+  state_.ProductCode = "WS";
+  state_.WizardPage = 6;
+  form1_.Option4(1).Value = true;
+  next();
+  EXPECT_THAT(log_, IsEmpty());
+  EXPECT_EQ(world_.screen.boxes().back().text, "Error: wls.bin is missing (#53)");
+  EXPECT_TRUE(state_.TimedOut);
+  EXPECT_EQ(form1_.lblOutcome.Kind, "failure");
 }
 
 TEST_F(PagesTest, AFrontPanelWithoutAnImageIsNotErased) {

@@ -109,7 +109,9 @@ class FactoryStartTest : public ClassicTest {
 
 TEST_F(FactoryStartTest, TheFirstNextGoesStraightToTheProductionPath) {
   EXPECT_TRUE(form1_.btnSN.Visible);
+  state_.SerialOnly = true;
   next();
+  EXPECT_FALSE(state_.SerialOnly);
   EXPECT_EQ(state_.ProductCode, "WS");
   EXPECT_EQ(state_.WizardPage, 5);
   EXPECT_EQ(form1_.lblTop.Caption.get(), "If you are ready to Update the firmware in your receiver now, click on Next\r\r");

@@ -9,6 +9,7 @@ namespace {
 const Step kFromDisk{"two options", "click chkReceiver; click btnNext"};
 const Step kOnline{"two options", "click ChkOffline; click btnNext"};
 constexpr const char* kRead = "on your hard drive is";
+constexpr const char* kGone = "Serial port COM 3 has gone: its adapter was pulled";
 constexpr const char* kRefused =
     "Your unit may require a successful FLASH upgrade to function properly.\rPlease check your connections and try to run the "
     "Wizard again.";
@@ -87,6 +88,61 @@ INSTANTIATE_TEST_SUITE_P(
                 {"page 20", ""}},
                "failure",
                "Serial port COM 3 is in use"},
+        Ending{
+            "LineLostWhileErasing",
+            Line::Wireless,
+            {kFromDisk, {kRead, "click btnNext"}, {"Erasing Flash Memory...", "unplug"}, {kGone, "answer OK"}, {"page 20", ""}},
+            "failure",
+            kGone},
+        Ending{"LineLostWhileSending",
+               Line::Wireless,
+               {kFromDisk,
+                {kRead, "click btnNext"},
+                {"Programming Flash Memory...", "unplug"},
+                {"Error encountered", "answer OK"},
+                {kGone, "answer OK"},
+                {"page 20", ""}},
+               "failure",
+               kGone},
+        Ending{
+            "NoImages",
+            Line::Wireless,
+            {kFromDisk, {kRead, "click btnNext"}, {"two options", ""}},
+            "caution",
+            "There is no firmware set on your hard drive.\r\rPlease download the latest firmware from Tolvex to this PC first.",
+            [](Story& story) {
+              for (const SetFile& file : setFiles(Line::Wireless, releases(Line::Wireless)[0])) {
+                std::filesystem::remove(story.directory.path() / file.name);
+              }
+            }},
+        Ending{"OneImageMissing",
+               Line::Wireless,
+               {kFromDisk, {kRead, "click btnNext"}, {"[Tolvex Firmlane] Error: ", "answer OK"}, {"page 20", ""}},
+               "failure",
+               "There is no image to program: nothing was sent, and nothing was erased",
+               [](Story& story) {
+                 std::filesystem::remove(story.directory.path() / setFiles(Line::Wireless, releases(Line::Wireless)[0])[1].name);
+               }},
+        Ending{"ListRefused",
+               Line::Wireless,
+               {kOnline, {"Error trying to connect: Refused (#111)", "answer OK"}, {"page 2", ""}},
+               "failure",
+               "Error trying to connect: Refused (#111)",
+               [](Story& story) {
+                 story.http.answer(updateListUrl(Line::Wireless), ScriptedAnswer{.failure = Failure(111, "Refused")});
+               }},
+        Ending{"DownloadBroken",
+               Line::Velarc2,
+               {kOnline,
+                {"listed below", "choose VersionList 0; click btnNext"},
+                {"Error trying download firmware: Broken (#104)", "answer OK"},
+                {"page 3", ""}},
+               "failure",
+               "Error trying download firmware: Broken (#104)",
+               [](Story& story) {
+                 story.http.answer(setFiles(Line::Velarc2, releases(Line::Velarc2)[0])[1].url,
+                                   ScriptedAnswer{.failure = Failure(104, "Broken")});
+               }},
         Ending{"NoPortToRead",
                Line::Wireless,
                {kFromDisk, {"frmPort", "close"}, {"No COM port has been chosen", "answer OK"}, {"two options", ""}},

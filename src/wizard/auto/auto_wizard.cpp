@@ -1,13 +1,13 @@
 #include "wizard/auto/auto_wizard.h"
 
+#include "state/pages.h"
 #include "state/text.h"
 
 namespace firmlane {
 
 namespace {
 constexpr int kMainHeightShort = 1215;  // leaves room for the options
-constexpr std::int16_t kWelcome = -1;
-constexpr std::int16_t kOptions = 0;
+namespace page = auto_page;
 constexpr const char* kFaq = "/Mic_FAQ_LWX_index.htm";
 }  // namespace
 
@@ -19,15 +19,15 @@ struct AutoWizard::Page {
 };
 
 const AutoWizard::Page AutoWizard::kPages[] = {
-    {kWelcome, &AutoWizard::nextOnWelcome, &AutoWizard::backToMainForm},
-    {kOptions, &AutoWizard::nextOnOptions, &AutoWizard::backToWelcome},
-    {2, &AutoWizard::nextOnUnit, &AutoWizard::backToOptions},
-    {3, &AutoWizard::nextOnSystems, &AutoWizard::backToOptions},
-    {4, &AutoWizard::nextOnDownloaded, &AutoWizard::backToOptions},
-    {5, &AutoWizard::nextOnProcessorDone, nullptr},
-    {6, &AutoWizard::nextOnAllDone, nullptr},
-    {10, &AutoWizard::nextOnDownloadOnly, nullptr},
-    {20, &AutoWizard::nextOnRestart, nullptr},
+    {page::kWelcome, &AutoWizard::nextOnWelcome, &AutoWizard::backToMainForm},
+    {page::kOptions, &AutoWizard::nextOnOptions, &AutoWizard::backToWelcome},
+    {page::kUnit, &AutoWizard::nextOnUnit, &AutoWizard::backToOptions},
+    {page::kSystems, &AutoWizard::nextOnSystems, &AutoWizard::backToOptions},
+    {page::kReady, &AutoWizard::nextOnDownloaded, &AutoWizard::backToOptions},
+    {page::kProcessorDone, &AutoWizard::nextOnProcessorDone, nullptr},
+    {page::kAllDone, &AutoWizard::nextOnAllDone, nullptr},
+    {page::kDownloadOnly, &AutoWizard::nextOnDownloadOnly, nullptr},
+    {page::kRestart, &AutoWizard::nextOnRestart, nullptr},
 };
 
 AutoWizard::AutoWizard(const AutoWizardSetting& setting, AutoWizardTies ties, const WizardWindow& window,
@@ -75,7 +75,7 @@ void AutoWizard::Form_Load() {
   // What the sister wizard has compared and found says nothing of a unit of this one.
   forgetUnit();
   state_.FinalCheckFailed = false;
-  state_.AutoPage = kWelcome;
+  state_.AutoPage = page::kWelcome;
   form_.lblMain.Caption = product_.texts.welcome;
   form_.centre();
   if (product_.opensDebugView && state_.DebugView) {
@@ -96,13 +96,11 @@ void AutoWizard::options_Click() {
     step->Enabled = form_.chkReceiver.checked();
   }
   form_.btnNext.Enabled = form_.ChkOffline.checked() || form_.chkReceiver.checked();
-  noteView();
 }
 
 void AutoWizard::btnNext_Click() {
   clearOutcome();
   next();
-  noteView();
 }
 
 void AutoWizard::next() {
@@ -111,6 +109,10 @@ void AutoWizard::next() {
   form_.chkReceiver.Hide();
   takeCharge();
   form_.btnRelNote.Hide();
+  if (listWait_.underWay()) {
+    tryAgain_ = true;  // the handler that waits further down the stack sees to it
+    return;
+  }
   for (const Page& page : kPages) {
     if (page.number == state_.AutoPage) {
       (this->*page.next)();
@@ -132,11 +134,12 @@ void AutoWizard::forgetUnit() {
   state_.VersionsCompared = false;
   state_.ProgressSized = false;
   progress_.clear();
+  driver_.forgetUnfinished();
 }
 
 void AutoWizard::nextOnWelcome() {
   form_.lblMain.Height = kMainHeightShort;
-  state_.AutoPage = kOptions;
+  state_.AutoPage = page::kOptions;
   form_.lblMain.Caption = kOptionsText;
   form_.ChkOffline.Show();
   form_.chkReceiver.Show();
@@ -148,24 +151,26 @@ void AutoWizard::nextOnWelcome() {
 void AutoWizard::btnBack_Click() {
   form_.btnRelNote.Hide();
   clearOutcome();
-  if (waiting_) {
+  if (listWait_.underWay()) {
     // Also when a failed fetch has moved the page meanwhile: the wait is what the user leaves.
+    listWait_.leave();
+    ties_.abandonList();
     backToOptions();
-  } else {
-    for (const Page& page : kPages) {
-      if (page.number == state_.AutoPage && page.back != nullptr) {
-        (this->*page.back)();
-        break;
-      }
+    return;
+  }
+  for (const Page& page : kPages) {
+    if (page.number == state_.AutoPage && page.back != nullptr) {
+      (this->*page.back)();
+      return;
     }
   }
-  noteView();
 }
 
 void AutoWizard::backToMainForm() {
   Form1& form1 = setting_.form1;
   forgetUnit();
-  state_.WizardPage = 0;
+  ties_.returnToFirstTaskPage();
+  state_.WizardPage = classic_page::kTask;
   form1.Option1(3).Hide();
   state_.AutoDriving = false;
   form1.Show();
@@ -177,7 +182,7 @@ void AutoWizard::backToMainForm() {
 }
 
 void AutoWizard::backToWelcome() {
-  state_.AutoPage = kWelcome;
+  state_.AutoPage = page::kWelcome;
   form_.lblMain.Caption = product_.texts.welcomeAgain;
   form_.centre();
   form_.ChkOffline.Caption = kDownloadOptionAgain;
@@ -191,11 +196,10 @@ void AutoWizard::backToWelcome() {
 }
 
 void AutoWizard::backToOptions() {
-  waiting_ = false;
-  if (state_.AutoPage == 4) {
+  if (state_.AutoPage == page::kReady) {
     forgetUnit();  // the user left a unit that is current alone
   }
-  state_.AutoPage = kOptions;
+  state_.AutoPage = page::kOptions;
   showOptions();
   form_.VersionList.Hide();
 }
@@ -220,7 +224,7 @@ void AutoWizard::clearOutcome() {
 }
 
 void AutoWizard::btnMore_Click() {
-  state_.AutoPage = kOptions;
+  state_.AutoPage = page::kOptions;
   form_.btnMore.Hide();
   state_.VersionsComplete = false;
   form_.btnNext.Show();
@@ -240,13 +244,5 @@ void AutoWizard::VersionList_Click() {
 void AutoWizard::LaunchRelNote() { ties_.StartDoc(product_.releaseNotes); }
 
 void AutoWizard::LaunchFAQ() { ties_.StartDoc(kFaq); }
-
-void AutoWizard::noteView() { view_ = {state_.AutoPage, form_.lblMain.Caption, form_.btnNext.Enabled}; }
-
-void AutoWizard::restoreView() {
-  state_.AutoPage = view_.page;
-  form_.lblMain.Caption = view_.main;
-  form_.btnNext.Enabled = view_.nextEnabled;
-}
 
 }  // namespace firmlane

@@ -3,8 +3,10 @@
 // serves stands in its parameters alone.
 #pragma once
 
+#include <functional>
 #include <string>
 
+#include "progress/leavable_wait.h"
 #include "wizard/auto/auto_wizard_setting.h"
 #include "wizard/auto/overall_progress.h"
 #include "wizard/auto/page_texts.h"
@@ -72,18 +74,20 @@ class AutoWizard {
   [[nodiscard]] bool readUnit();
   [[nodiscard]] std::string versionText();
   void takeListOfSystems();
-  [[nodiscard]] bool pressNextOfForm1();
+  void fetchList(const LeavableWait::Stay& stay);
+  [[nodiscard]] bool await(const LeavableWait::Stay& stay, const std::function<bool()>& done);
+  void walkForm1ToItsList(const LeavableWait::Stay& stay);
   void offerSystems();
   [[nodiscard]] bool systemPicked() const;
   void takeSystemPicked();
   void takeSetOnDisk();
+  void tellNoSet();
+  void decideWhatToProgram();
   [[nodiscard]] bool confirmReflash();
   void programOne();
   void showVerdict();
   void tellVerdict();
   void showOptions();
-  void noteView();
-  void restoreView();
 
   AutoWizardSetting setting_;
   AutoWizardTies ties_;
@@ -100,18 +104,12 @@ class AutoWizard {
   UnitReading reading_;
   ProcessorReports reports_;
 
-  /// The waits for the list of systems and for the user's pick go on. Back ends them.
-  bool waiting_ = false;
-  /// A click of Form1.Command3 for the list is on the stack; Back can have left it behind.
-  bool fetching_ = false;
+  /// The wait for the list of systems and for the user's pick. Back leaves it.
+  LeavableWait listWait_;
+  /// The user has pressed Next where a list did not come.
+  bool tryAgain_ = false;
   /// A list of this product has come before.
   bool listKnown_ = false;
-  /// What the user sees while a fetch that was left behind is still on the stack.
-  struct View {
-    std::int16_t page = 0;
-    std::string main;
-    bool nextEnabled = true;
-  } view_;
 };
 
 }  // namespace firmlane

@@ -36,6 +36,10 @@ struct AutoWizardTies {
   std::function<bool()> GetFirmware2;
   /// Opens a path of the maker's web site in the user's browser. Tells a failure itself.
   std::function<void(const std::string& path)> StartDoc;
+  /// Gives up the fetch of the list that a press of Form1.Command3 has begun; nothing of it comes any more.
+  std::function<void()> abandonList = [] {};
+  /// Form1 asks again what to do, as when its product had just been chosen.
+  std::function<void()> returnToFirstTaskPage = [] {};
 };
 
 }  // namespace firmlane

@@ -1,5 +1,5 @@
 // Pages up to the download: the unit is read, the list of systems fetched, a system picked.
-#include "platform/scope.h"
+#include "state/pages.h"
 #include "state/text.h"
 #include "wizard/auto/auto_wizard.h"
 
@@ -14,7 +14,7 @@ void AutoWizard::nextOnOptions() {
   if (form_.chkReceiver.checked() && !readUnit()) {
     return;
   }
-  state_.AutoPage = 2;
+  state_.AutoPage = auto_page::kUnit;
   form_.btnNext.Enable();
   next();
 }
@@ -39,8 +39,11 @@ bool AutoWizard::readUnit() {
   table_.LoadVersions();
   file_.ShowSysVer();
   form_.lblMain.Caption = versionText();
+  if (!form_.ChkOffline.checked() && !file_.imagesThere()) {
+    tellNoSet();
+  }
   reading_.finish();
-  state_.AutoPage = 2;
+  state_.AutoPage = auto_page::kUnit;
   form_.btnNext.Enable();
   return false;
 }
@@ -73,57 +76,65 @@ void AutoWizard::nextOnUnit() {
   }
 }
 
-/// The online path. Both its waits, for the list and for the user's pick, have no limit of their own: Back and Exit end them.
+/// The online path. Its waits, for the list and for the user's pick, have no limit of their own: Back and Exit end them. Where
+/// the list did not come Next tries again.
 void AutoWizard::takeListOfSystems() {
-  waiting_ = true;
-  if (fetching_) {
-    return;  // the fetch that Back left behind is still on the stack below; it goes on for this press
+  const LeavableWait::Stay stay(listWait_);
+  const std::string page = form_.lblMain.Caption;
+  do {
+    tryAgain_ = false;
+    form_.lblMain.Caption = page;
+    form_.VersionList.Hide();
+    form_.btnNext.Disable();
+    state_.AutoPage = auto_page::kUnit;
+    fetchList(stay);
+    if (!await(stay, [this] { return state_.CatalogueReady; })) {
+      continue;
+    }
+    walkForm1ToItsList(stay);
+    if (stay.left()) {
+      return;
+    }
+    offerSystems();
+    if (await(stay, [this] { return systemPicked(); })) {
+      takeSystemPicked();
+    }
+  } while (tryAgain_ && !stay.left());
+}
+
+/// Whether it has come, before the user left or wanted another try.
+bool AutoWizard::await(const LeavableWait::Stay& stay, const std::function<bool()>& done) {
+  while (!stay.left() && !tryAgain_ && !done()) {
+    setting_.host.queue().WaitEvents();
   }
-  state_.WizardPage = 0;
+  return !stay.left() && !tryAgain_;
+}
+
+void AutoWizard::fetchList(const LeavableWait::Stay& stay) {
+  state_.WizardPage = classic_page::kTask;
   state_.ProductCode = product_.ProductCode;
   state_.AutoDriving = true;
   if (!listKnown_) {
     state_.CatalogueReady = false;  // what has come so far was a list of something else
   }
-  if (!pressNextOfForm1()) {
-    return;
+  setting_.form1.Command3.Click();
+  if (!stay.left() && !state_.CatalogueReady && state_.WizardPage == classic_page::kFirmwareFetched) {
+    form_.btnNext.Enable();  // the fetch has failed in a box, and nothing on the page leads on
   }
-  EventQueue& queue = setting_.host.queue();
-  while (!state_.CatalogueReady) {
-    queue.WaitEvents();
-    if (!waiting_) {
-      return;
-    }
-  }
-  listKnown_ = true;
-  setting_.form1.Option2(1).Value = true;
-  if (!pressNextOfForm1()) {
-    return;
-  }
-  queue.PumpEvents();
-  if (!waiting_ || !pressNextOfForm1()) {
-    return;
-  }
-  offerSystems();
-  while (!systemPicked()) {
-    queue.WaitEvents();
-    if (!waiting_) {
-      return;
-    }
-  }
-  takeSystemPicked();
 }
 
-/// False when the user has meanwhile gone back; the screen is then as Back, and what came after it, left it.
-bool AutoWizard::pressNextOfForm1() {
-  {
-    const Raised fetching(fetching_);
+/// Through the pages between the fetch and the list, which have nothing for this wizard.
+void AutoWizard::walkForm1ToItsList(const LeavableWait::Stay& stay) {
+  listKnown_ = true;
+  setting_.form1.Option2(1).Value = true;
+  if (state_.WizardPage != classic_page::kFirmwareFetched) {
+    return;  // an earlier list stands in for one that did not come
+  }
+  setting_.form1.Command3.Click();
+  setting_.host.queue().PumpEvents();
+  if (!stay.left()) {
     setting_.form1.Command3.Click();
   }
-  if (!waiting_) {
-    restoreView();
-  }
-  return waiting_;
 }
 
 void AutoWizard::offerSystems() {
@@ -139,23 +150,35 @@ void AutoWizard::offerSystems() {
 bool AutoWizard::systemPicked() const { return state_.VersionPicked && state_.SelectedSystem < form_.VersionList.ListCount(); }
 
 void AutoWizard::takeSystemPicked() {
-  waiting_ = false;
   table_.ParseVersionsSys();
   table_.selectAll();
   form_.btnNext.Enable();
   file_.UpdateFileSysVer();
   file_.SaveSysFile();
-  state_.AutoPage = 3;
+  state_.AutoPage = auto_page::kSystems;
 }
 
 void AutoWizard::takeSetOnDisk() {
   file_.ReadSysFile();
+  if (!file_.imagesThere()) {
+    backToOptions();
+    tellNoSet();
+    return;
+  }
   (state_.*product_.systems)[0] = file_.setOnDisk();
   table_.ParseVersionsSys();
   state_.SelectedSystem = 0;
   form_.btnNext.Enable();
-  state_.AutoPage = 4;
+  state_.AutoPage = auto_page::kReady;
   next();
+}
+
+/// Nothing can be compared with a set that is not there, nor programmed from it.
+void AutoWizard::tellNoSet() {
+  setting_.wizard.tellOutcome(
+      OutcomeKind::Caution,
+      "There is no firmware set on your hard drive.\r\rPlease download the latest firmware from Tolvex to "
+      "this PC first.");
 }
 
 void AutoWizard::nextOnSystems() {
@@ -177,7 +200,7 @@ void AutoWizard::nextOnSystems() {
   table_.ParseVersionsSys();  // the user may have clicked another line after the first
   file_.UpdateFileSysVer();
   file_.SaveSysFile();
-  state_.AutoPage = 4;
+  state_.AutoPage = auto_page::kReady;
   form_.prgTotal.Value = 1;
 }
 

@@ -1,33 +1,40 @@
 // Pages from the decision what to program to the verdict, and the pages that lead back to the options.
+#include "state/pages.h"
 #include "wizard/auto/auto_wizard.h"
 
 namespace firmlane {
 
 void AutoWizard::nextOnDownloaded() {
   if (!form_.chkReceiver.checked()) {
-    state_.AutoPage = 10;
+    state_.AutoPage = auto_page::kDownloadOnly;
     next();
     return;
   }
-  if (!state_.RecoverChosen && !state_.VersionsCompared) {
-    table_.CompareVersions();
-  }
-  if (!state_.RecoverChosen) {
-    table_.dropUnreachable();
-  }
+  decideWhatToProgram();
   progress_.CalcProgress();
   if (!product_.totalShownAfterQuestions) {
-    form_.prgTotal.Show();
+    progress_.show();
   }
   state_.VersionsCompared = true;
   if (!table_.anySelected() && !confirmReflash()) {
     return;
   }
   if (product_.totalShownAfterQuestions) {
-    form_.prgTotal.Show();
-    form_.lblTotal.Show();
+    progress_.show();
   }
   programOne();
+}
+
+/// Each unit is compared once. After a run that failed what is left of the selection holds, and what that run has taken back.
+void AutoWizard::decideWhatToProgram() {
+  if (!state_.RecoverChosen && !state_.VersionsCompared) {
+    table_.CompareVersions();
+  } else if (!table_.anySelected()) {
+    driver_.selectUnfinished();
+  }
+  if (!state_.RecoverChosen) {
+    table_.dropUnreachable();
+  }
 }
 
 /// The unit is current: whether the user wants it programmed all the same. Cancel ends the program.
@@ -58,27 +65,27 @@ void AutoWizard::programOne() {
   driver_.UpdateReceiver();
   reports_.tellSelected();
   if (state_.TimedOut) {
-    state_.AutoPage = 20;
+    state_.AutoPage = auto_page::kRestart;
     form_.btnNext.Enable();
     form_.Progress1.Hide();
     form_.lblReset.Hide();
     return;
   }
   form_.btnNext.Enable();
-  state_.AutoPage = 5;
+  state_.AutoPage = auto_page::kProcessorDone;
   if (table_.anySelected()) {
     texts_.LoadTurnOFFMSG();
   } else {
     texts_.CheckVerMSG();
     form_.Progress1.Hide();
-    state_.AutoPage = 6;
+    state_.AutoPage = auto_page::kAllDone;
   }
   setting_.host.queue().PumpEvents();
 }
 
 void AutoWizard::nextOnProcessorDone() {
   form_.Progress1.Value = 100;
-  state_.AutoPage = 4;
+  state_.AutoPage = auto_page::kReady;
   next();
 }
 
@@ -120,7 +127,7 @@ void AutoWizard::showVerdict() {
     form_.btnMore.Show();
   }
   tellVerdict();
-  state_.AutoPage = 19;
+  state_.AutoPage = auto_page::kVerdict;
   form_.btnNext.Disable();
   form_.btnNext.Hide();
 }
@@ -139,13 +146,14 @@ void AutoWizard::nextOnDownloadOnly() {
   form_.chkReceiver.Value = 1;
   form_.btnBack.Hide();
   texts_.LoadDLNoReceiverMSG();
-  state_.AutoPage = 20;
+  state_.AutoPage = auto_page::kRestart;
 }
 
 void AutoWizard::nextOnRestart() {
   form_.lblBottom.Hide();
+  progress_.hide();  // of a run that has failed; the next one takes it up again
   reading_.clearFlags();
-  state_.AutoPage = 0;
+  state_.AutoPage = auto_page::kOptions;
   showOptions();
 }
 

@@ -30,10 +30,19 @@ void OverallProgress::finish() {
   }
 }
 
-void OverallProgress::clear() {
+void OverallProgress::show() {
+  form_.prgTotal.Show();
+  form_.lblTotal.Show();
+}
+
+void OverallProgress::hide() {
   form_.prgTotal.Hide();
-  form_.prgTotal.Value = 0;
   form_.lblTotal.Hide();
+}
+
+void OverallProgress::clear() {
+  hide();
+  form_.prgTotal.Value = 0;
 }
 
 }  // namespace firmlane

@@ -16,6 +16,8 @@ class OverallProgress {
   void advance();
   /// Brings the bar to its end if it is not there.
   void finish();
+  void show();
+  void hide();
   /// Hides and empties it for another unit.
   void clear();
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "catalogue/download_source.h"
 #include "state/tell_failure.h"
 #include "state/text.h"
 
@@ -26,6 +27,15 @@ SystemRecord recordFrom(ByteSpan bytes) {
     next += field.kSize;
   });
   return record;
+}
+
+/// A place that cannot be looked at may hold the file; who opens it then is told why not.
+bool isMissing(const std::string& path) {
+  try {
+    return Files::isMissing(path);
+  } catch (const Failure&) {
+    return false;
+  }
 }
 
 bool isFree(const SystemRecord& row) {
@@ -91,6 +101,15 @@ int SystemFile::firstFreeRow() {
 bool SystemFile::knows(const SystemRecord& system) {
   return std::any_of(table().begin() + 1, table().end(),
                      [&system](const SystemRecord& row) { return row.SystemVersion == system.SystemVersion; });
+}
+
+bool SystemFile::imagesThere() const {
+  for (int line = 0; line < product_.firmwareLines; ++line) {
+    if (!isMissing(setting_.files.path(firmwareSource(setting_.state, line, {}, {}).name))) {
+      return true;
+    }
+  }
+  return false;
 }
 
 void SystemFile::ShowSysVer() {

@@ -28,6 +28,8 @@ class SystemFile {
   /// Looks up the unit's versions, as the version table shows them; sets MatchedSystem.
   void ShowSysVer();
 
+  /// Whether any image of the product's sets lies on disk. Who put them there does not matter.
+  [[nodiscard]] bool imagesThere() const;
   /// The set on disk.
   [[nodiscard]] SystemRecord& setOnDisk() { return table()[0]; }
   /// The row that ShowSysVer found, nullptr for none.

@@ -2,13 +2,10 @@
 
 #include <algorithm>
 
+#include "state/pages.h"
 #include "state/text.h"
 
 namespace firmlane {
-
-namespace {
-constexpr std::int16_t kFlashPage = 6;  // of the classic wizard: Next starts a flash run
-}  // namespace
 
 bool UpdateDriver::GetFirmware() {
   for (int line = 0; line < product_.firmwareLines; ++line) {
@@ -37,15 +34,34 @@ void UpdateDriver::UpdateReceiver() {
     setting_.frmDBUG.lblBytes.Caption = "0";
     setting_.frmDBUG.lblErrors.Caption = "About to Start Communications with Receiver";
   }
+  // A unit that gets its second chance loses all selections. When that comes to nothing too, they are to be done still.
+  unfinished_ = selectedBoxes();
   setting_.form1.Command3.Click();
   if (!setting_.state.TimedOut) {
+    unfinished_.clear();
     window_.rows[static_cast<std::size_t>(step->row)].selection.Value = 0;
+  }
+}
+
+std::vector<CheckBox*> UpdateDriver::selectedBoxes() const {
+  std::vector<CheckBox*> boxes;
+  for (const VersionRow& row : window_.rows) {
+    if (row.selection.checked()) {
+      boxes.push_back(&row.selection);
+    }
+  }
+  return boxes;
+}
+
+void UpdateDriver::selectUnfinished() {
+  for (CheckBox* selection : unfinished_) {
+    selection->Value = 1;
   }
 }
 
 void UpdateDriver::choose(const char* processorNo, int option) {
   setting_.form1.Option4(option).Value = true;
-  setting_.state.WizardPage = kFlashPage;
+  setting_.state.WizardPage = classic_page::kPowerOff;  // Next starts a flash run there
   texts_.ProcessorNo = processorNo;
   texts_.LoadProgramMSG();
 }

@@ -20,16 +20,24 @@ class UpdateDriver {
   /// is over, at once when nothing is selected.
   void UpdateReceiver();
 
+  /// Selects again what a run has taken back that then came to nothing; nothing when there was none.
+  void selectUnfinished();
+  void forgetUnfinished() { unfinished_.clear(); }
+
   /// Makes everything ready for the run of one processor: `processorNo` as the user knows it, `option` the index of
   /// Form1.Option4.
   void choose(const char* processorNo, int option);
 
  private:
+  [[nodiscard]] std::vector<CheckBox*> selectedBoxes() const;
+
   const AutoWizardSetting& setting_;
   const AutoWizardTies& ties_;
   const WizardWindow& window_;
   PageTexts& texts_;
   const ProductParameters& product_;
+  /// What was selected when a run began that timed out.
+  std::vector<CheckBox*> unfinished_;
 };
 
 }  // namespace firmlane

@@ -7,59 +7,72 @@ namespace firmlane {
 
 namespace {
 
-constexpr int kFirmwareList = 3;
-constexpr int kSoftwareList = 22;
-
-template <typename Action>
-void withContactForm(Form1& form1, Action action) {
+void showContactForm(Form1& form1, bool visible) {
   for (Control* control : std::initializer_list<Control*>{&form1.lblFirst, &form1.txtFirst, &form1.lblLast, &form1.txtLast,
                                                           &form1.lblEmail, &form1.txtEmail}) {
-    action(*control);
+    control->Visible = visible;
   }
 }
 
 }  // namespace
 
-void PageEngine::leaveFetched(int contactPage) {
+void PageEngine::leaveFetched(std::int16_t contactPage) {
   if (!state_.CatalogueReady) {
     host_.showFailure("Error, didnt download any files");
-    state_.WizardPage = 0;
+    backToStart();
     return;
   }
   form1_.lblConnect.Hide();
   form1_.lblStatus.Hide();
   form1_.ProgressBar1.Hide();
-  withContactForm(form1_, [](Control& control) { control.Show(); });
+  showContactForm(form1_, true);
   form1_.lblTop.Caption =
       "If you would like to be notified of future firmware or remote software updates, please enter your contact information "
       "below.";
   form1_.lblTop.Show();
-  state_.WizardPage = static_cast<std::int16_t>(contactPage);
+  state_.WizardPage = contactPage;
+}
+
+/// Whatever a list, a download or a run has left on the page.
+void PageEngine::clearPage() {
+  showContactForm(form1_, false);
+  for (Control* control :
+       std::initializer_list<Control*>{&form1_.lblConnect, &form1_.lblStatus, &form1_.ProgressBar1, &form1_.lblProgressInfo,
+                                       &form1_.List1, &form1_.btnVRCrelnotef, &form1_.frmUC}) {
+    control->Hide();
+  }
 }
 
 void PageEngine::leaveFirmwareContact() {
-  leaveContact();
+  hideContact();
+  showFirmwareList();
+  state_.WizardPage = classic_page::kFirmwareList;
+  registerContact();
+}
+
+void PageEngine::showFirmwareList() {
+  form1_.List1.Show();
   form1_.lblTop.Caption = "Please select the firmware version you wish to download from Tolvex and then click Next to continue";
   if (state_.ProductCode == "VC" && state_.CatalogueReady) {
     form1_.btnVRCrelnotef.Show();
   }
-  state_.WizardPage = kFirmwareList;
 }
 
 void PageEngine::leaveSoftwareContact() {
-  leaveContact();
+  hideContact();
+  form1_.List1.Show();
   form1_.lblTop.Caption = "Please select the software version you wish to download from Tolvex and then click Next to continue";
-  state_.WizardPage = kSoftwareList;
+  state_.WizardPage = classic_page::kSoftwareList;
+  registerContact();
 }
 
-void PageEngine::leaveContact() {
+void PageEngine::hideContact() {
   state_.ContactBlank =
       form1_.txtFirst.Text.get().empty() && form1_.txtLast.Text.get().empty() && form1_.txtEmail.Text.get().empty();
-  withContactForm(form1_, [](Control& control) { control.Hide(); });
-  registerContact();
-  form1_.List1.Show();
+  showContactForm(form1_, false);
 }
 
+/// The page that comes next stands already: a server that takes its time keeps nobody before an empty one.
 void PageEngine::registerContact() {
   // An auto wizard walks through this page in code, with the window hidden: its user has filled in nothing.
   if (!form1_.Visible) {
@@ -105,7 +118,14 @@ void PageEngine::downloadFirmware() {
   form1_.Command3.Disable();
   operations_.GetFirmware2();
   form1_.Command3.Enable();
-  state_.WizardPage = 4;
+  if (!operations_.downloadDone()) {
+    // Told already. The list stands there again, so that the user can try once more, or another version.
+    form1_.ProgressBar1.Hide();
+    form1_.lblProgressInfo.Hide();
+    showFirmwareList();
+    return;
+  }
+  state_.WizardPage = classic_page::kFirmwareDownloaded;
 }
 
 void PageEngine::offerReleaseNotes() {
@@ -118,7 +138,7 @@ void PageEngine::offerReleaseNotes() {
   const std::string unit = state_.ProductCode == "VC" ? "Vel-Arc" : "receiver";
   form1_.lblTop.Caption = "If you are ready to update the firmware in your " + unit +
                           " now, click on Next\r\rOtherwise, click on Exit or More Options";
-  state_.WizardPage = 5;
+  state_.WizardPage = classic_page::kReadyToFlash;
   form1_.Command1.Show();
 }
 
@@ -137,7 +157,7 @@ void PageEngine::downloadSoftware() {
   form1_.Command3.Disable();
   operations_.GetSoftware();
   form1_.Command3.Enable();
-  state_.WizardPage = 23;
+  state_.WizardPage = classic_page::kSoftwareDownloaded;
 }
 
 void PageEngine::install() {

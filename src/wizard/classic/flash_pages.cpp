@@ -1,7 +1,7 @@
 // Page 0, the choice of task, and pages 5 to 7: towards a flash run, the run, and what follows it.
 #include <array>
 
-#include "platform/scope.h"
+#include "state/tell_failure.h"
 #include "wizard/classic/page_engine.h"
 
 namespace firmlane {
@@ -57,13 +57,13 @@ void PageEngine::chooseTask() {
       form1_.Option1(1).Value = true;
     }
   }
-  state_.WizardPage = 1;
+  state_.WizardPage = classic_page::kFirmwareFetched;
   switch (form1_.Option1.selected()) {
     case 0:
-      fetchList(1, operations_.GetUpdateText);
+      fetchList(classic_page::kFirmwareFetched, operations_.GetUpdateText);
       break;
     case 1:
-      fetchList(20, operations_.GetUpdateSOFT);
+      fetchList(classic_page::kSoftwareFetched, operations_.GetUpdateSOFT);
       break;
     case 2:
       prepareFlash();
@@ -82,8 +82,8 @@ void PageEngine::openAutoWizard(AutoForm& wizard) {
   form1_.Hide();
 }
 
-void PageEngine::fetchList(int page, const std::function<void()>& fetch) {
-  state_.WizardPage = static_cast<std::int16_t>(page);
+void PageEngine::fetchList(std::int16_t page, const std::function<void()>& fetch) {
+  state_.WizardPage = page;
   for (int i = 0; i < form1_.Option1.count(); ++i) {
     form1_.Option1(i).Hide();
   }
@@ -98,7 +98,7 @@ void PageEngine::fetchList(int page, const std::function<void()>& fetch) {
 }
 
 void PageEngine::prepareFlash() {
-  state_.WizardPage = 5;
+  state_.WizardPage = classic_page::kReadyToFlash;
   for (int i = 0; i < form1_.Option1.count(); ++i) {
     form1_.Option1(i).Hide();
   }
@@ -119,7 +119,7 @@ void PageEngine::showVersions() {
     state_.VersionsRead = false;
     forms_.frmVersion.ShowModal();
   }
-  state_.WizardPage = 0;
+  state_.WizardPage = classic_page::kTask;
 }
 
 bool PageEngine::portChosen() {
@@ -127,19 +127,19 @@ bool PageEngine::portChosen() {
     return true;
   }
   forms_.frmPort.Show();
-  const Raised asking(askingForPort_);
+  const LeavableWait::Stay asking(askingForPort_);
   // The factory's procedures choose a port too, and would lead this click astray.
   if (state_.FactoryBuild) {
     line_.hideButtons();
   }
   // A user who closes the window has chosen nothing and stays on the page.
-  while (!state_.PortChosen && forms_.frmPort.Loaded) {
+  while (!asking.left() && !state_.PortChosen && forms_.frmPort.Loaded) {
     host_.queue().WaitEvents();
   }
   if (state_.FactoryBuild) {
     line_.showButtons();
   }
-  return state_.PortChosen;
+  return state_.PortChosen && !asking.left();
 }
 
 void PageEngine::askPowerOff() {
@@ -152,11 +152,12 @@ void PageEngine::askPowerOff() {
     form1_.lblTop.Caption = powerOffText({"Receiver", "Receivers", "on the network"});
     form1_.frmUC.Show();
   }
-  state_.WizardPage = 6;
+  state_.WizardPage = classic_page::kPowerOff;
   form1_.Command1.Hide();
 }
 
 void PageEngine::flash() {
+  const LeavableWait::Stay flashing(flashing_);
   if (form1_.frmUC.Visible && form1_.Option4.selected() < 0) {
     host_.showMessage("Please select the processor to flash and then click Next to continue");
     return;
@@ -181,7 +182,7 @@ void PageEngine::flash() {
       operations_.ConnectVelarc();
     } else {
       state_.TimedOut = true;
-      state_.WizardPage = 5;
+      state_.WizardPage = classic_page::kReadyToFlash;
       form1_.lblTop.Caption = readyText();
       wizard_.tellOutcome(OutcomeKind::Failure, "There is no image to program: nothing was sent, and nothing was erased");
     }
@@ -210,6 +211,12 @@ void PageEngine::loadFront() {
 bool PageEngine::imageReady() {
   if (state_.FlashTarget == "Front1Flash" || state_.FlashTarget == "Front2Flash") {
     return operations_.loadVelarcFront();
+  }
+  try {
+    operations_.requireImage();
+  } catch (const Failure& failure) {
+    tellFailure(host_, state_, "Error: ", failure);
+    return false;
   }
   // A file that could not be read has been told. What was read before still serves; without any image a run would erase the
   // panel and have nothing to send.

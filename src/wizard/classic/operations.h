@@ -12,6 +12,8 @@ struct ClassicOperations {
   std::function<void()> clearUrls;
   std::function<void()> GetUpdateText;
   std::function<void()> GetUpdateSOFT;
+  /// One of the two is under way, and nobody has given it up.
+  std::function<bool()> fetching;
   std::function<void()> GetFirmware2;
   std::function<void()> GetSoftware;
   std::function<bool()> downloadDone;
@@ -23,6 +25,8 @@ struct ClassicOperations {
   std::function<void()> ConvertFront;
   /// Takes the image of Front A and Front B from disk; returns whether it stands ready to be sent.
   std::function<bool()> loadVelarcFront;
+  /// Throws Failure when the image for FlashTarget is not on disk.
+  std::function<void()> requireImage;
   std::function<void()> ConnectVelarc;
 
   // Factory.

@@ -8,8 +8,7 @@
 namespace firmlane {
 
 namespace {
-constexpr int kFirmwareContact = 2;
-constexpr int kSoftwareContact = 21;
+namespace page = classic_page;
 
 constexpr const char* kWelcome =
     "Welcome to the Tolvex Firmlane!\r\r"
@@ -23,21 +22,21 @@ struct PageEngine::Page {
 };
 
 const PageEngine::Page PageEngine::kPages[] = {
-    {-2, [](PageEngine& e) { e.showProducts(); }},
-    {-1, [](PageEngine& e) { e.takeProduct(); }},
-    {0, [](PageEngine& e) { e.chooseTask(); }},
-    {1, [](PageEngine& e) { e.leaveFetched(kFirmwareContact); }},
-    {2, [](PageEngine& e) { e.leaveFirmwareContact(); }},
-    {3, [](PageEngine& e) { e.downloadFirmware(); }},
-    {4, [](PageEngine& e) { e.offerReleaseNotes(); }},
-    {5, [](PageEngine& e) { e.askPowerOff(); }},
-    {6, [](PageEngine& e) { e.flash(); }},
-    {7, [](PageEngine& e) { e.leaveFlash(); }},
-    {20, [](PageEngine& e) { e.leaveFetched(kSoftwareContact); }},
-    {21, [](PageEngine& e) { e.leaveSoftwareContact(); }},
-    {22, [](PageEngine& e) { e.downloadSoftware(); }},
-    {23, [](PageEngine& e) { e.install(); }},
-    {50, [](PageEngine& e) { e.leaveFailedFetch(); }},
+    {page::kStart, [](PageEngine& e) { e.showProducts(); }},
+    {page::kProducts, [](PageEngine& e) { e.takeProduct(); }},
+    {page::kTask, [](PageEngine& e) { e.chooseTask(); }},
+    {page::kFirmwareFetched, [](PageEngine& e) { e.leaveFetched(page::kFirmwareContact); }},
+    {page::kFirmwareContact, [](PageEngine& e) { e.leaveFirmwareContact(); }},
+    {page::kFirmwareList, [](PageEngine& e) { e.downloadFirmware(); }},
+    {page::kFirmwareDownloaded, [](PageEngine& e) { e.offerReleaseNotes(); }},
+    {page::kReadyToFlash, [](PageEngine& e) { e.askPowerOff(); }},
+    {page::kPowerOff, [](PageEngine& e) { e.flash(); }},
+    {page::kFlashed, [](PageEngine& e) { e.leaveFlash(); }},
+    {page::kSoftwareFetched, [](PageEngine& e) { e.leaveFetched(page::kSoftwareContact); }},
+    {page::kSoftwareContact, [](PageEngine& e) { e.leaveSoftwareContact(); }},
+    {page::kSoftwareList, [](PageEngine& e) { e.downloadSoftware(); }},
+    {page::kSoftwareDownloaded, [](PageEngine& e) { e.install(); }},
+    {page::kFetchFailed, [](PageEngine& e) { e.backToStart(); }},
 };
 
 PageEngine::PageEngine(FormHost& host, const Files& files, SerialPort& port, FactoryLine& line, WizardInCharge& wizard,
@@ -71,10 +70,13 @@ void PageEngine::Command3_Click() {
 }
 
 void PageEngine::turnPage() {
-  if (askingForPort_) {
+  if (askingForPort_.underWay()) {
     // A click further down the stack waits for the port window: nothing can go on before it.
     forms_.frmPort.Show();
     return;
+  }
+  if (flashing_.underWay() || operations_.fetching()) {
+    return;  // a click further down the stack has not come to its end
   }
   form1_.Command5.Hide();
   form1_.lblOutcome.clear();
@@ -82,10 +84,10 @@ void PageEngine::turnPage() {
     startFactoryUnit();
   }
   form1_.lblPage.Caption = std::to_string(state_.WizardPage);
-  const auto* page = std::find_if(std::begin(kPages), std::end(kPages),
-                                  [this](const Page& candidate) { return candidate.number == state_.WizardPage; });
-  if (page != std::end(kPages)) {
-    page->next(*this);
+  const auto* found = std::find_if(std::begin(kPages), std::end(kPages),
+                                   [this](const Page& candidate) { return candidate.number == state_.WizardPage; });
+  if (found != std::end(kPages)) {
+    found->next(*this);
   }
 }
 
@@ -94,25 +96,31 @@ void PageEngine::startFactoryUnit() {
   form1_.Option2(1).Value = true;
   state_.ProductCode = "WS";
   form1_.Option1(2).Value = true;
-  state_.WizardPage = 0;
+  state_.WizardPage = page::kTask;
   state_.SerialOnly = false;
 }
 
 void PageEngine::Command1_Click() {
   form1_.lblOutcome.clear();
+  if (askingForPort_.underWay()) {
+    // The user leaves the page that asked for a port; that page must not go on below the next.
+    askingForPort_.leave();
+    forms_.frmPort.Unload();
+  }
   backToStart();
   form1_.Command1.Hide();
 }
 
 void PageEngine::backToStart() {
   activity_.forgetUnit();
+  clearPage();
   form1_.lblTop.Caption = kWelcome;
   form1_.lblTop.Show();
   form1_.Option1(0).Value = true;
   for (int i = 0; i <= 2; ++i) {
     form1_.Option1(i).Show();
   }
-  state_.WizardPage = 0;
+  state_.WizardPage = page::kTask;
 }
 
 void PageEngine::showProducts() {
@@ -122,7 +130,7 @@ void PageEngine::showProducts() {
   form1_.VRColdButton.Show();
   form1_.Command3.Disable();
   form1_.lblFAQ.Hide();
-  state_.WizardPage = -1;
+  state_.WizardPage = page::kProducts;
 }
 
 void PageEngine::takeProduct() {
@@ -135,6 +143,20 @@ void PageEngine::takeProduct() {
   }
   form1_.Option2(0).Hide();
   form1_.Option2(1).Hide();
+  showFirstTaskPage();
+}
+
+void PageEngine::returnToFirstTaskPage() {
+  clearPage();
+  form1_.Timer1.stop();
+  form1_.Command1.Hide();
+  form1_.lblOutcome.clear();
+  form1_.lblTop.Show();
+  form1_.Command3.Enable();
+  showFirstTaskPage();
+}
+
+void PageEngine::showFirstTaskPage() {
   if (!state_.OldVelarc) {
     form1_.frmFS.Show();
     form1_.imgGUI.Show();
@@ -145,14 +167,7 @@ void PageEngine::takeProduct() {
   }
   form1_.Option1(0).Value = true;
   form1_.lblTop.Caption = "What would you like to do?";
-  state_.WizardPage = 0;
-}
-
-void PageEngine::leaveFailedFetch() {
-  form1_.ProgressBar1.Hide();
-  form1_.lblConnect.Hide();
-  form1_.lblStatus.Hide();
-  backToStart();
+  state_.WizardPage = page::kTask;
 }
 
 }  // namespace firmlane

@@ -9,9 +9,11 @@
 #include "platform/files.h"
 #include "platform/screen.h"
 #include "platform/serial_port.h"
+#include "progress/leavable_wait.h"
 #include "progress/wizard_in_charge.h"
 #include "state/frm_port.h"
 #include "state/frm_version.h"
+#include "state/pages.h"
 #include "state/small_forms.h"
 #include "wizard/classic/operations.h"
 
@@ -36,8 +38,12 @@ class PageEngine {
   /// what it was at that moment.
   void Command3_Click();
 
-  /// "More Options": back to the start.
+  /// "More Options": back to the start, also from a page that waits for the port window.
   void Command1_Click();
+
+  /// Brings back the page that asks what to do as it was when the product had just been chosen, whatever lists, downloads and
+  /// runs have left on the form since.
+  void returnToFirstTaskPage();
 
  private:
   struct Page;
@@ -50,13 +56,15 @@ class PageEngine {
   // First pages.
   void showProducts();
   void takeProduct();
-  void leaveFailedFetch();
+  void showFirstTaskPage();
+  void clearPage();
 
   // Download pages: firmware and remote software.
-  void leaveFetched(int contactPage);
+  void leaveFetched(std::int16_t contactPage);
   void leaveFirmwareContact();
+  void showFirmwareList();
   void leaveSoftwareContact();
-  void leaveContact();
+  void hideContact();
   void registerContact();
   void downloadFirmware();
   void offerReleaseNotes();
@@ -69,7 +77,7 @@ class PageEngine {
   // Flash pages.
   void chooseTask();
   void openAutoWizard(AutoForm& wizard);
-  void fetchList(int page, const std::function<void()>& fetch);
+  void fetchList(std::int16_t page, const std::function<void()>& fetch);
   void prepareFlash();
   [[nodiscard]] std::string readyText() const;
   void showVersions();
@@ -94,7 +102,10 @@ class PageEngine {
   Form1& form1_;
   ClassicForms forms_;
   ClassicOperations operations_;
-  bool askingForPort_ = false;
+  /// A click waits for the port window.
+  LeavableWait askingForPort_;
+  /// A click is in a flash run; it is never left.
+  LeavableWait flashing_;
 };
 
 }  // namespace firmlane

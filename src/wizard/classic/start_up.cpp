@@ -1,5 +1,6 @@
 #include "wizard/classic/start_up.h"
 
+#include "state/pages.h"
 #include "state/text.h"
 
 namespace firmlane {
@@ -57,7 +58,7 @@ void StartUp::Form_Load() {
   form1_.Timer1.stop();
   SetupLCD();
   state_.CatalogueReady = false;
-  state_.WizardPage = -2;
+  state_.WizardPage = classic_page::kStart;
   form1_.lblTop.Show();
   form1_.lblTop.Caption = kWelcome;
   form1_.Option1(0).Value = true;
