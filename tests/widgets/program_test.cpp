@@ -50,7 +50,7 @@ struct ProgramInWindows : testing::Test {
     auto* button = qobject_cast<QAbstractButton*>(widget(form, name));
     ASSERT_NE(button, nullptr) << form << "." << name;
     button->click();
-    run(60 * kMillisecond);
+    run(150 * kMillisecond);
   }
   /// Does something as a slot would, from below whatever the program is at, once `ready` holds.
   void when(std::function<bool()> ready, std::function<void()> then) {

@@ -31,7 +31,7 @@ Walk::Walk(Line line, const std::string& model, Wishes wishes)
       player_(
           program.host(), [this](bool on) { on ? bench.unit.powerOn() : bench.unit.powerOff(); }, std::move(wishes)) {
   serve(http, line);
-  windows.attach(program.host());
+  windows.attach(program.host(), &program.activity());
   bench.unit.startRunning();
   player_.onText = [this](const std::string&) { show(); };
 }

@@ -22,9 +22,9 @@ void layOutWizard(FormWindow& window, const LayoutContext& context) {
   page->addLayout(option(window, "imgDL", "From the internet to this computer", "ChkOffline"));
   page->addLayout(option(window, "imgFlash", "From this computer into the unit", "chkReceiver"));
   page->addWidget(written(window.described("VersionList", "Released systems"), TypeSize::Text), 1);
-  page->addWidget(window["lblOutcome"]);
   page->addWidget(written(window["lblReset"], TypeSize::Text, true));
   page->addWidget(window.described("Progress1", "Progress of this step"));
+  page->addWidget(window["lblOutcome"]);
   page->addWidget(new ActivityPanel(context, ActivityScope::Pages));
   page->addWidget(written(window["lblBottom"], TypeSize::Text));
   page->addLayout(row({window["btnRelNote"], window["btnMore"], nullptr}));

@@ -107,7 +107,8 @@ void drawFieldFrame(const QStyleOption& option, QPainter& painter) {
 /// A slim bar with what it has reached written beside it.
 void drawBar(const QStyleOptionProgressBar& bar, QPainter& painter) {
   const QFontMetrics& metrics = bar.fontMetrics;
-  const int beside = bar.textVisible ? metrics.horizontalAdvance(QStringLiteral("100%")) + metrics.averageCharWidth() : 0;
+  const int beside =
+      bar.textVisible && !bar.text.isEmpty() ? metrics.horizontalAdvance(QStringLiteral("100%")) + metrics.averageCharWidth() : 0;
   QRectF groove(bar.rect);
   groove.setWidth(groove.width() - beside);
   const double height = std::min<double>(groove.height(), std::max(8, metrics.height() * 5 / 8));
@@ -188,6 +189,19 @@ void Looks::drawControl(ControlElement element, const QStyleOption* option, QPai
   painter->save();
   drawBar(*bar, *painter);
   painter->restore();
+}
+
+/// Marks grow with the writing beside them.
+int Looks::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const {
+  const int usual = QProxyStyle::pixelMetric(metric, option, widget);
+  const bool mark = metric == PM_IndicatorWidth || metric == PM_IndicatorHeight || metric == PM_ExclusiveIndicatorWidth ||
+                    metric == PM_ExclusiveIndicatorHeight;
+  return mark && widget != nullptr ? std::max(usual, widget->fontMetrics().height() * 4 / 5) : usual;
+}
+
+/// The buttons of boxes are words; a desktop's icons beside them would be the only ones that are not ours.
+int Looks::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget, QStyleHintReturn* result) const {
+  return hint == SH_DialogButtonBox_ButtonsHaveIcons ? 0 : QProxyStyle::styleHint(hint, option, widget, result);
 }
 
 void useLooks() {

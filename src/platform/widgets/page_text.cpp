@@ -5,8 +5,7 @@
 #include <QPainterPath>
 #include <QStringList>
 #include <algorithm>
-
-#include "platform/widgets/looks.h"
+#include <utility>
 
 namespace firmlane {
 
@@ -20,6 +19,12 @@ constexpr double kPadding = 10;
 constexpr double kEdge = 4;
 constexpr QLatin1String kWarning("VERY IMPORTANT");
 
+/// Letters of the mark that a line of a list begins with: "- " or "1. ".
+int markOf(const QString& line) {
+  const bool numbered = line.size() > 2 && line[0].isDigit() && line[1] == QLatin1Char('.');
+  return numbered ? 3 : line.startsWith(QLatin1String("- ")) ? 2 : 0;
+}
+
 int indentOf(const QString& line) {
   const auto first = std::find_if(line.begin(), line.end(), [](QChar letter) { return letter != QLatin1Char(' '); });
   return static_cast<int>(first - line.begin());
@@ -27,7 +32,7 @@ int indentOf(const QString& line) {
 
 }  // namespace
 
-/// What stands right under a line with a colon is what that line announces; a line in brackets remarks on the one before.
+/// What stands right under a line with a colon is what that line announces; a line in brackets is a remark.
 std::vector<PageText::Part> PageText::partsOf(const QStringList& lines) {
   std::vector<Part> parts;
   for (int i = 0; i < lines.size(); ++i) {
@@ -39,9 +44,11 @@ std::vector<PageText::Part> PageText::partsOf(const QStringList& lines) {
       parts.push_back(Part::Warning);
     } else if (warned) {
       parts.push_back(Part::Important);
-    } else if (i == 0 && !announces && line.size() <= kLongestHeading) {
+    } else if (announces) {
+      parts.push_back(Part::Announcing);
+    } else if (i == 0 && line.size() <= kLongestHeading) {
       parts.push_back(Part::Heading);
-    } else if (above.endsWith(QLatin1Char(':'))) {
+    } else if (i > 0 && parts.back() == Part::Announcing) {
       parts.push_back(Part::Value);
     } else if (indentOf(lines[i]) >= kSeparatorIndent) {
       parts.push_back(Part::Between);
@@ -65,13 +72,13 @@ PageText::PageText(const QString& text, int width) : width_(width) {
   const double line = QFontMetricsF(fontOf(TypeSize::Text)).height();
   for (int i = 0; i < lines.size(); ++i) {
     const Part part = parts[static_cast<std::size_t>(i)];
-    if (part != Part::Important) {
-      closeWarning();
+    const bool opens = part == Part::Warning || part == Part::Announcing;
+    if (opens || (part != Part::Important && part != Part::Value)) {
+      closeCard();
     }
-    if (part == Part::Warning) {
-      height_ += line * kBlankLine;
-      warningTop_ = height_;
-      height_ += kPadding;
+    if (opens) {
+      height_ += i > 0 ? line * kBlankLine : 0;
+      openCard(part == Part::Warning ? Sign::Caution : Sign::Information);
     }
     if (lines[i].trimmed().isEmpty()) {
       height_ += line * kBlankLine;
@@ -79,14 +86,19 @@ PageText::PageText(const QString& text, int width) : width_(width) {
       set(lines[i], part);
     }
   }
-  closeWarning();
+  closeCard();
 }
 
-void PageText::closeWarning() {
-  if (warningTop_ >= 0) {
+void PageText::openCard(Sign sign) {
+  open_ = sign;
+  cards_.push_back({sign, QRectF(0, height_, width_, 0)});
+  height_ += kPadding;
+}
+
+void PageText::closeCard() {
+  if (std::exchange(open_, Sign::None) != Sign::None) {
     height_ += kPadding;
-    warnings_.emplace_back(0, warningTop_, width_, height_ - warningTop_);
-    warningTop_ = -1;
+    cards_.back().place.setBottom(height_);
   }
 }
 
@@ -96,14 +108,16 @@ void PageText::set(const QString& line, Part part) {
   font.setBold(large || part == Part::Warning);
   const QFontMetricsF metrics(font);
   const double blanks = std::min(indentOf(line) * metrics.horizontalAdvance(QLatin1Char(' ')), width_ * 0.5);
-  const double left = (warningTop_ >= 0 ? kEdge + kPadding : 0) + blanks;
+  const double left = (open_ != Sign::None ? kEdge + kPadding : 0) + blanks;
+  const double hang = metrics.horizontalAdvance(line.trimmed().left(markOf(line.trimmed())));
   auto layout = std::make_unique<QTextLayout>(line.trimmed(), font);
   layout->setPosition({left, height_});
   layout->beginLayout();
   double down = 0;
   for (QTextLine row = layout->createLine(); row.isValid(); row = layout->createLine()) {
-    row.setLineWidth(std::max(1.0, width_ - left - (warningTop_ >= 0 ? kPadding : 0)));
-    row.setPosition({0, down});
+    const double in = down > 0 ? hang : 0;
+    row.setLineWidth(std::max(1.0, width_ - left - in - (open_ != Sign::None ? kPadding : 0)));
+    row.setPosition({in, down});
     down += row.height() * kLineAir;
   }
   layout->endLayout();
@@ -114,12 +128,13 @@ void PageText::set(const QString& line, Part part) {
 void PageText::paint(QPainter& painter, QPointF corner, const QPalette& palette) const {
   painter.save();
   painter.setRenderHint(QPainter::Antialiasing);
-  for (const QRectF& warning : warnings_) {
+  for (const Card& card : cards_) {
+    const QRectF place = card.place.translated(corner);
     QPainterPath box;
-    box.addRoundedRect(warning.translated(corner), 4, 4);
+    box.addRoundedRect(place, 4, 4);
     painter.setClipPath(box);
-    painter.fillPath(box, groundOf(Sign::Caution, palette));
-    painter.fillRect(QRectF(warning.translated(corner).topLeft(), QSizeF(kEdge, warning.height())), colourOf(Sign::Caution));
+    painter.fillPath(box, groundOf(card.sign, palette));
+    painter.fillRect(QRectF(place.topLeft(), QSizeF(kEdge, place.height())), colourOf(card.sign));
     painter.setClipping(false);
   }
   for (const Line& line : lines_) {

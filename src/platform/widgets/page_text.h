@@ -1,5 +1,5 @@
-// A page's text, set for reading: a heading, paragraphs, remarks in brackets, what must not be overlooked. The text itself says
-// by its form which line is what; nothing is added to it and nothing left out but line ends at its end.
+// A page's text, set for reading: a heading, paragraphs, remarks in brackets, what is announced, what must not be overlooked. The
+// text itself says by its form which line is what; nothing is added to it and nothing left out but line ends at its end.
 #pragma once
 
 #include <QPalette>
@@ -7,6 +7,8 @@
 #include <QTextLayout>
 #include <memory>
 #include <vector>
+
+#include "platform/widgets/looks.h"
 
 class QPainter;
 
@@ -23,21 +25,27 @@ class PageText {
   void paint(QPainter& painter, QPointF corner, const QPalette& palette) const;
 
  private:
-  enum class Part { Heading, Text, Value, Remark, Between, Warning, Important };
+  enum class Part { Heading, Text, Announcing, Value, Remark, Between, Warning, Important };
   struct Line {
     std::unique_ptr<QTextLayout> layout;
     Part part;
   };
+  /// Lines that stand out together on a ground of their own.
+  struct Card {
+    Sign sign;
+    QRectF place;
+  };
 
   static std::vector<Part> partsOf(const QStringList& lines);
   void set(const QString& line, Part part);
-  void closeWarning();
+  void openCard(Sign sign);
+  void closeCard();
 
   int width_;
   double height_ = 0;
-  double warningTop_ = -1;
+  Sign open_ = Sign::None;
   std::vector<Line> lines_;
-  std::vector<QRectF> warnings_;
+  std::vector<Card> cards_;
 };
 
 }  // namespace firmlane

@@ -15,6 +15,8 @@ constexpr double kMarkLines = 1.75;  // of text, across
 constexpr double kGapLines = 0.35;
 constexpr int kMostColumn = 9;  // times the height of a line
 
+QString arrow() { return QStringLiteral(" \u2192 "); }
+
 QString versionsOf(const ProcessorReport& processor) {
   const QString before = QString::fromStdString(processor.before);
   const bool meant = processor.state != ProcessorState::NotSelected;
@@ -22,7 +24,7 @@ QString versionsOf(const ProcessorReport& processor) {
   if (before.isEmpty() || after.isEmpty() || before == after) {
     return after.isEmpty() ? before : after;
   }
-  return before + QStringLiteral(" \u2192 ") + after;
+  return before + arrow() + after;
 }
 
 QString spoken(const ProcessorReport& processor) {
@@ -41,7 +43,9 @@ QString spoken(const ProcessorReport& processor) {
 }  // namespace
 
 ProcessorStrip::ProcessorStrip(QWidget* parent) : QWidget(parent) {
-  setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+  QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+  policy.setHeightForWidth(true);
+  setSizePolicy(policy);
   setAccessibleName(QStringLiteral("Processors of the unit"));
 }
 
@@ -61,17 +65,31 @@ void ProcessorStrip::tell(const std::vector<ProcessorReport>& processors) {
 
 double ProcessorStrip::mark() const { return fontMetrics().height() * kMarkLines; }
 
-int ProcessorStrip::columnWidth() const {
+int ProcessorStrip::columnWidth(bool sideBySide) const {
   int widest = static_cast<int>(mark() * 2);
   for (const ProcessorReport& processor : processors_) {
-    widest = std::max(widest, fontMetrics().horizontalAdvance(versionsOf(processor)) + fontMetrics().height() / 2);
+    const QString versions = versionsOf(processor);
+    const QString last = versions.section(arrow(), -1);
+    const QString shown = sideBySide || last == versions ? versions : arrow().trimmed() + QLatin1Char(' ') + last;
+    widest = std::max(widest, fontMetrics().horizontalAdvance(shown) + fontMetrics().height() / 2);
   }
   return widest;
 }
 
+bool ProcessorStrip::isNarrow(int width) const { return width < columnWidth(true) * static_cast<int>(processors_.size()); }
+
+int ProcessorStrip::heightForWidth(int width) const {
+  return static_cast<int>(mark() + fontMetrics().height() * ((isNarrow(width) ? 3 : 2) + kGapLines)) + 2;
+}
+
 QSize ProcessorStrip::sizeHint() const {
-  const int line = fontMetrics().height();
-  return {columnWidth() * static_cast<int>(processors_.size()), static_cast<int>(mark() + line * (2 + kGapLines)) + 2};
+  const int width = columnWidth(true) * static_cast<int>(processors_.size());
+  return {width, heightForWidth(width)};
+}
+
+QSize ProcessorStrip::minimumSizeHint() const {
+  const int width = columnWidth(false) * static_cast<int>(processors_.size());
+  return {width, heightForWidth(width)};
 }
 
 void ProcessorStrip::paintEvent(QPaintEvent* /*event*/) {
@@ -82,7 +100,7 @@ void ProcessorStrip::paintEvent(QPaintEvent* /*event*/) {
   painter.setRenderHint(QPainter::Antialiasing);
   const double whole = width();
   const double most = static_cast<double>(fontMetrics().height()) * kMostColumn;
-  const double column = std::min(whole / static_cast<double>(processors_.size()), std::max<double>(most, columnWidth()));
+  const double column = std::min(whole / static_cast<double>(processors_.size()), std::max<double>(most, columnWidth(true)));
   const double side = mark();
   const ActivityColours colours(palette());
   painter.setPen(QPen(colours.faint(0.25), 2));
@@ -143,7 +161,9 @@ void ProcessorStrip::drawTexts(QPainter& painter, const QRectF& column, const Pr
   painter.drawText(column, Qt::AlignLeft | Qt::AlignTop, QString::fromStdString(processor.name));
   painter.setFont(font());
   painter.setPen(colours.faint(meant ? 0.72 : 0.45));
-  painter.drawText(column.translated(0, fontMetrics().height()), Qt::AlignLeft | Qt::AlignTop, versionsOf(processor));
+  painter.drawText(
+      column.translated(0, fontMetrics().height()), Qt::AlignLeft | Qt::AlignTop,
+      isNarrow(width()) ? versionsOf(processor).replace(arrow(), QLatin1Char('\n') + arrow().mid(1)) : versionsOf(processor));
 }
 
 }  // namespace firmlane

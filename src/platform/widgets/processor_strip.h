@@ -16,14 +16,19 @@ class ProcessorStrip : public QWidget {
   void tell(const std::vector<ProcessorReport>& processors);
 
   [[nodiscard]] QSize sizeHint() const override;
-  [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
+  /// Where room is short the versions stand below each other.
+  [[nodiscard]] QSize minimumSizeHint() const override;
+  [[nodiscard]] bool hasHeightForWidth() const override { return true; }
+  [[nodiscard]] int heightForWidth(int width) const override;
 
  protected:
   void paintEvent(QPaintEvent* event) override;
 
  private:
   [[nodiscard]] double mark() const;
-  [[nodiscard]] int columnWidth() const;
+  /// Room for both versions side by side, or one of them.
+  [[nodiscard]] int columnWidth(bool sideBySide) const;
+  [[nodiscard]] bool isNarrow(int width) const;
   void drawMark(QPainter& painter, const QRectF& circle, const ProcessorReport& processor) const;
   void drawTexts(QPainter& painter, const QRectF& column, const ProcessorReport& processor) const;
 
