@@ -35,7 +35,7 @@ struct Downloader {
   Downloader(const std::string& directory, const std::string& server)
       : files(directory),
         lists(host, http, files, wizard, activity, state, form1, server),
-        download(host, http, files, lists, supervision, wizard, state, form1, server) {
+        download(host, http, files, set, lists, supervision, wizard, state, form1, server) {
     screen.attach(host);
     form1.Show();
     form1.ProgressBar1.Show();
@@ -58,6 +58,7 @@ struct Downloader {
   Supervision supervision{queue, state, form1, wizard, activity};
   QtHttpClient http{queue};
   Files files;
+  FirmwareSet set{files};
   ListFetch lists;
   Download download;
 };

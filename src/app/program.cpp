@@ -1,6 +1,7 @@
 #include "app/program.h"
 
 #include "catalogue/download.h"
+#include "catalogue/firmware_set.h"
 #include "catalogue/list_fetch.h"
 #include "catalogue/registration.h"
 #include "catalogue/web_jobs.h"
@@ -39,6 +40,7 @@ struct Ground {
 
   EventQueue& queue;
   const Files& files;
+  FirmwareSet set{files};
   FormHost host;
   SerialPort mainPort;
   SerialPort versionPort;
@@ -99,8 +101,8 @@ struct Catalogue {
   const Platform& platform;
   ListFetch lists{ground.host,     platform.http, ground.files, line.wizard,
                   ground.activity, ground.state,  ground.form1, platform.servers.maker};
-  Download download{ground.host,  platform.http, ground.files,          lists, line.supervision, line.wizard,
-                    ground.state, ground.form1,  platform.servers.maker};
+  Download download{ground.host,      platform.http, ground.files, ground.set,   lists,
+                    line.supervision, line.wizard,   ground.state, ground.form1, platform.servers.maker};
   Registration registration{
       ground.host, platform.http, download, line.supervision, ground.state, ground.form1, platform.servers.registration};
   WebJobs web{ground.host, platform.desktop, download, ground.state, platform.servers.maker};
@@ -117,7 +119,7 @@ struct Personal {
   Ground& ground;
   Line& line;
   UnitAnswer answer{ground.host, line.supervision, ground.state, ground.form1};
-  SerialFile file{ground.state, ground.form1};
+  SerialFile file{ground.files, ground.state, ground.form1};
   Preset preset{ground.mainPort, line.commands, line.receive, answer, ground.state, ground.form1};
   FactoryLine factory{ground.mainPort, line.receive, preset, line.supervision, line.wizard, ground.state, ground.form1};
   SerialNumber serialNumber{ground.host, ground.mainPort, line.commands, line.receive, answer,          file,
@@ -136,7 +138,7 @@ struct Program::Parts {
   [[nodiscard]] ClassicOperations classicOperations();
   [[nodiscard]] AutoWizardTies autoTies();
   [[nodiscard]] AutoWizardSetting autoSetting() {
-    return {ground.host,    line.wizard,       ground.files,      ground.state,   ground.form1,
+    return {ground.host,    line.wizard,       ground.files,      ground.set,     ground.state,   ground.form1,
             ground.frmPort, ground.frmVersion, ground.frmRecover, ground.frmDBUG, ground.activity};
   }
 
@@ -230,6 +232,11 @@ void Program::start() {
   parts_->ground.form1.Load();
   if (!parts_->ground.state.InHouseBuild) {
     parts_->ground.form1.Show();
+  }
+  try {
+    parts_->ground.set.settle();
+  } catch (const Failure& failure) {
+    tellFailure(parts_->ground.host, parts_->ground.state, "Error putting firmware in its place: ", failure);
   }
 }
 

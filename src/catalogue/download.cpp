@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <limits>
 
-#include "catalogue/partial_file.h"
+#include "platform/partial_file.h"
 #include "state/tell_failure.h"
 #include "state/text.h"
 
@@ -15,11 +15,12 @@ constexpr int kFullBar = 100;
 constexpr std::int16_t kUnderWay = 5;
 }  // namespace
 
-Download::Download(FormHost& host, HttpClient& http, const Files& files, const ListFetch& lists, Supervision& supervision,
-                   WizardInCharge& wizard, RunState& state, Form1& form1, std::string server)
+Download::Download(FormHost& host, HttpClient& http, const Files& files, FirmwareSet& set, const ListFetch& lists,
+                   Supervision& supervision, WizardInCharge& wizard, RunState& state, Form1& form1, std::string server)
     : host_(host),
       http_(http),
       files_(files),
+      set_(set),
       lists_(lists),
       supervision_(supervision),
       wizard_(wizard),
@@ -74,6 +75,8 @@ std::size_t Download::selectedLine() const {
 void Download::transfer(const DownloadSource& source) {
   const Activity::Span downloading(supervision_.activity, Doing::Downloading);
   DownloadPath = files_.path(source.name);
+  name_ = source.name;
+  place_ = set_.place(name_);
   supervision_.SlowBar = true;
   form1_.Timer1.stop();
   form1_.List1.Hide();
@@ -134,7 +137,7 @@ void Download::takeContentLength() {
 void Download::takeBody() {
   form1_.lblProgressInfo.Show();
   try {
-    PartialFile file(DownloadPath);
+    PartialFile file(files_.disk(), place_);
     std::size_t received = 0;
     Bytes chunk;
     do {
@@ -146,6 +149,7 @@ void Download::takeBody() {
       file.write(chunk);
     } while (!chunk.empty());
     throwIfShort(http_, received);
+    set_.breakUp(name_);
     file.complete();
     DownloadDone = true;
     supervision_.SlowBar = false;

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "catalogue/download_source.h"
+#include "catalogue/firmware_set.h"
 #include "catalogue/list_fetch.h"
 #include "progress/supervision.h"
 
@@ -14,8 +15,8 @@ namespace firmlane {
 class Download {
  public:
   /// Takes over the client's StateChanged. `server` is scheme and host of the maker's web server.
-  Download(FormHost& host, HttpClient& http, const Files& files, const ListFetch& lists, Supervision& supervision,
-           WizardInCharge& wizard, RunState& state, Form1& form1, std::string server);
+  Download(FormHost& host, HttpClient& http, const Files& files, FirmwareSet& set, const ListFetch& lists,
+           Supervision& supervision, WizardInCharge& wizard, RunState& state, Form1& form1, std::string server);
   ~Download();
   Download(const Download&) = delete;
   Download& operator=(const Download&) = delete;
@@ -30,7 +31,7 @@ class Download {
   /// The client's event. Does nothing unless a download or a registration is under way.
   void Inet1_StateChanged(int State);
 
-  /// Full path of the file that is, or was last, downloaded.
+  /// Full path of the file that is, or was last, downloaded. One of a set gets there with the others.
   std::string DownloadPath;
   /// The download last started has brought its file.
   bool DownloadDone = false;
@@ -55,12 +56,15 @@ class Download {
   FormHost& host_;
   HttpClient& http_;
   const Files& files_;
+  FirmwareSet& set_;
   const ListFetch& lists_;
   Supervision& supervision_;
   WizardInCharge& wizard_;
   RunState& state_;
   Form1& form1_;
   std::string server_;
+  std::string name_;               // of the file
+  std::string place_;              // where the file is stored
   std::optional<Failure> broken_;  // what ended the transfer under way
 };
 

@@ -4,8 +4,10 @@
 #include <array>
 #include <cctype>
 #include <iterator>
+#include <span>
 
 #include "catalogue/update_list.h"
+#include "state/file_names.h"
 #include "state/text.h"
 
 namespace firmlane {
@@ -20,18 +22,14 @@ struct FirmwareFile {
   std::string_view localName;
 };
 constexpr FirmwareFile kFirmwareSet[] = {
-    {"WS", 0, "/LWX/system/", "wls.bin", "wls.bin"},      {"WS", 1, "/LWX/system/", "hubSL.s19", "HUBSL.s19"},
-    {"WS", 2, "/LWX/system/", "RFSL.s19", "RFSL.s19"},    {"WS", 3, "/LWX/system/", "FNTLCDc.s19", "FNTLCDc.s19"},
-    {"VC", 0, "/Velarc2/", "vrc2.bin", "vrc2.bin"},       {"VC", 1, "/Velarc2/", "vrc2hub.s19", "vrc2hub.s19"},
-    {"VC", 2, "/Velarc2/", "vrc2fnt.s19", "vrc2fnt.s19"}, {"VC", 3, "/Velarc2/", "vrc1.bin", "vrc1.bin"},
-};
-constexpr const char* kOldVelarcImage = "vrc.bin";
-
-// What the program itself keeps in its directory, or is; in lower case.
-constexpr std::string_view kOwnNames[] = {
-    "wls.bin",       "hubsl.s19", "rfsl.s19",     "fntlcdc.s19",  "vrc2.bin",         "vrc2hub.s19",          "vrc2fnt.s19",
-    "vrc1.bin",      "vrc.bin",   "updatevc.txt", "updatews.txt", "lwxsys.lwx",       "vrc2sys.vrc",          "sn.wls",
-    "micmodels.lmm", "ports",     "firmlane",     "firmlane.exe", "firmlane-console", "firmlane-console.exe",
+    {"WS", 0, "/LWX/system/", file_name::kWirelessDsp, file_name::kWirelessDsp},
+    {"WS", 1, "/LWX/system/", "hubSL.s19", file_name::kWirelessHub},
+    {"WS", 2, "/LWX/system/", file_name::kWirelessRf, file_name::kWirelessRf},
+    {"WS", 3, "/LWX/system/", file_name::kWirelessFront, file_name::kWirelessFront},
+    {"VC", 0, "/Velarc2/", file_name::kVelarc2Dsp, file_name::kVelarc2Dsp},
+    {"VC", 1, "/Velarc2/", file_name::kVelarc2Hub, file_name::kVelarc2Hub},
+    {"VC", 2, "/Velarc2/", file_name::kVelarc2Front, file_name::kVelarc2Front},
+    {"VC", 3, "/Velarc2/", file_name::kVelarc2Fourth, file_name::kVelarc2Fourth},
 };
 
 constexpr int kSlashesBeforeName = 5;
@@ -90,11 +88,16 @@ bool isPlain(const std::string& name) {
   return clean && !name.empty() && name.front() != '.' && name.find("..") == std::string::npos && !isDevice(name);
 }
 
+/// Whether it is one of the program's own names, in whatever letters.
+bool isOwn(const std::string& name, std::span<const char* const> own) {
+  return std::any_of(own.begin(), own.end(), [&name](const char* candidate) { return lower(candidate) == lower(name); });
+}
+
 std::string checkedName(const std::string& name) {
   if (!isPlain(name)) {
     throw badName("Not a name for a file in the program's directory", name);
   }
-  if (std::find(std::begin(kOwnNames), std::end(kOwnNames), lower(name)) != std::end(kOwnNames)) {
+  if (isOwn(name, file_name::kSetFiles) || isOwn(name, file_name::kOtherOwn)) {
     throw badName("The program uses a file of that name itself", name);
   }
   return name;
@@ -114,7 +117,7 @@ std::string systemDirectory(const RunState& state) {
 
 DownloadSource firmwareSource(const RunState& state, int line, const std::string& location, const std::string& server) {
   if (state.ProductCode == "VC" && state.OldVelarc) {
-    return {urlOf(location), kOldVelarcImage};
+    return {urlOf(location), file_name::kOldVelarc};
   }
   const auto* const file = std::find_if(std::begin(kFirmwareSet), std::end(kFirmwareSet), [&](const FirmwareFile& known) {
     return known.product == state.ProductCode && known.line == line;

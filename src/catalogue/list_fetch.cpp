@@ -108,7 +108,7 @@ bool ListFetch::fetch(const char* path, const char* localCopy, bool toWizard) {
     }
     return false;
   }
-  Files::replaceText(files_.path(localCopy), "\"" + UpdateText + "\"\r\n");
+  files_.replaceText(files_.path(localCopy), "\"" + UpdateText + "\"\r\n");
   tellReceived();
   return true;
 }

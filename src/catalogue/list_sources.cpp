@@ -1,11 +1,13 @@
 #include "catalogue/list_sources.h"
 
+#include "state/file_names.h"
+
 namespace firmlane {
 
 namespace {
 
-constexpr const char* kVelarcCopy = "updateVC.txt";
-constexpr const char* kWirelessCopy = "updateWS.txt";
+constexpr const char* kVelarcCopy = file_name::kVelarcList;
+constexpr const char* kWirelessCopy = file_name::kWirelessList;
 
 template <auto Field>
 void set(SystemRecord& record, std::string_view text) {

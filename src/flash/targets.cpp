@@ -4,6 +4,8 @@
 #include <array>
 #include <iterator>
 
+#include "state/file_names.h"
+
 namespace firmlane {
 
 namespace {
@@ -31,15 +33,15 @@ struct Image {
 };
 constexpr bool kWholeUnit = true;
 constexpr Image kImages[] = {
-    {firstGenerationVelarc, "", {ImageRoute::Flash, "vrc.bin", kWholeUnit}},
-    {velarc2, "NewHubFlash", {ImageRoute::NewHub, "vrc2hub.s19", !kWholeUnit}},
-    {velarc2, "DSPFlash", {ImageRoute::Flash, "vrc2.bin", !kWholeUnit}},
+    {firstGenerationVelarc, "", {ImageRoute::Flash, file_name::kOldVelarc, kWholeUnit}},
+    {velarc2, "NewHubFlash", {ImageRoute::NewHub, file_name::kVelarc2Hub, !kWholeUnit}},
+    {velarc2, "DSPFlash", {ImageRoute::Flash, file_name::kVelarc2Dsp, !kWholeUnit}},
     {velarc2, "Front1Flash", {ImageRoute::Front, nullptr, !kWholeUnit}},
     {velarc2, "Front2Flash", {ImageRoute::Front, nullptr, !kWholeUnit}},
-    {receiver, "NewHubFlash", {ImageRoute::NewHub, "hubSL.s19", !kWholeUnit}},
-    {receiver, "DSPFlash", {ImageRoute::Flash, "wls.bin", !kWholeUnit}},
-    {receiver, "RF1Flash", {ImageRoute::RF, "RFSL.s19", !kWholeUnit}},
-    {receiver, "RF2Flash", {ImageRoute::RF, "RFSL.s19", !kWholeUnit}},
+    {receiver, "NewHubFlash", {ImageRoute::NewHub, file_name::kWirelessHub, !kWholeUnit}},
+    {receiver, "DSPFlash", {ImageRoute::Flash, file_name::kWirelessDsp, !kWholeUnit}},
+    {receiver, "RF1Flash", {ImageRoute::RF, file_name::kWirelessRf, !kWholeUnit}},
+    {receiver, "RF2Flash", {ImageRoute::RF, file_name::kWirelessRf, !kWholeUnit}},
     {receiver, "FrontFlash", {ImageRoute::Front, nullptr, !kWholeUnit}},
 };
 

@@ -2,15 +2,16 @@
 
 #include "images/digit_text.h"
 #include "images/s_record_reader.h"
+#include "state/file_names.h"
 #include "state/text.h"
 
 namespace firmlane {
 
 namespace {
 
-constexpr const char* kConvertedFile = "FNTLCDc.s19";
+constexpr const char* kConvertedFile = file_name::kWirelessFront;
 constexpr const char* kWirelessSource = "FNTLCD.s19";
-constexpr const char* kVelarcSource = "vrc2fnt.s19";
+constexpr const char* kVelarcSource = file_name::kVelarc2Front;
 constexpr int kDigitsPerByte = 4;
 constexpr std::size_t kBytesPerPass = 64;
 constexpr char kDataRecord = '1';

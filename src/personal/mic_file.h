@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 
+#include "state/file_names.h"
+
 namespace firmlane {
 
 /// Six bytes as they go to the unit, without a frame.
@@ -14,7 +16,7 @@ using MicGroup = std::array<std::uint8_t, 6>;
 
 class MicFile {
  public:
-  static constexpr const char* kName = "micmodels.lmm";
+  static constexpr const char* kName = file_name::kMicModels;
   static constexpr int kModels = 15;
   static constexpr int kFilterLines = 5;
 

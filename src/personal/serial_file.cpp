@@ -5,8 +5,6 @@
 #include <cerrno>
 #include <filesystem>
 
-#include "platform/files.h"
-
 namespace firmlane {
 
 namespace {
@@ -43,17 +41,19 @@ std::int32_t readNumber() {
   return std::bit_cast<std::int32_t>(number);
 }
 
-void write(std::int32_t number) {
+Bytes bytesOf(std::int32_t number) {
   Bytes content;
   auto rest = std::bit_cast<std::uint32_t>(number);
   for (std::size_t i = 0; i < kNumberBytes; ++i) {
     content.push_back(static_cast<std::uint8_t>(rest));
     rest >>= kBitsPerByte;
   }
-  Files::replaceDurably(place(), content);
+  return content;
 }
 
 }  // namespace
+
+void SerialFile::write(std::int32_t number) const { files_.replace(place(), bytesOf(number)); }
 
 std::string SerialFile::whyUnfit(std::int32_t number) {
   return std::to_string(number) + " cannot be a serial number: a receiver takes numbers from 0 to " +

@@ -6,6 +6,8 @@
 #include <optional>
 
 #include "platform/file_lock.h"
+#include "platform/files.h"
+#include "state/file_names.h"
 #include "state/form1.h"
 #include "state/run_state.h"
 
@@ -13,13 +15,13 @@ namespace firmlane {
 
 class SerialFile {
  public:
-  static constexpr const char* kName = "sn.wls";
+  static constexpr const char* kName = file_name::kSerialNumber;
   /// The number of the first unit: shown while there is no file, or one that is too short to hold a number.
   static constexpr std::int32_t kFirstNumber = 1;
   /// A receiver takes six digits; with more than that it can never report the number that was meant.
   static constexpr std::int32_t kHighestNumber = 999'999;
 
-  SerialFile(RunState& state, Form1& form1) : state_(state), form1_(form1) {}
+  SerialFile(const Files& files, RunState& state, Form1& form1) : files_(files), state_(state), form1_(form1) {}
 
   /// Whether a receiver can have this number.
   [[nodiscard]] static bool fits(std::int32_t number) { return number >= 0 && number <= kHighestNumber; }
@@ -53,8 +55,10 @@ class SerialFile {
   };
 
   [[nodiscard]] FileLock lock() const;
+  void write(std::int32_t number) const;
   void show();
 
+  const Files& files_;
   RunState& state_;
   Form1& form1_;
   std::optional<Step> edited_;

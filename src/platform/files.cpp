@@ -1,23 +1,15 @@
 #include "platform/files.h"
 
-#include <fcntl.h>
-
 #include <algorithm>
 #include <cctype>
 #include <cerrno>
-#include <cstring>
 #include <fstream>
 #include <iterator>
 #include <optional>
 #include <system_error>
 
-#ifdef _WIN32
-#include <io.h>
-#else
-#include <unistd.h>
-#endif
-
 #include "platform/failure.h"
+#include "platform/partial_file.h"
 
 namespace firmlane {
 
@@ -28,10 +20,6 @@ namespace {
 bool sameButForCase(const std::string& a, const std::string& b) {
   return std::equal(a.begin(), a.end(), b.begin(), b.end(),
                     [](unsigned char x, unsigned char y) { return std::tolower(x) == std::tolower(y); });
-}
-
-[[noreturn]] void throwSystemError(int number, const std::string& path) {
-  throw Failure(number, std::string(std::strerror(number)) + ": " + path);
 }
 
 std::ifstream openForReading(const std::string& path) {
@@ -49,7 +37,7 @@ std::ifstream openForReading(const std::string& path) {
   errno = 0;
   std::ifstream file(path, std::ios::binary);
   if (!file) {
-    throwSystemError(errno == 0 ? EIO : errno, path);
+    throwSystemError(errno, path);
   }
   return file;
 }
@@ -62,67 +50,6 @@ Container readAll(const std::string& path) {
     throwSystemError(EIO, path);
   }
   return content;
-}
-
-void writeWhole(const fs::path& path, ByteSpan content) {
-  errno = 0;
-  std::ofstream file(path, std::ios::binary | std::ios::trunc);
-  if (file) {
-    file.write(reinterpret_cast<const char*>(content.data()), static_cast<std::streamsize>(content.size()));
-    file.close();
-  }
-  if (!file) {
-    throwSystemError(errno == 0 ? EIO : errno, path.string());
-  }
-}
-
-#ifdef _WIN32
-bool sync(const fs::path& path) {
-  const int file = _wopen(path.c_str(), _O_RDWR | _O_BINARY);
-  const bool done = file >= 0 && _commit(file) == 0;
-  if (file >= 0) {
-    _close(file);
-  }
-  return done;
-}
-
-// The system keeps its directories consistent by itself.
-void syncDirectoryOf(const std::string&) {}
-#else
-bool sync(const fs::path& path) {
-  const int file = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
-  const bool done = file >= 0 && ::fsync(file) == 0;
-  const int error = errno;
-  if (file >= 0) {
-    ::close(file);
-  }
-  errno = error;
-  return done;
-}
-
-// The new name is on the disk only when the directory is. Some file systems refuse this; they have no more to give.
-void syncDirectoryOf(const std::string& path) {
-  const fs::path directory = fs::path(path).parent_path();
-  sync(directory.empty() ? fs::path(".") : directory);
-}
-#endif
-
-void replaceWhole(const std::string& path, ByteSpan content, bool durably) {
-  const fs::path temporary = path + ".part";
-  std::error_code error;
-  try {
-    writeWhole(temporary, content);
-    if (durably && !sync(temporary)) {
-      throwSystemError(errno, path);
-    }
-    fs::rename(temporary, path, error);
-    if (error) {
-      throwSystemError(error.value(), path);
-    }
-  } catch (const Failure&) {
-    fs::remove(temporary, error);
-    throw;
-  }
 }
 
 }  // namespace
@@ -162,14 +89,13 @@ Bytes Files::read(const std::string& path) { return readAll<Bytes>(path); }
 
 std::string Files::readText(const std::string& path) { return readAll<std::string>(path); }
 
-void Files::replace(const std::string& path, ByteSpan content) { replaceWhole(path, content, false); }
-
-void Files::replaceDurably(const std::string& path, ByteSpan content) {
-  replaceWhole(path, content, true);
-  syncDirectoryOf(path);
+void Files::replace(const std::string& path, ByteSpan content) const {
+  PartialFile file(*disk_, path);
+  file.write(content);
+  file.complete();
 }
 
-void Files::replaceText(const std::string& path, const std::string& content) {
+void Files::replaceText(const std::string& path, const std::string& content) const {
   replace(path, {reinterpret_cast<const std::uint8_t*>(content.data()), content.size()});
 }
 

@@ -3,17 +3,20 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
 #include <string>
 
 #include "platform/bytes.h"
+#include "platform/disk.h"
 #include "platform/recorder.h"
 
 namespace firmlane {
 
 class Files {
  public:
-  explicit Files(std::filesystem::path programDirectory, Recorder& recorder = noRecorder())
-      : directory_(std::move(programDirectory)), recorder_(recorder) {}
+  explicit Files(std::filesystem::path programDirectory, Recorder& recorder = noRecorder(),
+                 std::shared_ptr<Disk> disk = std::make_shared<RealDisk>())
+      : directory_(std::move(programDirectory)), recorder_(recorder), disk_(std::move(disk)) {}
 
   /// The directory as a text, without a separator behind it unless it is a root.
   [[nodiscard]] std::string programDirectory() const;
@@ -29,17 +32,18 @@ class Files {
   [[nodiscard]] static std::int64_t length(const std::string& path);
   [[nodiscard]] static Bytes read(const std::string& path);
   [[nodiscard]] static std::string readText(const std::string& path);
-  /// Writes the whole file beside its target and gives it the target's name when it is complete, so a failure leaves the old
-  /// file as it was. Throws Failure.
-  static void replace(const std::string& path, ByteSpan content);
-  static void replaceText(const std::string& path, const std::string& content);
-  /// As replace, and when it returns the new content will be found even if the power fails at once. For the few files that must
-  /// never fall back to what they held before; it waits for the disk.
-  static void replaceDurably(const std::string& path, ByteSpan content);
+
+  /// Puts a whole file in the place of another one, or of none, for a full path; see PartialFile. Throws Failure.
+  void replace(const std::string& path, ByteSpan content) const;
+  void replaceText(const std::string& path, const std::string& content) const;
+
+  /// What the files are written to.
+  [[nodiscard]] Disk& disk() const { return *disk_; }
 
  private:
   std::filesystem::path directory_;
   Recorder& recorder_;
+  std::shared_ptr<Disk> disk_;
 };
 
 }  // namespace firmlane

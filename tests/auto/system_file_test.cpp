@@ -28,6 +28,12 @@ struct SystemFileTest : testing::Test {
     state.SelectedSystem = static_cast<std::int16_t>(index);
     file.UpdateFileSysVer();
   }
+  /// The set of that system comes down, and is noted.
+  void download(int index) {
+    FirmwareSet::Fetch(world.set).complete("LWXSys.lwx", rowOf(state.LwxSystems[static_cast<std::size_t>(index)]));
+    pick(index);
+    file.SaveSysFile();
+  }
   /// The program starts anew.
   void restart() { state.LwxSysFile = {}; }
   /// The versions of the first rows in use, in their order.
@@ -59,7 +65,7 @@ std::string recordText(const std::string& version) {
 std::string fileText(const std::vector<std::string>& versions) {
   std::string text;
   for (const std::string& version : versions) {
-    text += recordText(version);
+    text += version.empty() ? std::string(kSystemRowBytes, '\0') : recordText(version);
   }
   return text + std::string(kFileBytes - text.size(), '\0');
 }
@@ -69,25 +75,27 @@ TEST_F(SystemFileTest, TheFileHoldsTheChosenSystemFirstAndEachSystemSeen) {
   EXPECT_EQ(world.directory.read("LWXSys.lwx"), "") << "made when missing";
   release({"3.2", "3.1", "3.0"});
   pick(1);
+  EXPECT_EQ(rows(), "3.1 3.1 3.0");
   file.SaveSysFile();
-  EXPECT_EQ(world.directory.read("LWXSys.lwx"), fileText({"3.1", "3.1", "3.0"}));
-  pick(1);  // after the download
-  file.SaveSysFile();
+  EXPECT_EQ(world.directory.read("LWXSys.lwx"), fileText({"", "3.1", "3.0"})) << "nothing is on disk yet";
+  download(1);
   EXPECT_EQ(world.directory.read("LWXSys.lwx"), fileText({"3.1", "3.1", "3.0", "3.2"}));
 
   restart();
   file.ReadSysFile();
   release({"3.3", "3.2"});
   pick(0);
+  EXPECT_EQ(rows(), "3.3 3.1 3.0 3.2 3.3");
   file.SaveSysFile();
-  EXPECT_EQ(world.directory.read("LWXSys.lwx"), fileText({"3.3", "3.1", "3.0", "3.2", "3.3"}));
+  EXPECT_EQ(world.directory.read("LWXSys.lwx"), fileText({"3.1", "3.1", "3.0", "3.2", "3.3"}));
+  file.ReadSysFile();
+  EXPECT_EQ(rows(), "3.1 3.1 3.0 3.2 3.3") << "a pick that never came down is forgotten";
 
   restart();
   file.ReadSysFile();
   release({"3.4", "3.3"});
   pick(1);
-  pick(1);
-  file.SaveSysFile();
+  download(1);
   EXPECT_EQ(world.directory.read("LWXSys.lwx"), fileText({"3.3", "3.1", "3.0", "3.2", "3.3", "3.4"}));
   EXPECT_TRUE(world.screen.boxes().empty());
 }
@@ -95,13 +103,11 @@ TEST_F(SystemFileTest, TheFileHoldsTheChosenSystemFirstAndEachSystemSeen) {
 TEST_F(SystemFileTest, AnUnusedRowIsWrittenAsZeroBytesAndReadBackAsSuch) {
   release({"3.2"});
   pick(0);
-  file.SaveSysFile();
+  download(0);
   restart();
   file.ReadSysFile();
-  EXPECT_EQ(rows(), "3.2");
-  EXPECT_EQ(state.LwxSysFile[1], SystemRecord());
-  pick(0);
   EXPECT_EQ(rows(), "3.2 3.2") << "row 0 is the set on disk, not a system seen";
+  EXPECT_EQ(state.LwxSysFile[2], SystemRecord());
 }
 
 TEST_F(SystemFileTest, AFullTableIsOverwrittenFromRow0) {
@@ -167,13 +173,29 @@ TEST_F(SystemFileTest, AFileThatCannotBeOpenedIsToldAndTheTableStays) {
   pick(0);
   file.ReadSysFile();
   file.SaveSysFile();
-  EXPECT_EQ(rows(), "3.2");
+  EXPECT_EQ(rows(), "") << "there is no set that could be known";
   ASSERT_EQ(world.screen.boxes().size(), 2U);
   const std::string path = (world.directory.path() / "LWXSys.lwx").string();
   EXPECT_EQ(world.screen.boxes()[0].text, "Error reading LWXSys.lwx: Not a file: " + path + " (#75)");
   EXPECT_EQ(world.screen.boxes()[0].icon, MessageIcon::Critical);
   EXPECT_EQ(world.screen.boxes()[1].text, state.ErrorText);
   EXPECT_TRUE(state.ErrorText.starts_with("Error writing LWXSys.lwx: ")) << state.ErrorText;
+}
+
+TEST_F(SystemFileTest, ASetThatCannotBePutInItsPlaceIsNone) {
+  state.LwxSysFile[0] = system("3.1", "1", "1", "1", "1");
+  state.LwxSysFile[1] = system("3.0", "1", "1", "1", "1");
+  world.directory.write("firmlane.set", std::string("damaged"));
+  file.ReadSysFile();
+  EXPECT_EQ(state.LwxSysFile[0], SystemRecord());
+  EXPECT_EQ(state.LwxSysFile[1].SystemVersion.trimmed(), "3.0");
+  EXPECT_TRUE(state.ErrorText.starts_with("Error reading LWXSys.lwx: The firmware files there are not one set: "))
+      << state.ErrorText;
+  world.directory.write("wls.bin", std::string("of some set"));
+  EXPECT_FALSE(file.imagesThere());
+  std::filesystem::remove(world.directory.path() / "firmlane.set");
+  file.ReadSysFile();
+  EXPECT_TRUE(file.imagesThere());
 }
 
 TEST_F(SystemFileTest, AUnitIsRecognisedByTheTextOfItsVersions) {

@@ -49,7 +49,8 @@ struct WizardBench : World {
   /// What was asked of the fakes, in order.
   std::vector<std::string> log;
 
-  AutoWizardSetting setting{host, wizard, files, state, form1, frmPort, frmVersion, frmRecover, frmDBUG, activity};
+  FirmwareSet set{files};
+  AutoWizardSetting setting{host, wizard, files, set, state, form1, frmPort, frmVersion, frmRecover, frmDBUG, activity};
   AutoWizardTies ties{.GetFirmware2 = [this] { return getFirmware(); },
                       .StartDoc = [this](const std::string& path) { log.push_back("open " + path); },
                       .abandonList = [this] { fetching.leave(); },

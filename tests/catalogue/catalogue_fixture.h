@@ -40,7 +40,8 @@ class CatalogueTest : public testing::Test, protected World {
   [[nodiscard]] std::string info() const { return form1.lblProgressInfo.Caption; }
 
   ListFetch lists{host, http, files, wizard, activity, state, form1, kMaker};
-  Download download{host, http, files, lists, supervision, wizard, state, form1, kMaker};
+  FirmwareSet set{files};
+  Download download{host, http, files, set, lists, supervision, wizard, state, form1, kMaker};
   WebJobs jobs{host, desktop, download, state, kMaker};
   Registration registration{host, http, download, supervision, state, form1, kRegistrar};
 

@@ -170,7 +170,7 @@ TEST_F(Downloads, AFailedTransferLeavesTheOldFileAndSaysSo) {
   std::filesystem::create_directory(directory.path() / "wls.bin.part");
   http.answer(url, "new");
   firmware(0);
-  EXPECT_THAT(boxes(), ElementsAre(StartsWith("!Error trying download firmware: Is a directory: ")));
+  EXPECT_THAT(boxes(), ElementsAre(StartsWith("!Error trying download firmware: Something else has the name of a file ")));
   std::filesystem::remove(directory.path() / "wls.bin.part");
   std::filesystem::remove(directory.path() / "wls.bin");
   std::filesystem::create_directories(directory.path() / "wls.bin" / "x");
@@ -208,6 +208,7 @@ TEST_F(Downloads, NamesOutOfAListThatReachBeyondTheirPlaceAreRefused) {
       "http://h/a/b/.hidden.exe",
       "http://h/a/b/C:setup.exe",
       "http://h/a/b/set\nup.exe",
+      "http://h/a/b/set\x7Fup.exe",
       "http://h/a/b/firmlane.exe",
       "http://h/a/b/FirmLane-Console.exe",
       "http://h/a/b/con.exe",
@@ -222,7 +223,7 @@ TEST_F(Downloads, NamesOutOfAListThatReachBeyondTheirPlaceAreRefused) {
     EXPECT_LT(told.front().size(), 300U);
     EXPECT_FALSE(download.DownloadDone);
   }
-  for (const char* name : {"ports", "Firmlane", "nul"}) {
+  for (const char* name : {"ports", "Firmlane", "nul", "firmlane-simulator", "license"}) {
     lists.FirmwareUrls[4] = "http://h/a/b/" + std::string(name) + ".bin";
     firmware(4);
     EXPECT_THAT(boxes(), testing::SizeIs(1)) << name;

@@ -28,6 +28,12 @@ class ClassicTest : public testing::Test {
     return [this, name] { log_.push_back(name); };
   }
 
+  /// What is wrong with the page while something comes down.
+  [[nodiscard]] std::string duringDownload() const {
+    return std::string(world_.form1.Command3.Enabled ? ", Next live" : "") +
+           (world_.form1.ProgressBar1.Visible ? "" : ", no bar") + (world_.form1.Timer1.enabled() ? "" : ", bar stands");
+  }
+
   World world_;
   std::vector<std::string> log_;
   bool downloadDone_ = true;
@@ -57,8 +63,8 @@ class ClassicTest : public testing::Test {
                       .GetUpdateText = note("firmware list"),
                       .GetUpdateSOFT = note("software list"),
                       .fetching = [this] { return fetching_; },
-                      .GetFirmware2 = note("firmware"),
-                      .GetSoftware = note("software"),
+                      .GetFirmware2 = [this] { log_.push_back("firmware" + duringDownload()); },
+                      .GetSoftware = [this] { log_.push_back("software" + duringDownload()); },
                       .downloadDone = [this] { return downloadDone_; },
                       .InstallSoftware = note("install"),
                       .LaunchRelNote = note("release notes"),

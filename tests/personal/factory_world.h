@@ -71,7 +71,7 @@ class FactoryTest : public testing::Test {
   ShortDelay delay_{world_.queue, state_, form1_};
   ReceivePath receivePath_{world_.host, world_.mainPort, commands_, delay_, state_, form1_, world_.frmAuto, world_.frmVRCAuto};
   UnitAnswer answer_{world_.host, world_.supervision, state_, form1_};
-  SerialFile serialFile_{state_, form1_};
+  SerialFile serialFile_{world_.files, state_, form1_};
   Preset preset_{world_.mainPort, commands_, receivePath_, answer_, state_, form1_};
   FactoryLine line_{world_.mainPort, receivePath_, preset_, world_.supervision, world_.wizard, state_, form1_};
   SerialNumber serial_{world_.host, world_.mainPort, commands_, receivePath_, answer_,         serialFile_,

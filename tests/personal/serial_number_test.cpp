@@ -1,4 +1,5 @@
 #include "factory_world.h"
+#include "faulty_disk.h"
 
 namespace firmlane::test {
 namespace {
@@ -431,6 +432,32 @@ TEST_F(SerialNumberTest, FactoryButtonsLeaveARunAlone) {
   EXPECT_EQ(state_.WizardPage, 6);
   EXPECT_TRUE(wire_.isOpen());
   EXPECT_TRUE(unit_.heard.empty());
+}
+
+TEST_F(FactoryTest, APowerFailureWhileANumberIsTakenGivesNoNumberTwice) {
+  const auto disk = std::make_shared<FaultyDisk>(world_.directory.path().string());
+  const Files files(world_.directory.path(), noRecorder(), disk);
+  SerialFile file(files, state_, form1_);
+  constexpr int kOperations = 6;
+  for (int at = 0; at <= kOperations; ++at) {
+    for (unsigned seed = 0; seed < 10; ++seed) {
+      SCOPED_TRACE("operation " + std::to_string(at) + ", seed " + std::to_string(seed));
+      std::mt19937 random(seed);
+      writeNumber(1000);
+      file.ReadSerialFile();
+      disk->plan(FaultyDisk::Fault::Power, at);
+      bool given = true;
+      try {
+        file.reserve();
+      } catch (const PowerFailed&) {
+        given = false;
+      }
+      EXPECT_EQ(given, at == kOperations);
+      disk->reboot(random);
+      file.ReadSerialFile();
+      EXPECT_THAT(state_.SerialNumber, testing::AnyOf(1001, given ? 1001 : 1000));
+    }
+  }
 }
 
 }  // namespace

@@ -1,10 +1,15 @@
 #include "platform/files.h"
 
 #include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
 
 #include <cerrno>
+#include <functional>
 #include <map>
 
+#include "faulty_disk.h"
 #include "world.h"
 
 namespace firmlane::test {
@@ -15,7 +20,7 @@ TEST(FilesTest, NamesAreFoundWithoutRegardToCase) {
   const Files files(directory.path());
   directory.write("HUBSL.s19", "S9");
   EXPECT_EQ(Files::readText(files.path("hubSL.s19")), "S9");
-  Files::replaceText(files.path("hubsl.S19"), "S1");
+  files.replaceText(files.path("hubsl.S19"), "S1");
   EXPECT_EQ(directory.read("HUBSL.s19"), "S1");
   EXPECT_FALSE(directory.has("hubsl.S19"));
   directory.write("hubSL.s19", "another");
@@ -25,11 +30,71 @@ TEST(FilesTest, NamesAreFoundWithoutRegardToCase) {
 
 TEST(FilesTest, AFailedReplacementLeavesTheOldFile) {
   const TemporaryDirectory directory;
+  const auto disk = std::make_shared<FaultyDisk>(directory.path().string());
+  const Files files(directory.path(), noRecorder(), disk);
+  const std::vector<const char*> operations = {"create", "write", "sync", "close", "rename", "sync of the directory"};
+  for (const auto fault : {FaultyDisk::Fault::None, FaultyDisk::Fault::Error, FaultyDisk::Fault::FullLater}) {
+    for (std::size_t at = 0; at < operations.size(); ++at) {
+      SCOPED_TRACE(operations[at]);
+      directory.write("wls.bin", std::string("old"));
+      disk->plan(fault, static_cast<int>(at));
+      bool failed = false;
+      try {
+        files.replaceText(files.path("wls.bin"), "the new one");
+      } catch (const Failure&) {
+        failed = true;
+      }
+      const bool strikes = fault == FaultyDisk::Fault::Error || (fault == FaultyDisk::Fault::FullLater && at <= 3);
+      EXPECT_EQ(failed, strikes);
+      const bool named = !strikes || at == operations.size() - 1;
+      EXPECT_EQ(directory.read("wls.bin"), named ? "the new one" : "old");
+      EXPECT_FALSE(directory.has("wls.bin.part"));
+      EXPECT_EQ(disk->operations(), failed ? disk->operations() : 6);
+    }
+  }
+}
+
+TEST(FilesTest, AFileThatGrowsBeyondWhatTheSystemGrantsFails) {
+  const TemporaryDirectory directory;
   const Files files(directory.path());
-  directory.write("wls.bin", "old");
-  std::filesystem::create_directory(directory.path() / "wls.bin.part");
-  EXPECT_THROW(Files::replaceText(files.path("wls.bin"), "new"), Failure);
+  directory.write("wls.bin", std::string("old"));
+  rlimit before{};
+  ::getrlimit(RLIMIT_FSIZE, &before);
+  ::signal(SIGXFSZ, SIG_IGN);
+  rlimit few = before;
+  few.rlim_cur = 1000;
+  ::setrlimit(RLIMIT_FSIZE, &few);
+  EXPECT_THROW(files.replaceText(files.path("wls.bin"), std::string(20000, 'x')), Failure);
+  ::setrlimit(RLIMIT_FSIZE, &before);
   EXPECT_EQ(directory.read("wls.bin"), "old");
+  EXPECT_FALSE(directory.has("wls.bin.part"));
+}
+
+TEST(FilesTest, WhatHasTheNameOfATemporaryFileIsNotWrittenThrough) {
+  namespace fs = std::filesystem;
+  const TemporaryDirectory directory;
+  const Files files(directory.path());
+  const fs::path part = directory.path() / "list.txt.part";
+  directory.write("victim", std::string("mine"));
+  const std::map<std::string, std::function<void()>> obstacles = {
+      {"link", [&] { fs::create_symlink("victim", part); }},
+      {"dangling link", [&] { fs::create_symlink("nowhere", part); }},
+      {"pipe", [&] { ::mkfifo(part.c_str(), S_IRUSR | S_IWUSR); }},
+      {"directory", [&] { fs::create_directory(part); }},
+  };
+  for (const auto& [name, make] : obstacles) {
+    SCOPED_TRACE(name);
+    make();
+    const auto type = fs::symlink_status(part).type();
+    EXPECT_THROW(files.replaceText(files.path("list.txt"), "new"), Failure);
+    EXPECT_EQ(fs::symlink_status(part).type(), type);
+    EXPECT_EQ(directory.read("victim"), "mine");
+    fs::remove(part);
+  }
+  directory.write("list.txt.part", std::string("left by a program that was killed"));
+  files.replaceText(files.path("list.txt"), "new");
+  EXPECT_EQ(directory.read("list.txt"), "new");
+  EXPECT_FALSE(fs::exists(part));
 }
 
 TEST(FilesTest, OnlyWhatIsNotThereCountsAsMissing) {

@@ -67,9 +67,11 @@ struct BlindWizard {
   Story& story_;
   ProductParameters parameters_ = blind(story_.line);
   const WizardInCharge inCharge_{story_.state(), form<Form1>("Form1"), form<FrmAuto>("frmAuto"), form<FrmVRCAuto>("frmVRCAuto")};
+  FirmwareSet set_{story_.files};
   AutoWizardSetting setting_{story_.program->host(),
                              inCharge_,
                              story_.files,
+                             set_,
                              const_cast<RunState&>(story_.state()),
                              form<Form1>("Form1"),
                              form<FrmPort>("frmPort"),

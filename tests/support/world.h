@@ -12,6 +12,7 @@
 #include "platform/virtual/virtual_line.h"
 #include "platform/virtual/virtual_time.h"
 #include "progress/supervision.h"
+#include "quick_disk.h"
 #include "state/auto_form.h"
 #include "state/form1.h"
 #include "state/frm_port.h"
@@ -50,7 +51,7 @@ struct Ground {
   EventQueue queue{time, time};
   ScriptedScreen screen{time};
   TemporaryDirectory directory;
-  Files files{directory.path()};
+  Files files{directory.path(), noRecorder(), std::make_shared<QuickDisk>()};
   VirtualWires wires{time};
   VirtualDriver mainDriver{wires};
   VirtualDriver versionDriver{wires};

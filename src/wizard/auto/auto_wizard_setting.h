@@ -4,6 +4,7 @@
 #include <functional>
 #include <string>
 
+#include "catalogue/firmware_set.h"
 #include "platform/files.h"
 #include "platform/screen.h"
 #include "progress/activity.h"
@@ -21,6 +22,7 @@ struct AutoWizardSetting {
   FormHost& host;
   const WizardInCharge& wizard;
   const Files& files;
+  FirmwareSet& set;
   RunState& state;
   Form1& form1;
   FrmPort& frmPort;

@@ -13,12 +13,6 @@ namespace {
 // The last row is written with the others, but a file is read only up to the row before it.
 constexpr std::size_t kRowsRead = 200;
 
-void append(Bytes& content, const SystemRecord& record) {
-  SystemRecord::forEachField(record, [&content](const char*, const auto& field) {
-    content.insert(content.end(), field.view().begin(), field.view().end());
-  });
-}
-
 SystemRecord recordFrom(ByteSpan bytes) {
   SystemRecord record;
   const char* next = reinterpret_cast<const char*>(bytes.data());
@@ -45,39 +39,70 @@ bool isFree(const SystemRecord& row) {
 
 }  // namespace
 
+Bytes rowOf(const SystemRecord& record) {
+  Bytes row;
+  row.reserve(kSystemRowBytes);
+  SystemRecord::forEachField(
+      record, [&row](const char*, const auto& field) { row.insert(row.end(), field.view().begin(), field.view().end()); });
+  return row;
+}
+
 void SystemFile::ReadSysFile() {
+  if (picked_) {
+    forgetSet();
+  }
+  broken_ = false;
+  try {
+    setting_.set.settle();
+  } catch (const Failure& failure) {
+    broken_ = true;
+    forgetSet();
+    fail("reading", failure);
+    return;
+  }
   try {
     take(Files::read(path()));
   } catch (const Failure& failure) {
-    if (failure.number() != failure_number::kFileNotFound) {
-      tellFailure(setting_.host, setting_.state, std::string("Error reading ") + product_.sysFileName + ": ", failure);
-      return;
-    }
-    try {
-      Files::replace(path(), {});
-    } catch (const Failure& unwritable) {
-      tellFailure(setting_.host, setting_.state, std::string("Error creating ") + product_.sysFileName + ": ", unwritable);
-    }
+    failure.number() == failure_number::kFileNotFound ? create() : fail("reading", failure);
   }
 }
 
+void SystemFile::create() {
+  try {
+    setting_.files.replace(path(), {});
+  } catch (const Failure& failure) {
+    fail("creating", failure);
+  }
+}
+
+/// What is on disk, only the disk can say.
+void SystemFile::forgetSet() {
+  setOnDisk() = {};
+  picked_ = false;
+}
+
+void SystemFile::fail(const std::string& doing, const Failure& failure) {
+  tellFailure(setting_.host, setting_.state, "Error " + doing + " " + product_.sysFileName + ": ", failure);
+}
+
 void SystemFile::take(ByteSpan content) {
-  const std::size_t rows = std::min(content.size() / kSystemRecordBytes, kRowsRead);
+  const std::size_t rows = std::min(content.size() / kSystemRowBytes, kRowsRead);
   for (std::size_t i = 0; i < rows; ++i) {
-    table()[i] = recordFrom(content.subspan(i * kSystemRecordBytes, kSystemRecordBytes));
+    table()[i] = recordFrom(content.subspan(i * kSystemRowBytes, kSystemRowBytes));
   }
 }
 
 void SystemFile::SaveSysFile() {
   Bytes content;
-  content.reserve(kSystemFileRows * kSystemRecordBytes);
+  content.reserve(kSystemFileRows * kSystemRowBytes);
   for (const SystemRecord& row : table()) {
-    append(content, row);
+    const Bytes bytes = rowOf(row);
+    content.insert(content.end(), bytes.begin(), bytes.end());
   }
   try {
-    Files::replace(path(), content);
+    setting_.set.saveSystems(product_.sysFileName, std::move(content));
   } catch (const Failure& failure) {
-    tellFailure(setting_.host, setting_.state, std::string("Error writing ") + product_.sysFileName + ": ", failure);
+    fail("writing", failure);
   }
 }
 
@@ -91,6 +116,7 @@ void SystemFile::UpdateFileSysVer() {
     }
   }
   setOnDisk() = systems.at(static_cast<std::size_t>(setting_.state.SelectedSystem));
+  picked_ = true;
 }
 
 int SystemFile::firstFreeRow() {
@@ -104,6 +130,9 @@ bool SystemFile::knows(const SystemRecord& system) {
 }
 
 bool SystemFile::imagesThere() const {
+  if (broken_) {
+    return false;
+  }
   for (int line = 0; line < product_.firmwareLines; ++line) {
     if (!isMissing(setting_.files.path(firmwareSource(setting_.state, line, {}, {}).name))) {
       return true;

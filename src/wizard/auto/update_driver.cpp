@@ -3,19 +3,31 @@
 #include <algorithm>
 
 #include "state/pages.h"
+#include "state/tell_failure.h"
 #include "state/text.h"
+#include "wizard/auto/system_file.h"
 
 namespace firmlane {
 
 bool UpdateDriver::GetFirmware() {
-  for (int line = 0; line < product_.firmwareLines; ++line) {
-    const Activity::Span file(setting_.activity, Doing::Downloading, 0, line + 1, product_.firmwareLines);
-    setting_.form1.List1.ListIndex = line;
-    if (!ties_.GetFirmware2()) {
-      return false;
+  const std::array<SystemRecord, kSystems>& systems = setting_.state.*product_.systems;
+  const Bytes row = rowOf(systems.at(static_cast<std::size_t>(setting_.state.SelectedSystem)));
+  try {
+    FirmwareSet::Fetch fetch(setting_.set);
+    for (int line = 0; line < product_.firmwareLines; ++line) {
+      const Activity::Span file(setting_.activity, Doing::Downloading, 0, line + 1, product_.firmwareLines);
+      setting_.form1.List1.ListIndex = line;
+      if (!ties_.GetFirmware2()) {
+        return false;
+      }
     }
+    fetch.complete(product_.sysFileName, row);
+    return true;
+  } catch (const Failure& failure) {
+    tellFailure(setting_.host, setting_.state, "Error trying download firmware: ", failure);
+    setting_.wizard.tellOutcome(OutcomeKind::Failure, setting_.state.ErrorText);
+    return false;
   }
-  return true;
 }
 
 void UpdateDriver::UpdateReceiver() {

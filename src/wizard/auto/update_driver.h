@@ -14,7 +14,8 @@ class UpdateDriver {
                const ProductParameters& product)
       : setting_(setting), ties_(ties), window_(window), texts_(texts), product_(product) {}
 
-  /// Downloads the files of the set one after the other. Returns whether all are complete; the first that fails ends it.
+  /// Downloads the files of the chosen set one after the other, and puts them in place together, under its name. Returns whether
+  /// that is done; the first file that fails ends it, told.
   [[nodiscard]] bool GetFirmware();
   /// Programs the first selected processor and clears its selection; leaves it when the run has timed out. Returns when the run
   /// is over, at once when nothing is selected.

@@ -1,5 +1,7 @@
 #include "wizard/auto/velarc2.h"
 
+#include "state/file_names.h"
+
 namespace firmlane {
 
 namespace {
@@ -99,7 +101,7 @@ constexpr ProductParameters kVelarc2 = {
     .inVrcAutoWizard = true,
     .systems = &RunState::VrcSystems,
     .sysFile = &RunState::VrcSysFile,
-    .sysFileName = "VRC2Sys.vrc",
+    .sysFileName = file_name::kVelarc2Systems,
     .lastRowLookedUp = 20,
     .firmwareLines = 3,
     .releaseNotes = "/Velarc/Firmware/version.html",

@@ -1,5 +1,7 @@
 #include "wizard/auto/wireless.h"
 
+#include "state/file_names.h"
+
 namespace firmlane {
 
 namespace {
@@ -118,7 +120,7 @@ constexpr ProductParameters kWireless = {
     .inVrcAutoWizard = false,
     .systems = &RunState::LwxSystems,
     .sysFile = &RunState::LwxSysFile,
-    .sysFileName = "LWXSys.lwx",
+    .sysFileName = file_name::kWirelessSystems,
     .lastRowLookedUp = 50,
     .firmwareLines = 4,
     .releaseNotes = "/LWX/firmware/version-firmware.html",

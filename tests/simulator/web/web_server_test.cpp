@@ -69,7 +69,8 @@ struct Web : testing::Test {
   QtHttpClient http{queue, {.fetch = kSecond, .silence = 1500 * kMillisecond}};
   sim::WebServer server;
   ListFetch lists{host, http, files, wizard, activity, state, form1, server.url()};
-  Download download{host, http, files, lists, supervision, wizard, state, form1, server.url()};
+  FirmwareSet set{files};
+  Download download{host, http, files, set, lists, supervision, wizard, state, form1, server.url()};
   Registration registration{host, http, download, supervision, state, form1, server.url()};
 };
 
