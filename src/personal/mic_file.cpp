@@ -38,7 +38,7 @@ MicGroup nameGroup(const std::string& name) {
     return group;
   }
   for (std::size_t i = 0; i < group.size(); ++i) {
-    group[i] = i < name.size() ? static_cast<std::uint8_t>(name[i]) : ' ';
+    group.at(i) = i < name.size() ? static_cast<std::uint8_t>(name[i]) : ' ';
   }
   return group;
 }

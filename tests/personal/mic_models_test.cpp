@@ -79,9 +79,16 @@ TEST_F(MicModelsTest, TheWholeTableGoesOutGroupByGroup) {
       bar.push_back(form1_.ProgressBar1.Value);
     }
   };
+  unit_.onMessage = [&] {
+    if (unit_.heard.size() > 1) {
+      EXPECT_EQ(form1_.Watchdog.interval(), 500);
+      EXPECT_EQ(form1_.lblResetSerial.Caption.get(), "Now sending Mic Models");
+    }
+  };
   form1_.btnMic.Click();
   EXPECT_TRUE(world_.screen.boxes().empty());
   ASSERT_EQ(unit_.heard.size(), 106U);
+  unit_.onMessage = nullptr;
   EXPECT_EQ(unit_.heard[0], kWant);
   EXPECT_EQ(unit_.heard[1], "53 4D 20 20 20 20");
   EXPECT_EQ(unit_.heard[2], "01 1C 20 00 00 7D");
@@ -94,7 +101,12 @@ TEST_F(MicModelsTest, TheWholeTableGoesOutGroupByGroup) {
   EXPECT_EQ(form1_.lblResetSerial.Caption.get(), "Finished sending new Mic Models to the receiver");
   EXPECT_FALSE(wire_.isOpen());
   EXPECT_TRUE(receivePath_.MicMode);
+  EXPECT_EQ(state_.WizardPage, 7);
+  EXPECT_EQ(form1_.Timer1.interval(), 100);
+  state_.ProgressPercent = 55;
+  world_.run(kSecond);
   form1_.Command3.Click();
+  EXPECT_EQ(form1_.ProgressBar1.Value + world_.supervision.BarValue + state_.ProgressPercent, 0);
   EXPECT_EQ(form1_.lblTop.Caption.get(), "Microphone Model Load Complete");
   EXPECT_FALSE(receivePath_.MicMode);
   EXPECT_FALSE(form1_.Timer1.enabled());
@@ -122,6 +134,9 @@ TEST_F(MicModelsTest, AUnitThatDoesNotStartIsAskedForAgainForTwentySecondsEachTi
   world_.directory.write("micmodels.lmm", table());
   world_.screen.answerNext(MessageButton::Yes, 100 * kSecond);
   world_.screen.answerNext(MessageButton::No);
+  world_.screen.onBox = [&](const MessageBox&) {
+    EXPECT_EQ(form1_.lblResetSerial.Caption.get(), "Unable to connect to the receiver");
+  };
   form1_.btnMic.Click();
   ASSERT_EQ(world_.screen.boxes().size(), 2U);
   EXPECT_EQ(world_.screen.boxes()[0].text, "Unable to connect to receiver, try again?");
@@ -130,10 +145,12 @@ TEST_F(MicModelsTest, AUnitThatDoesNotStartIsAskedForAgainForTwentySecondsEachTi
   expectReady();
   EXPECT_TRUE(form1_.btnMic.Visible);
 
+  world_.screen.onBox = nullptr;
   wire_.openFailure = Failure(failure_number::kPortInUse, "The port is in use");
   world_.screen.answerNext(MessageButton::OK);
   form1_.btnMic.Click();
   EXPECT_EQ(world_.screen.boxes().back().text, "Error: The port is in use (#8005)");
+  EXPECT_EQ(form1_.lblTop.Caption.get(), "The Mic Models were not sent to the receiver");
   expectReady();
 }
 

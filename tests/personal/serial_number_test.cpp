@@ -11,16 +11,20 @@ constexpr const char* kPresetMessage = "02 00 00 00 0A 00 00 0A 80";
 TEST_F(SerialNumberTest, TwoUnitsInARowGetTwoNumbersAndTheFileIsAheadOfEach) {
   writeNumber(123456);
   std::vector<std::string> fileWhenHeard;
-  unit_.onMessage = [&] { fileWhenHeard.push_back(file()); };
+  unit_.onMessage = [&] {
+    fileWhenHeard.push_back(file());
+    EXPECT_EQ(form1_.Timer3.interval(), 100);
+  };
   for (int i = 0; i < 2; ++i) {
     runSerial();
     EXPECT_EQ(form1_.lblResetSerial.Caption.get(), "Serial Number Programmed!");
     world_.run(kSecond);
     EXPECT_EQ(form1_.lblResetSerial.Caption.get(), "Serial Number Programmed!\r\nPreset 0 Loaded!");
     EXPECT_EQ(state_.SerialStep, 5);
-    EXPECT_FALSE(form1_.btnSN.Visible);
+    EXPECT_FALSE(form1_.btnSN.Visible || state_.SerialOnly);
     expectReady();
     next();
+    EXPECT_FALSE(state_.GotId || receivePath_.PresetLoaded || preset_.PresetPending || form1_.lblResetSerial.Visible);
     EXPECT_EQ(form1_.lblTop.Caption.get(), "Serial Number and Preset Load Complete");
     EXPECT_TRUE(form1_.btnSN.Visible);
     EXPECT_EQ(state_.WizardPage, 0);
@@ -34,8 +38,9 @@ TEST_F(SerialNumberTest, TheStepsShowTheirTextsAndControls) {
   writeNumber(77);
   std::vector<std::string> pages;
   const auto look = [&] {
-    std::string page = form1_.lblResetSerial.Visible ? form1_.lblResetSerial.Caption.get().substr(0, 9) : "-";
-    for (const Control* control : std::initializer_list<Control*>{&form1_.txtNum, &form1_.btnSerial, &form1_.frmModel}) {
+    std::string page = form1_.lblResetSerial.Visible ? form1_.lblResetSerial.Caption.get() : "-";
+    for (const Control* control :
+         std::initializer_list<Control*>{&form1_.txtNum, &form1_.lblSerial, &form1_.btnSerial, &form1_.frmModel}) {
       page += control->Visible ? " " + control->name() : "";
     }
     pages.push_back(page);
@@ -44,7 +49,13 @@ TEST_F(SerialNumberTest, TheStepsShowTheirTextsAndControls) {
     world_.after(static_cast<Micros>(seconds * kSecond), look);
   }
   runSerial();
-  EXPECT_EQ(pages, (std::vector<std::string>{"Programmi", "Now check txtNum btnSerial", "- frmModel"}));
+  EXPECT_EQ(pages, (std::vector<std::string>{
+                       "Programming the Serial Number is the next step.\r\n\r\nPlease cycle the power on the LWX Receiver and\r\n"
+                       "click 'Next' when the unit has successfully rebooted",
+                       "Now check the Serial Number displayed below\r\nto make sure that it is the one you want\r\nsent to the "
+                       "unit. If you need to change it,\r\nClick on 'Edit Number' to adjust it\r\n\r\nClick 'Next' when you are "
+                       "finished txtNum lblSerial btnSerial",
+                       "- frmModel"}));
   EXPECT_EQ(form1_.txtNum.Text.get(), "77");
 }
 
@@ -188,11 +199,16 @@ TEST_F(SerialNumberTest, TheUserReadsWhichNumberTheReceiverReallyGetsAndWhoKeeps
 
   world_.screen.answerOthers();
   const auto other = FileLock::tryTake("sn.wls.lock");
+  const Micros begin = world_.time.now();
   runSerial();
+  EXPECT_EQ((world_.time.now() - begin) / kSecond, 3 + 5 + 1);
   EXPECT_EQ(world_.screen.boxes().back().text, "Another station keeps sn.wls locked");
   EXPECT_EQ(file(), "66 00 00 00");
   EXPECT_EQ(unit_.heard.size(), 2U);
   expectReady();
+  world_.newserial.Show();
+  world_.newserial.btnOK.Click();
+  EXPECT_EQ(world_.screen.boxes().back().text, "Error: Another station keeps sn.wls locked (#16)");
 }
 
 TEST_F(SerialNumberTest, ANumberThatCannotHaveLeftIsGivenBackUnlessAnotherStationHasCountedOn) {
@@ -302,6 +318,7 @@ TEST_F(SerialNumberTest, ASilentUnitEndsTheProcedureOnNoAndItsNumberIsNotUsedAga
   EXPECT_EQ(file(), "65 00 00 00");
   expectReady();
   EXPECT_TRUE(form1_.btnSN.Visible);
+  EXPECT_FALSE(state_.SerialOnly);
   EXPECT_EQ(state_.SerialStep, 0);
   EXPECT_EQ(form1_.lblTop.Caption.get(),
             "No answer from the receiver: number 100 may be in it or not, and no other receiver gets it");
@@ -355,6 +372,7 @@ TEST_F(SerialNumberTest, APresetThatFailsLeavesTheNumberTaken) {
   unit_.onMessage = [&] {
     unit_.deafTo = numberHeard ? 99 : 0;
     numberHeard = true;
+    receivePath_.PresetLoaded = unit_.heard.size() == 1;  // of the unit before
   };
   world_.screen.answerNext(MessageButton::Yes);
   world_.screen.answerNext(MessageButton::No);
@@ -397,6 +415,7 @@ TEST_F(SerialNumberTest, APortThatFailsLosesNoNumberAndNextStartsAnew) {
   world_.screen.answerOthers();
   runSerial();
   EXPECT_EQ(world_.screen.boxes().at(0).text, "The port is in use");
+  EXPECT_EQ(form1_.lblTop.Caption.get(), "Click 'Next' to Program the Serial Number");
   EXPECT_EQ(file(), "64 00 00 00");
   expectReady();
   wire_.openFailure.reset();
@@ -420,6 +439,50 @@ TEST_F(SerialNumberTest, WhatAFlashRunHasLeftDoesNotSpoilTheNextNumber) {
   EXPECT_EQ(heardUnder, (LineSettings{57600, Handshake::None}));
   EXPECT_FALSE(form1_.frmUC.Visible);
   EXPECT_EQ(file(), "12 00 00 00");
+}
+
+TEST_F(SerialNumberTest, TheFactoryButtonsMakeTheWizardReadyForTheirRun) {
+  world_.wires.add(5);
+  for (CommandButton* button : {&form1_.btnSN, &form1_.btnMic}) {
+    SCOPED_TRACE(button->name());
+    form1_.Option2(0).Value = true;
+    form1_.Option1(0).Value = true;
+    state_.ProductCode = "VC";
+    state_.FactoryFirstPass = true;
+    state_.PortChosen = false;
+    state_.ComPort = 9;
+    state_.WizardPage = 6;
+    form1_.lblTop.Show();
+    form1_.ProgressBar1.Value = 50;
+    form1_.Command3.Disable();
+    world_.after(kSecond, [&] { world_.queue.post([] { throw ProgramEnded{}; }); });
+    EXPECT_THROW(button->Click(), ProgramEnded);
+    EXPECT_TRUE(form1_.Option2(1).Value && form1_.Option1(2).Value);
+    EXPECT_EQ(state_.ProductCode, "WS");
+    EXPECT_FALSE(state_.FactoryFirstPass);
+    EXPECT_EQ(state_.SerialOnly, button == &form1_.btnSN);
+    EXPECT_EQ(state_.WizardPage, button == &form1_.btnSN ? 7 : 6);
+    EXPECT_TRUE(state_.PortChosen);
+    EXPECT_EQ(state_.ComPort, 2);
+    EXPECT_TRUE(form1_.lblResetSerial.Visible);
+    EXPECT_FALSE(form1_.lblTop.Visible || form1_.btnSN.Visible || form1_.btnMic.Visible);
+    EXPECT_EQ(form1_.Command3.Enabled, button == &form1_.btnSN);
+    EXPECT_EQ(form1_.ProgressBar1.Visible, button == &form1_.btnMic);
+    world_.mainPort.Close();
+    form1_.Command3.Enable();
+    state_.SerialStep = 0;
+  }
+  // The microphones go by the port that was chosen.
+  state_.ComPort = 5;
+  world_.after(kSecond, [&] { world_.queue.post([] { throw ProgramEnded{}; }); });
+  EXPECT_THROW(form1_.btnMic.Click(), ProgramEnded);
+  EXPECT_TRUE(world_.wires.find(5)->isOpen());
+  EXPECT_EQ(form1_.lblResetSerial.Caption.get(),
+            "Ready to send Mic Models to the Receiver\r\n\r\nPlease cycle the power on the receiver now");
+  EXPECT_EQ(form1_.Watchdog.interval(), 1000);
+  EXPECT_EQ(form1_.ProgressBar1.Value, 0);
+  EXPECT_EQ(form1_.ProgressBar1.Max, 100);
+  EXPECT_FALSE(form1_.Command5.Visible);
 }
 
 TEST_F(SerialNumberTest, FactoryButtonsLeaveARunAlone) {
