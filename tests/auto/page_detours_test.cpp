@@ -214,7 +214,11 @@ TEST_F(DetoursTest, NextTriesAgainWhereAListDidNotCome) {
                                  flow.state.WizardPage = 50;
                                  flow.form.btnNext.Enable();
                                }},
-                              {"a box", [](Flow&) {}}};
+                              {"a box", [](Flow&) {}},
+                              {"no list, behind a run that has hidden Back", [](Flow& flow) {
+                                 flow.state.WizardPage = 50;
+                                 flow.form.btnBack.Hide();
+                               }}};
   for (const Failing& failing : failures) {
     SCOPED_TRACE(failing.name);
     Flow flow;

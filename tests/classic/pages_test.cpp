@@ -76,6 +76,7 @@ TEST_F(PagesTest, TheOlderVelarcGoesFromListToDownloadToFlash) {
   product(form1_.VRColdButton);
   next();
   state_.CatalogueReady = true;
+  form1_.List1.AddItem("V4.91 - newer");
   next();
   EXPECT_EQ(state_.WizardPage, 2);
   EXPECT_TRUE(form1_.txtEmail.Visible);
@@ -112,6 +113,7 @@ TEST_F(PagesTest, RemoteSoftwareEndsInItsInstallerOrBackAtTheStart) {
     log_.clear();
     downloadDone_ = done;
     state_.CatalogueReady = true;
+    form1_.List1.AddItem("Remote 2");
     state_.WizardPage = 20;
     next();
     EXPECT_EQ(state_.WizardPage, 21);
@@ -140,6 +142,7 @@ TEST_F(PagesTest, RemoteSoftwareEndsInItsInstallerOrBackAtTheStart) {
 
 TEST_F(PagesTest, AnEmptyCatalogueIsToldAndLeadsBack) {
   world_.screen.answerOthers();
+  state_.CatalogueReady = true;  // of an earlier list; this one has no line
   state_.WizardPage = 1;
   next();
   EXPECT_EQ(world_.screen.boxes().back().text, "Error, didnt download any files");
@@ -192,11 +195,9 @@ TEST_F(PagesTest, TheFirstTaskPageComesBackAsItWasFromEveryStateOfAFetch) {
     for (int press = 0; press < presses; ++press) {
       form1_.Command3.Click();  // as a wizard presses it
       form1_.lblStatus.Show();
+      form1_.List1.AddItem("V1");
       form1_.lblOutcome.tell(OutcomeKind::Failure, "no list");
-      if (form1_.List1.Visible) {
-        form1_.List1.AddItem("V1");
-        form1_.List1.ListIndex = 0;
-      }
+      form1_.List1.ListIndex = form1_.List1.Visible ? 0 : -1;
     }
     engine_.returnToFirstTaskPage();
     form1_.Option1(3).Hide();

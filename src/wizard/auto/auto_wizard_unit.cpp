@@ -118,8 +118,10 @@ void AutoWizard::fetchList(const LeavableWait::Stay& stay) {
     state_.CatalogueReady = false;  // what has come so far was a list of something else
   }
   setting_.form1.Command3.Click();
-  if (!stay.left() && !state_.CatalogueReady && state_.WizardPage == classic_page::kFirmwareFetched) {
-    form_.btnNext.Enable();  // the fetch has failed in a box, and nothing on the page leads on
+  // A fetch that has failed in a box leaves a page on which nothing leads on; so does any that failed once Back is gone for good.
+  const bool toldInABox = state_.WizardPage == classic_page::kFirmwareFetched;
+  if (!stay.left() && !state_.CatalogueReady && (toldInABox || !form_.btnBack.Visible)) {
+    form_.btnNext.Enable();
   }
 }
 
@@ -127,7 +129,7 @@ void AutoWizard::fetchList(const LeavableWait::Stay& stay) {
 void AutoWizard::walkForm1ToItsList(const LeavableWait::Stay& stay) {
   listKnown_ = true;
   setting_.form1.Option2(1).Value = true;
-  if (state_.WizardPage != classic_page::kFirmwareFetched) {
+  if (state_.WizardPage != classic_page::kFirmwareFetched || setting_.form1.List1.ListCount() == 0) {
     return;  // an earlier list stands in for one that did not come
   }
   setting_.form1.Command3.Click();

@@ -17,7 +17,8 @@ void showContactForm(Form1& form1, bool visible) {
 }  // namespace
 
 void PageEngine::leaveFetched(std::int16_t contactPage) {
-  if (!state_.CatalogueReady) {
+  // An earlier list may have come; but one without lines leaves nothing to choose, and no way on.
+  if (!state_.CatalogueReady || form1_.List1.ListCount() == 0) {
     host_.showFailure("Error, didnt download any files");
     backToStart();
     return;

@@ -196,6 +196,7 @@ void PageEngine::flash() {
 
 void PageEngine::leaveRun() {
   form1_.ProgressBar1.Hide();
+  form1_.lblProgressInfo.Hide();
   form1_.Command3.Enable();
 }
 
