@@ -16,6 +16,8 @@
 #include "platform/widgets/control_widgets.h"
 #include "platform/widgets/form_window.h"
 #include "platform/widgets/outcome_band.h"
+#include "platform/widgets/processor_strip.h"
+#include "platform/widgets/ring_view.h"
 
 namespace firmlane::test {
 
@@ -32,7 +34,8 @@ class Checks {
     for (QWidget* widget : window.findChildren<QWidget*>()) {
       const bool label = qobject_cast<QLabel*>(widget) != nullptr && !static_cast<QLabel*>(widget)->text().isEmpty();
       const bool control = isField(*widget) || label || dynamic_cast<PictureWidget*>(widget) != nullptr ||
-                           dynamic_cast<OutcomeBand*>(widget) != nullptr || qobject_cast<QProgressBar*>(widget) != nullptr;
+                           dynamic_cast<OutcomeBand*>(widget) != nullptr || qobject_cast<QProgressBar*>(widget) != nullptr ||
+                           dynamic_cast<RingView*>(widget) != nullptr || dynamic_cast<ProcessorStrip*>(widget) != nullptr;
       if (control && widget->isVisible()) {
         controls_.push_back(widget);
       }

@@ -9,10 +9,14 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScreen>
 #include <QTimer>
 
 #include "platform/widgets/display_text.h"
 #include "sheet.h"
+#include "state/auto_form.h"
+#include "state/frm_port.h"
+#include "state/small_forms.h"
 
 namespace firmlane::test {
 namespace {
@@ -181,6 +185,44 @@ TEST_F(Windows, TheHourglassGivesWayToAMessageBox) {
   EXPECT_NE(QGuiApplication::overrideCursor(), nullptr);
   host.setPointer(Pointer::Normal);
   EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
+}
+
+TEST_F(Windows, AFormThatCentresItselfStandsInTheMiddleAndTakesOverAsTheUserHadTheWindow) {
+  FrmInHouse first(host);
+  FrmAuto second(host);
+  FrmPort dialog(host);
+  second.OnLoad = [&] { second.centre(); };
+  dialog.OnLoad = [&] { dialog.centre(); };
+  const QRect room = QGuiApplication::primaryScreen()->availableGeometry();
+  const auto offCentre = [&](const Form& form) {
+    return (screen.window(form)->frameGeometry().center() - room.center()).manhattanLength();
+  };
+  const auto takeOver = [&](Form& from, Form& to) {
+    from.Hide();
+    to.Show();
+    run(250 * kMillisecond);
+  };
+  first.Show();
+  run(250 * kMillisecond);
+  screen.window(first)->move(0, 0);
+  takeOver(first, second);
+  EXPECT_LE(offCentre(second), 2);
+  screen.window(second)->move(room.bottomRight() - QPoint(200, 200));
+  dialog.Show();
+  dialog.Label1.Show();
+  for (int i = 0; i < dialog.Option1.count(); ++i) {
+    dialog.Option1(i).Show();
+  }
+  run(250 * kMillisecond);
+  EXPECT_LE(offCentre(dialog), 4) << "also when it has grown";
+  dialog.Unload();
+
+  screen.window(second)->showMaximized();
+  takeOver(second, first);
+  EXPECT_TRUE(screen.window(first)->isMaximized());
+  screen.window(first)->showNormal();
+  takeOver(first, second);
+  EXPECT_FALSE(screen.window(second)->isMaximized());
 }
 
 }  // namespace

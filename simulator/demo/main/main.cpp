@@ -119,7 +119,7 @@ void standSideBySide(QWidget& program, QWidget& bench) {
   bench.move(right, std::max(room.top(), program.y()));
 }
 
-/// Each main window of the program that comes up finds its place beside the bench.
+/// Each main window of the program that comes up, or fills the screen no longer, finds its place beside the bench.
 class BesideTheBench : public QObject {
  public:
   BesideTheBench(const WidgetScreen& screen, const FormHost& host, QWidget& bench) : screen_(screen), host_(host), bench_(bench) {
@@ -128,7 +128,8 @@ class BesideTheBench : public QObject {
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override {
-    if (event->type() == QEvent::Show && dynamic_cast<FormWindow*>(watched) != nullptr) {
+    const bool mayOverlap = event->type() == QEvent::Show || event->type() == QEvent::WindowStateChange;
+    if (mayOverlap && dynamic_cast<FormWindow*>(watched) != nullptr) {
       // Behind the program's own placing, which waits for the window manager.
       QTimer::singleShot(kPlaceMilliseconds, this, [this] { arrange(); });
     }

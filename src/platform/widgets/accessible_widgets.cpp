@@ -5,6 +5,9 @@
 
 #include "platform/widgets/control_widgets.h"
 #include "platform/widgets/outcome_band.h"
+#include "platform/widgets/processor_strip.h"
+#include "platform/widgets/ring_view.h"
+#include "platform/widgets/switch_picture.h"
 
 namespace firmlane {
 
@@ -92,6 +95,15 @@ QAccessibleInterface* make(const QString& /*className*/, QObject* object) {
   }
   if (auto* band = dynamic_cast<OutcomeBand*>(object)) {
     return new QAccessibleWidget(band, QAccessible::AlertMessage);
+  }
+  if (auto* picture = dynamic_cast<SwitchPicture*>(object)) {
+    return new QAccessibleWidget(picture, QAccessible::Graphic);
+  }
+  if (auto* strip = dynamic_cast<ProcessorStrip*>(object)) {
+    return new QAccessibleWidget(strip, QAccessible::Indicator);
+  }
+  if (auto* ring = dynamic_cast<RingView*>(object)) {
+    return new QAccessibleWidget(ring, QAccessible::Indicator);
   }
   if (object != nullptr && object->isWidgetType() && object->property(kGroupProperty).toBool()) {
     return new QAccessibleWidget(static_cast<QWidget*>(object), QAccessible::Grouping);

@@ -1,5 +1,6 @@
 #include "platform/widgets/activity_panel.h"
 
+#include <QAccessible>
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -120,11 +121,16 @@ void ActivityPanel::tell(const ActivityWords& words) {
   } else {
     ring_->showShare(words.share, words.middle);
   }
+  const bool isNew = title_->text() != words.title && !words.title.isEmpty();
   say(*title_, words.title);
   say(*detail_, words.detail);
   say(*warning_, words.warning);
   row_->setVisible(!words.title.isEmpty());
   setVisible(!words.title.isEmpty() || !processors.empty());
+  if (isNew) {
+    QAccessibleEvent alert(title_, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
+  }
 }
 
 }  // namespace firmlane

@@ -171,6 +171,9 @@ void FormWindow::refresh() {
   if (stale_.empty()) {
     return;
   }
+  if (isVisible()) {
+    middle_ = frameGeometry().center();
+  }
   const std::vector<ControlBinding*> stale = std::exchange(stale_, {});
   for (ControlBinding* binding : stale) {
     binding->refresh();
@@ -223,8 +226,9 @@ void FormWindow::makeRoom() {
   const QSize room = whole.size() - (frameGeometry().size() - size());
   const QSize needed = neededSize(std::min(width(), room.width()));
   const QSize wanted = size().expandedTo(needed).boundedTo(room);
-  const QPoint middle = frameGeometry().center();
-  if (wanted == size()) {
+  const QPoint middle = std::exchange(middle_, {}).value_or(frameGeometry().center());
+  const bool hasGrown = middle != frameGeometry().center();  // by its layout, on its own
+  if (wanted == size() && !hasGrown) {
     return;
   }
   resize(wanted);

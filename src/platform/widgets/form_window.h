@@ -4,6 +4,7 @@
 
 #include <QDialog>
 #include <memory>
+#include <optional>
 #include <unordered_map>
 #include <vector>
 
@@ -92,6 +93,7 @@ class FormWindow : public QDialog {
   QWidget* lastMade_ = nullptr;
   QWidget* firstField_ = nullptr;
   QSize usualSize_;
+  std::optional<QPoint> middle_;  // where it was before the change that the layout has yet to follow
 };
 
 }  // namespace firmlane

@@ -12,6 +12,7 @@ namespace firmlane {
 namespace {
 
 constexpr int kLongestHeading = 90;   // letters; a first line beyond is a paragraph
+constexpr int kMostLetters = 92;      // of a line; a longer one is hard to read
 constexpr int kSeparatorIndent = 16;  // blanks in front of an "OR" between two paragraphs
 constexpr double kLineAir = 1.12;
 constexpr double kBlankLine = 0.6;
@@ -59,7 +60,8 @@ std::vector<PageText::Part> PageText::partsOf(const QStringList& lines) {
   return parts;
 }
 
-PageText::PageText(const QString& text, int width) : width_(width) {
+PageText::PageText(const QString& text, int width)
+    : width_(width), measure_(std::min<double>(width, kMostLetters * QFontMetricsF(fontOf(TypeSize::Text)).averageCharWidth())) {
   QString kept = text;
   while (!kept.isEmpty() && kept.back().isSpace()) {
     kept.chop(1);
@@ -91,7 +93,7 @@ PageText::PageText(const QString& text, int width) : width_(width) {
 
 void PageText::openCard(Sign sign) {
   open_ = sign;
-  cards_.push_back({sign, QRectF(0, height_, width_, 0)});
+  cards_.push_back({sign, QRectF(0, height_, measure_, 0)});
   height_ += kPadding;
 }
 
@@ -107,7 +109,7 @@ void PageText::set(const QString& line, Part part) {
   QFont font = fontOf(large ? TypeSize::Heading : TypeSize::Text);
   font.setBold(large || part == Part::Warning);
   const QFontMetricsF metrics(font);
-  const double blanks = std::min(indentOf(line) * metrics.horizontalAdvance(QLatin1Char(' ')), width_ * 0.5);
+  const double blanks = std::min(indentOf(line) * metrics.horizontalAdvance(QLatin1Char(' ')), measure_ * 0.5);
   const double left = (open_ != Sign::None ? kEdge + kPadding : 0) + blanks;
   const double hang = metrics.horizontalAdvance(line.trimmed().left(markOf(line.trimmed())));
   auto layout = std::make_unique<QTextLayout>(line.trimmed(), font);
@@ -116,7 +118,7 @@ void PageText::set(const QString& line, Part part) {
   double down = 0;
   for (QTextLine row = layout->createLine(); row.isValid(); row = layout->createLine()) {
     const double in = down > 0 ? hang : 0;
-    row.setLineWidth(std::max(1.0, width_ - left - in - (open_ != Sign::None ? kPadding : 0)));
+    row.setLineWidth(std::max(1.0, measure_ - left - in - (open_ != Sign::None ? kPadding : 0)));
     row.setPosition({in, down});
     down += row.height() * kLineAir;
   }

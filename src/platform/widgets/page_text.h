@@ -42,6 +42,7 @@ class PageText {
   void closeCard();
 
   int width_;
+  double measure_;  // the width that lines take at most
   double height_ = 0;
   Sign open_ = Sign::None;
   std::vector<Line> lines_;

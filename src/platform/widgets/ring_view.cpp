@@ -3,6 +3,7 @@
 #include <QPainter>
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "platform/widgets/activity_colours.h"
 
@@ -19,6 +20,7 @@ constexpr double kThickness = 0.085;
 
 RingView::RingView(QWidget* parent) : QWidget(parent) {
   setObjectName(QStringLiteral("ring"));
+  setAccessibleName(QStringLiteral("Time left"));
   setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
 
@@ -38,7 +40,9 @@ void RingView::take(int start, int length, const QString& middle) {
   if (start != start_ || length != length_ || middle != middle_) {
     start_ = start;
     length_ = length;
-    middle_ = middle;
+    if (std::exchange(middle_, middle) != middle) {
+      setAccessibleDescription(middle);
+    }
     update();
   }
 }
