@@ -134,6 +134,12 @@ void AutoWizard::showVerdict() {
 
 /// The verdict once more, without the lines that only make room below it.
 void AutoWizard::tellVerdict() {
+  const std::string behind = table_.stillBehind();
+  if (!state_.FinalCheckFailed && !behind.empty()) {
+    setting_.wizard.tellOutcome(OutcomeKind::Caution, "Not everything is up to date yet: " + behind + ". Click '" +
+                                                          form_.btnMore.Caption.get() + "' to program the rest.");
+    return;
+  }
   const std::string verdict = form_.lblMain.Caption;
   setting_.wizard.tellOutcome(state_.FinalCheckFailed ? OutcomeKind::Failure : OutcomeKind::Good,
                               verdict.substr(0, verdict.find_last_not_of("\r\n") + 1));

@@ -1,10 +1,15 @@
 #include "wizard/auto/unit_reading.h"
 
+#include "flash/silence_limit.h"
 #include "state/tell_failure.h"
 
 namespace firmlane {
 
 namespace {
+
+constexpr const char* kStillSilent =
+    "Nothing has come from the unit for a minute. Please check that it is switched on and connected.\r\n"
+    "If it stays silent, click Exit, start Firmlane again and choose 'Recover' when it cannot be read.";
 constexpr int kReadLimit = 30'000;  // ms
 // The bar of the reading counts passes of an idle event loop, one in 20 us, in sweeps of a million. To count them by the clock
 // and look ten times a second shows the same and leaves the processor alone.
@@ -116,10 +121,16 @@ bool UnitReading::readAgain() {
   if (!loadVersion()) {
     return false;
   }
+  const SilenceLimit silence(setting_.host.queue());
+  bool told = false;
   while (!setting_.state.VersionsComplete) {
     if (!stillAsking()) {
       finish();
       return false;
+    }
+    if (!told && silence.passed()) {
+      told = true;
+      setting_.wizard.tellOutcome(OutcomeKind::Caution, kStillSilent);
     }
     setting_.host.queue().WaitEvents();
   }

@@ -136,6 +136,20 @@ void VersionTable::CompareVersionsFinal() {
   progress_.finish();
 }
 
+std::string VersionTable::stillBehind() const {
+  const SystemRecord& set = (setting_.state.*product_.sysFile)[0];
+  std::string text;
+  for (const UpdateStep& step : product_.steps) {
+    const ProcessorRow& row = product_.rows.at(static_cast<std::size_t>(step.row));
+    const Label& inUnit = window_.rows.at(static_cast<std::size_t>(step.row)).inUnit;
+    const std::string wanted = row.inSystem != nullptr ? (set.*row.inSystem).trimmed() : std::string();
+    if (reachable(row) && number(inUnit) < leadingNumber(wanted)) {
+      text += (text.empty() ? "" : ", ") + std::string(step.name) + " " + inUnit.Caption.get() + " (the set has " + wanted + ")";
+    }
+  }
+  return text;
+}
+
 bool VersionTable::failsFinalCheck(const ProcessorRow& row, const Label& inUnit, const SystemRecord& set) const {
   if (row.finalCheck == FinalCheck::None || (row.secondSection && !setting_.state.HasRf2)) {
     return false;

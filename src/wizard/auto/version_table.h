@@ -43,6 +43,9 @@ class VersionTable {
   void selectReachable();
   /// Takes back selections that the unit cannot have.
   void dropUnreachable();
+  /// What the unit runs that is older than row 0 of the system file, such as "DSP 2.29 (the set has 2.31)"; empty when all is up
+  /// to date. The final check does not ask that of every processor.
+  [[nodiscard]] std::string stillBehind() const;
   [[nodiscard]] bool anySelected() const;
 
  private:
