@@ -66,6 +66,7 @@ TEST_F(FlashRunTest, WhatAnAdapterStillHoldsAndHowItGathersBytesChangesNothing) 
          {std::tuple{"DSPFlash", 1, 302U}, {"RF1Flash", 48, 300U}, {"FrontFlash", 80, 0U}}) {
       wire_.latency = latency;
       wire_.deliver(stale);
+      receivePath_.RxBuffer = stale;  // as a run that broke off has left it
       frontImage(64);
       fly("WS", target,
           {.announces = announces, .image = wire, .batchAnswers = wire > 0 ? std::vector<int>() : std::vector{86, 87, 87, 82}});
@@ -76,19 +77,30 @@ TEST_F(FlashRunTest, WhatAnAdapterStillHoldsAndHowItGathersBytesChangesNothing) 
 }
 
 TEST_F(FlashRunTest, WhileAUnitErasesTheBarMovesAtItsPace) {
-  for (const auto& [product, target, announces, interval] :
-       {std::tuple{"WS", "DSPFlash", 1, 700}, {"WS", "RF1Flash", 48, 50}, {"VC", "DSPFlash", 6, 1500}}) {
+  for (const auto& [product, target, announces, interval, bar] :
+       {std::tuple{"WS", "DSPFlash", 1, 700, 10}, {"WS", "RF1Flash", 48, 50, 45}, {"VC", "DSPFlash", 6, 1500, 0}}) {
     std::vector<int> seen;
     const auto look = [&] {
-      seen.insert(seen.end(), {form1_.Timer1.interval(), form1_.Timer1.enabled(), form1_.ProgressBar1.Visible});
+      seen = {form1_.Timer1.interval(),  form1_.Timer1.enabled(),  form1_.ProgressBar1.Visible,
+              form1_.ProgressBar1.Value, frmAuto_.Progress1.Value, form1_.Command3.Enabled,
+              state_.ImageDone,          state_.ProgressPercent};
     };
+    state_.ProgressPercent = 77;
+    state_.ImageDone = true;
     world_.after(2 * kSecond, [&] {
       form1_.ProgressBar1.Hide();
+      form1_.ProgressBar1.Value = 30;
+      frmAuto_.Progress1.Value = 31;
+      world_.supervision.BarValue = 50;
+      form1_.Command3.Enable();
       look();
     });
-    world_.after(1 * kSecond + 3500 * kMillisecond, look);
+    world_.after(1 * kSecond + 3500 * kMillisecond, [&] {
+      EXPECT_EQ(seen, (std::vector<int>{1500, 0, 0, 30, 31, 1, 0, 0})) << "before the unit is on";
+      look();
+    });
     fly(product, target, {.announces = announces, .erased = {}});
-    EXPECT_EQ(seen, (std::vector<int>{1500, 0, 0, interval, 1, 1})) << product << target;
+    EXPECT_EQ(seen, (std::vector<int>{interval, 1, 1, bar, bar, 0, 0, 0})) << product << target;
     EXPECT_EQ(form1_.Timer1.interval(), 100);
   }
 }
@@ -273,7 +285,11 @@ TEST_F(FlashRunTest, EachWaitEndsInItsTime) {
 TEST_F(FlashRunTest, AVerdictWithinItsTimeAfterALongImageSucceeds) {
   image("wls.bin", 60'000);
   Activity::Phase verdict;
-  world_.after(68 * kSecond, [&] { verdict = world_.supervision.activity.now(); });
+  world_.after(4 * kSecond, [&] { form1_.Command3.Enable(); });
+  world_.after(68 * kSecond, [&] {
+    verdict = world_.supervision.activity.now();
+    EXPECT_FALSE(form1_.Command3.Enabled);
+  });
   fly("WS", "DSPFlash", {.image = 60'002, .verdict = 2 * kSecond});
   EXPECT_EQ(nameOf(verdict.doing), std::string("waiting for the verdict"));
   EXPECT_EQ(verdict.limit, 5 * kSecond);

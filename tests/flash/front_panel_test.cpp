@@ -116,6 +116,18 @@ TEST_F(FrontPanelTest, WhatAnEarlierPanelAskedForDoesNotCount) {
   }
 }
 
+TEST_F(FrontPanelTest, ARequestThatComesAmidItsBatchCounts) {
+  frontImage(64);
+  world_.screen.onChange = [&](Control& control) {
+    if (&control == &form1_.lblProgressInfo && form1_.lblProgressInfo.Caption.get() == "Programmed 0 bytes (0%)") {
+      wire_.deliver(bytes("02 00 00 00 1F 56 75 3E 3E"));  // at the first value of the first batch
+    }
+  };
+  fly("WS", "FrontFlash", {.announces = 80, .batchAnswers = {0, 87, 87, 82}});
+  EXPECT_EQ(ending(), "3 page 7 -timedout -port +next -watchdog -timer1 +bar");
+  EXPECT_EQ(loader_.image.size(), 2U + 4 * 32);
+}
+
 TEST_F(FrontPanelTest, AnImageThatCannotBeSentIsToldAndTheRunEnds) {
   struct Case {
     const char* what;

@@ -72,6 +72,7 @@ TEST_F(FrontImageTest, AConvertedFileOfAnotherShapeIsToldAndLeavesTheImage) {
       {"58584848", "no hexadecimal digit at position 1"},
       {"\"5170", "a quote is not closed"},
       {"\"5170\"5170", "there is something behind a quote"},
+      {"\"5170\"5", "there is something behind a quote"},
       {tooLong, "it is too long"},
   };
   state_.FrontCodeBytes = 77;
@@ -88,6 +89,11 @@ TEST_F(FrontImageTest, TheImageOfAVelarcDoesNotServeAReceiver) {
   ASSERT_TRUE(load(std::string(kHead) + "S10400003FBC\r\n" + kEnd));
   EXPECT_FALSE(loader_.ConvertFront());
   EXPECT_EQ(state_.FrontImage, "");
+  for (const auto& [content, good] : {std::pair{"51705170", true}, {"5", false}}) {
+    world_.directory.write("FNTLCDc.s19", std::string(content));
+    EXPECT_EQ(loader_.ConvertFront(), good);
+    EXPECT_EQ(state_.FrontImage, "51705170") << "a receiver's own image stays";
+  }
 }
 
 TEST_F(FrontImageTest, AMissingConvertedFileIsToldAndNotedInTheDebugView) {

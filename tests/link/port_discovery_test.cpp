@@ -54,7 +54,14 @@ TEST_F(PortDiscoveryTest, TheFirstPortWithAUnitIsTaken) {
   FakeUnit& other = unitOn(7);
   receive_.ExpectFrameEnd = true;  // left by a flash run that broke off
   state_.FlashPhase = 3;
+  world_.mainPort.setHandshake(Handshake::Rts);
+  EXPECT_GT(form_.Left, 0) << "the window stands in the middle";
+  form_.Option1(7).Value = true;
+  form_.Unload();
+  form_.Show();
+  EXPECT_EQ(form_.Option1.selected(), 0);
   search();
+  EXPECT_EQ(world_.mainPort.lineSettings().handshake, Handshake::None);
   EXPECT_EQ(boxes(), "[LWX Firmlane: COM3 found, now Connecting]");
   EXPECT_EQ(world_.screen.boxes()[0].icon, MessageIcon::Information);
   EXPECT_EQ(state_.ComPort, 3);

@@ -109,9 +109,10 @@ TEST_F(VersionAnswersTest, BothVersionCodesCompleteTheReadingOnEitherLine) {
       EXPECT_TRUE(state_.VersionsRead && state_.VersionsComplete) << c.product << int{code};
     }
   }
-  EXPECT_EQ(state_.VrcFrontAVer3, 6);
-  EXPECT_EQ(state_.VrcFrontBVer1, 2);
-  EXPECT_EQ(state_.VrcFrontBVer3, 9);
+  const RunState& s = state_;
+  EXPECT_EQ(
+      (std::vector<int>{s.VrcFrontAVer1, s.VrcFrontAVer2, s.VrcFrontAVer3, s.VrcFrontBVer1, s.VrcFrontBVer2, s.VrcFrontBVer3}),
+      (std::vector<int>{1, 0, 6, 2, 1, 9}));
 }
 
 TEST_F(VersionAnswersTest, AVelarcWithAnOldDspIsCompleteAtOnce) {

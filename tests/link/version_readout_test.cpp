@@ -40,7 +40,9 @@ class VersionReadoutTest : public testing::Test {
 TEST_F(VersionReadoutTest, AWirelessUnitIsReadAtFullSpeed) {
   FakeUnit unit(world_, 4, 57600);
   unit.answers = {{kWho, kIdAnswer}, {kVersions, kVersionAnswer}};
+  world_.versionPort.setHandshake(Handshake::Rts);
   load();
+  EXPECT_EQ(world_.versionPort.lineSettings().handshake, Handshake::None);
   EXPECT_EQ(pointer(), Pointer::Hourglass);
   complete();
   EXPECT_TRUE(hex(wire_.sent()).starts_with(kResetFrame + " " + kWhoFrame)) << hex(wire_.sent());
