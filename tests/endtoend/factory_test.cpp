@@ -113,5 +113,27 @@ TEST_F(ProductionLine, TwoStationsAtTheSamePageGiveTwoNumbers) {
   EXPECT_EQ(counter(), "dd 05 00 00");
 }
 
+TEST_F(ProductionLine, TheSecondUserOfAPortIsToldWhoHasIt) {
+  Process simulator("firmlane-simulator", {"--unit", "lwx52", "--dir", directory.path(), "--time-scale", "10"});
+  const QString device = simulator.line()["pty"].toString();
+  const QStringList options = {"--dir", directory.path(), "--port", "2=" + device, "--time-scale", "10", "--factory-build"};
+  Process first("firmlane-console", options);
+  Process second("firmlane-console", options);
+  const auto boxOf = [](Process& console) {
+    console.must("click Form1.btnMic");
+    console.must("wait messagebox 60");
+    return console.events().last().toStdString();
+  };
+  EXPECT_THAT(boxOf(first), testing::HasSubstr("Unable to connect to receiver, try again?"));
+  const QString holder =
+      device + ") is in use by another program (firmlane-console, process " + QString::number(first.pid()) + ")";
+  EXPECT_THAT(boxOf(second), testing::HasSubstr(holder.toStdString()));
+  second.must("answer OK");
+  second.must("get Form1.btnMic.visible");
+  // Killed, it leaves nothing that keeps the port.
+  first.kill();
+  EXPECT_THAT(boxOf(second), testing::HasSubstr("Unable to connect to receiver, try again?"));
+}
+
 }  // namespace
 }  // namespace firmlane::test

@@ -55,6 +55,11 @@ QJsonValue Process::must(const QString& line) {
   return result["value"];
 }
 
+void Process::kill() {
+  process_.kill();
+  process_.waitForFinished();
+}
+
 int Process::finish() {
   process_.closeWriteChannel();
   EXPECT_TRUE(process_.waitForFinished(20000));

@@ -28,6 +28,8 @@ class Process {
   QJsonValue must(const QString& line);
   /// The next line of any kind.
   QJsonObject line(int milliseconds = 20000);
+  /// Ends it at once, as a power failure would.
+  void kill();
   /// Waits for the end; the exit status.
   int finish();
   /// What it has written and nobody has read.
