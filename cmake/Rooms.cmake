@@ -1,8 +1,19 @@
+# Takes out of a list of sources what belongs to another system: NAME_unix.cpp and NAME_windows.cpp stand behind one header.
+function(firmlane_keep_own variable)
+  set(foreign "_windows(_test)?\\.cpp$")
+  if(WIN32)
+    set(foreign "_unix(_test)?\\.cpp$")
+  endif()
+  list(FILTER ${variable} EXCLUDE REGEX ${foreign})
+  set(${variable} ${${variable}} PARENT_SCOPE)
+endfunction()
+
 # A room is a folder of sources that becomes one library; it may use only the rooms named behind USES. READS names its set of
 # precompiled headers.
 function(firmlane_room name folder)
   cmake_parse_arguments(ARG "" "READS" "USES" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${folder}/*.cpp ${CMAKE_CURRENT_SOURCE_DIR}/${folder}/*.h)
+  firmlane_keep_own(sources)
   if(NOT sources) # a room that nobody has moved into yet
     add_library(${name} INTERFACE)
     target_link_libraries(${name} INTERFACE ${ARG_USES})
@@ -23,13 +34,16 @@ function(firmlane_program name source)
   cmake_parse_arguments(ARG "" "READS" "USES" ${ARGN})
   add_executable(${name} ${source})
   target_link_libraries(${name} PRIVATE ${ARG_USES})
-  target_precompile_headers(${name} REUSE_FROM precompiled_${ARG_READS})
+  if(NOT WIN32) # there a program with windows has a flag of its own
+    target_precompile_headers(${name} REUSE_FROM precompiled_${ARG_READS})
+  endif()
 endfunction()
 
 # The tests of one subsystem: every source of a folder below tests/ in one program.
 function(firmlane_tests folder)
   cmake_parse_arguments(ARG "" "PROCESSORS;READS" "USES" ${ARGN})
   file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/${folder}/*.cpp)
+  firmlane_keep_own(sources)
   if(NOT sources)
     return()
   endif()
@@ -44,6 +58,10 @@ function(firmlane_tests folder)
   target_include_directories(test_${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests/support)
   target_link_libraries(test_${name} PRIVATE ${ARG_USES} test_support GTest::gmock GTest::gtest_main)
   target_precompile_headers(test_${name} REUSE_FROM precompiled_${ARG_READS})
+  if(CMAKE_CROSSCOMPILING) # one run of the other system's programs is dear
+    add_test(NAME ${folder} COMMAND test_${name})
+    return()
+  endif()
   gtest_discover_tests(test_${name} TEST_PREFIX ${folder}. DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 120
                        PROCESSORS ${ARG_PROCESSORS})
 endfunction()

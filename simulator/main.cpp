@@ -8,20 +8,18 @@
 //
 // It prints {"pty":"/dev/pts/3","unit":"lwx52"} when the unit is there, then a line for each thing that happens in it, and takes
 // commands on standard input. --help lists options, units, faults and commands.
-#include <signal.h>
-
 #include <QCoreApplication>
 #include <QJsonDocument>
-#include <QTimer>
 #include <cstdio>
-#include <filesystem>
 #include <iostream>
+#include <memory>
 #include <optional>
 
+#include "console/end_on_signal.h"
 #include "console/options.h"
-#include "console/unit_console.h"
+#include "console/unit_bench.h"
+#include "platform/qt/identity.h"
 #include "platform/qt/standard_input.h"
-#include "pty/pty_unit.h"
 #include "web/web_console.h"
 
 namespace {
@@ -34,74 +32,6 @@ constexpr int kWrongOption = 2;
 void print(const QJsonObject& line) {
   std::cout << QJsonDocument(line).toJson(QJsonDocument::Compact).toStdString() << std::endl;
 }
-
-/// A symbolic link that stands as long as the simulator runs.
-class Link {
- public:
-  Link(const std::string& path, const std::string& target) : path_(path) {
-    if (path_.empty()) {
-      return;
-    }
-    if (std::filesystem::is_symlink(path_)) {
-      std::filesystem::remove(path_);
-    }
-    std::filesystem::create_symlink(target, path_);
-  }
-  ~Link() {
-    std::error_code error;
-    if (!path_.empty()) {
-      std::filesystem::remove(path_, error);
-    }
-  }
-  Link(const Link&) = delete;
-  Link& operator=(const Link&) = delete;
-
- private:
-  std::string path_;
-};
-
-/// Ends the event loop on SIGINT and SIGTERM, so that the link is removed. The signals stay blocked and are looked for.
-class EndOnSignal {
- public:
-  EndOnSignal() {
-    sigset_t ends;
-    sigemptyset(&ends);
-    sigaddset(&ends, SIGINT);
-    sigaddset(&ends, SIGTERM);
-    sigprocmask(SIG_BLOCK, &ends, nullptr);
-    timer_.callOnTimeout([] {
-      sigset_t pending;
-      sigpending(&pending);
-      if (sigismember(&pending, SIGINT) == 1 || sigismember(&pending, SIGTERM) == 1) {
-        QCoreApplication::quit();
-      }
-    });
-    constexpr std::chrono::milliseconds kLook{100};
-    timer_.start(kLook);
-  }
-
- private:
-  QTimer timer_;
-};
-
-/// A unit on its pseudo-terminal, with the lines that work it.
-class Bench {
- public:
-  explicit Bench(const SimulatorOptions& options) : unit_(*options.model, options.timeScale), link_(options.link, unit_.path()) {
-    print({{"pty", QString::fromStdString(unit_.path())}, {"unit", options.model->name}});
-    console_.emplace(unit_.unit, print);
-    unit_.unit.faults = options.faults;
-    if (!options.startsOff) {
-      unit_.unit.startRunning();
-    }
-  }
-  bool command(const std::string& line) { return console_->command(line); }
-
- private:
-  PtyUnit unit_;
-  Link link_;
-  std::optional<UnitConsole> console_;  // once the unit has been told of
-};
 
 /// The web server, with the lines that work it.
 class Web {
@@ -117,7 +47,7 @@ class Web {
 };
 
 /// Carries out a line. False when it ends the simulator.
-bool command(std::optional<Bench>& bench, std::optional<Web>& web, const std::string& line) {
+bool command(const std::unique_ptr<UnitBench>& bench, std::optional<Web>& web, const std::string& line) {
   if (line.empty() || (web && web->command(line))) {
     return true;
   }
@@ -130,9 +60,9 @@ bool command(std::optional<Bench>& bench, std::optional<Web>& web, const std::st
 }
 
 int simulate(const SimulatorOptions& options) {
-  std::optional<Bench> bench;
+  std::unique_ptr<UnitBench> bench;
   if (options.model != nullptr) {
-    bench.emplace(options);
+    bench = makeUnitBench(options, print);
   }
   std::optional<Web> web;
   if (options.serve) {
@@ -152,10 +82,15 @@ int simulate(const SimulatorOptions& options) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  holdStandardStreams();
   try {
     const SimulatorOptions options = readOptions({argv + 1, argv + argc});
     if (options.help) {
       std::cout << usage();
+      return 0;
+    }
+    if (options.version) {
+      std::cout << versionLine("firmlane-simulator");
       return 0;
     }
     writeImages(options);

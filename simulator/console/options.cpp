@@ -35,7 +35,7 @@ struct Option {
   void (*take)(SimulatorOptions& options, const std::string& value);
 };
 
-constexpr std::array<Option, 11> kOptions = {{
+constexpr std::array<Option, 12> kOptions = {{
     {"--unit", "NAME", "the unit at the far end of the line",
      [](SimulatorOptions& options, const std::string& value) {
        options.model = findUnitModel(value);
@@ -77,6 +77,7 @@ constexpr std::array<Option, 11> kOptions = {{
        options.webPort = static_cast<int>(numberIn(value, 1, kLargestPort, "--port"));
      }},
     {"--help", nullptr, "this text", [](SimulatorOptions& options, const std::string&) { options.help = true; }},
+    {"--version", nullptr, "the version", [](SimulatorOptions& options, const std::string&) { options.version = true; }},
 }};
 
 template <typename Names>
@@ -107,7 +108,7 @@ SimulatorOptions readOptions(const std::vector<std::string>& arguments) {
     }
     option->take(options, value);
   }
-  if (options.model == nullptr && !options.images && !options.serve && !options.help) {
+  if (options.model == nullptr && !options.images && !options.serve && !options.help && !options.version) {
     refuse("--unit, --serve or --make-images is needed; --help tells more");
   }
   return options;

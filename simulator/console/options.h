@@ -21,6 +21,7 @@ struct SimulatorOptions {
   bool serve = false;
   int webPort = 0;  // 0: a free one
   bool help = false;
+  bool version = false;
 };
 
 /// Reads the arguments behind the program's name. Throws Failure, with a line for the user, for a wrong one.

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 
+#include "platform/qt/identity.h"
 #include "platform/qt/server_address.h"
 
 namespace firmlane::sim {
@@ -45,13 +46,18 @@ std::optional<DemoOptions> readDemoOptions(const QStringList& arguments, std::st
   parser.setApplicationDescription(QStringLiteral("The Firmlane wizard on a simulated unit. Units: ") +
                                    QString::fromStdString(unitNames()));
   const QCommandLineOption help = parser.addHelpOption();
-  parser.addOptions({kUnit, kSpeed, kPlay, kScreenshots, kServer, kRegistration, kFactory, kInHouse, kDebug});
+  const QCommandLineOption version("version", "The version.");
+  parser.addOptions({version, kUnit, kSpeed, kPlay, kScreenshots, kServer, kRegistration, kFactory, kInHouse, kDebug});
   if (!parser.parse(arguments) || !parser.positionalArguments().isEmpty()) {
     error = parser.errorText().isEmpty() ? "firmlane-demo takes options only" : parser.errorText().toStdString();
     return std::nullopt;
   }
   if (parser.isSet(help)) {
     std::fputs(qPrintable(parser.helpText()), stdout);
+    std::exit(EXIT_SUCCESS);
+  }
+  if (parser.isSet(version)) {
+    std::fputs(versionLine("firmlane-demo").c_str(), stdout);
     std::exit(EXIT_SUCCESS);
   }
   // At any other speed than life's a user has less than its 20 seconds for the unit's power switch.

@@ -23,7 +23,7 @@ struct DemoOptions {
   BuildSwitches switches;
 };
 
-/// Reads the arguments, the program's name first. Handles --help itself. Nothing, with a line in `error`, for a wrong one.
+/// Reads the arguments, the program's name first. Handles --help and --version itself. Nothing, with a line in `error`, for a wrong one.
 std::optional<DemoOptions> readDemoOptions(const QStringList& arguments, std::string& error);
 
 }  // namespace firmlane::sim

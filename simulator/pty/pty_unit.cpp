@@ -2,26 +2,19 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cmath>
 
 namespace firmlane::sim {
 
 namespace {
 constexpr int kBitsPerByte = 10;
 constexpr std::chrono::milliseconds kReopenWatch{5};
-// However fast the unit's time runs, a program that shares a busy machine may halt for this long without breaking off.
-constexpr Micros kLeastSilence = 250 * kMillisecond;
 }  // namespace
 
 PtyUnit::PtyUnit(const UnitModel& model, double timeScale)
-    : timeScale_(timeScale), notifier_(terminal_.descriptor(), QSocketNotifier::Read), unit(model, *this, *this) {
-  clock_.start();
-  unit.timing.leastSilence = std::llround(static_cast<double>(kLeastSilence) * timeScale);
+    : time_(timeScale), notifier_(terminal_.descriptor(), QSocketNotifier::Read), unit(model, *this, time_) {
+  unit.timing.leastSilence = time_.leastSilence();
   notifier_.setEnabled(false);
   connect(&notifier_, &QSocketNotifier::activated, this, &PtyUnit::listen);
-  alarm_.setSingleShot(true);
-  alarm_.setTimerType(Qt::PreciseTimer);
-  alarm_.callOnTimeout(this, &PtyUnit::runDue);
   reopenWatch_.setTimerType(Qt::PreciseTimer);
   reopenWatch_.callOnTimeout(this, &PtyUnit::watchForProgram);
   reopenWatch_.start(kReopenWatch);
@@ -55,8 +48,8 @@ void PtyUnit::watchForProgram() {
 }
 
 void PtyUnit::send(ByteSpan bytes, int baud) {
-  lineFreeAt_ = std::max(lineFreeAt_, now()) + static_cast<Micros>(bytes.size()) * kBitsPerByte * kSecond / baud;
-  after(lineFreeAt_ - now(), [this, baud, copy = Bytes(bytes.begin(), bytes.end())] {
+  lineFreeAt_ = std::max(lineFreeAt_, time_.now()) + static_cast<Micros>(bytes.size()) * kBitsPerByte * kSecond / baud;
+  time_.after(lineFreeAt_ - time_.now(), [this, baud, copy = Bytes(bytes.begin(), bytes.end())] {
     if (terminal_.isOpen() && terminal_.settings().baud == baud) {
       terminal_.write(copy);
     }
@@ -75,29 +68,6 @@ std::optional<LineSettings> PtyUnit::programEnd() const {
     return std::nullopt;
   }
   return terminal_.settings();
-}
-
-Micros PtyUnit::now() const { return std::llround(static_cast<double>(clock_.nsecsElapsed()) * timeScale_ / 1000); }
-
-void PtyUnit::after(Micros span, std::function<void()> action) {
-  planned_.emplace(now() + span, std::move(action));
-  setAlarm();
-}
-
-void PtyUnit::runDue() {
-  while (!planned_.empty() && planned_.begin()->first <= now()) {
-    const auto due = planned_.extract(planned_.begin());
-    due.mapped()();
-  }
-  setAlarm();
-}
-
-void PtyUnit::setAlarm() {
-  if (planned_.empty()) {
-    return;
-  }
-  const double left = static_cast<double>(planned_.begin()->first - now()) / timeScale_ / kMillisecond;
-  alarm_.start(std::chrono::milliseconds(std::max<std::int64_t>(std::llround(std::ceil(left)), 0)));
 }
 
 }  // namespace firmlane::sim

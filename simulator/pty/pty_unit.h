@@ -2,19 +2,17 @@
 // firmlane-simulator, or by the one that the demo's event source runs.
 #pragma once
 
-#include <QElapsedTimer>
 #include <QObject>
 #include <QSocketNotifier>
 #include <QTimer>
-#include <functional>
-#include <map>
 
+#include "live/unit_time.h"
 #include "pty/pseudo_terminal.h"
 #include "units/unit.h"
 
 namespace firmlane::sim {
 
-class PtyUnit : public QObject, private UnitLine, private UnitClock {
+class PtyUnit : public QObject, private UnitLine {
  public:
   /// `timeScale`: the unit's time, its bytes' included, runs this many times as fast. Throws Failure without a pseudo-terminal.
   explicit PtyUnit(const UnitModel& model, double timeScale = 1);
@@ -31,17 +29,10 @@ class PtyUnit : public QObject, private UnitLine, private UnitClock {
   void send(ByteSpan bytes, int baud) override;
   void holdBack(bool held) override;
   [[nodiscard]] std::optional<LineSettings> programEnd() const override;
-  [[nodiscard]] Micros now() const override;
-  void after(Micros span, std::function<void()> action) override;
-  void runDue();
-  void setAlarm();
 
   PseudoTerminal terminal_;
-  double timeScale_;
-  QElapsedTimer clock_;
+  UnitTime time_;
   QSocketNotifier notifier_;
-  std::multimap<Micros, std::function<void()>> planned_;
-  QTimer alarm_;           // for the first of them
   QTimer reopenWatch_;     // no notifier tells that a program opens the device
   Micros lineFreeAt_ = 0;  // when the last byte under way will have arrived
   bool held_ = false;

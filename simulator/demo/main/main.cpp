@@ -17,12 +17,13 @@
 #include "demo/bench_window.h"
 #include "demo/demo_options.h"
 #include "demo/recorder.h"
+#include "live/direct_unit.h"
+#include "platform/qt/identity.h"
 #include "platform/qt/qt_desktop.h"
 #include "platform/qt/qt_platform.h"
-#include "platform/widgets/pictures.h"
+#include "platform/widgets/display_application.h"
 #include "platform/widgets/widget_screen.h"
 #include "player/player.h"
-#include "pty/pty_unit.h"
 #include "web/web_server.h"
 
 namespace {
@@ -151,19 +152,21 @@ class BesideTheBench : public QObject {
 
 int run(const DemoOptions& options) {
   const QTemporaryDir directory;
-  PtyUnit bench(*options.model, options.speed);
+  DirectUnit bench(*options.model, kPort, options.speed);
+  DirectDriver mainDriver(bench);
+  DirectDriver versionDriver(bench);
   bench.unit.startRunning();
   const WebServer web;
   const auto serverOr = [&web](const std::string& given) { return given.empty() ? web.url() : given; };
 
   QtPlatform platform(
-      {.directory = directory.path().toStdString(), .ports = {{kPort, bench.path()}}, .timeScale = options.speed});
+      {.directory = directory.path().toStdString(), .ports = {{kPort, "simulated unit"}}, .timeScale = options.speed});
   WidgetScreen screen([&platform](int number) { return platform.ports.hint(number); });
   QtDesktop desktop(&QDesktopServices::openUrl);
   Program program({.queue = platform.queue,
                    .screen = screen,
-                   .mainDriver = platform.mainDriver,
-                   .versionDriver = platform.versionDriver,
+                   .mainDriver = mainDriver,
+                   .versionDriver = versionDriver,
                    .http = platform.http,
                    .desktop = desktop,
                    .files = platform.files,
@@ -201,21 +204,24 @@ void sayWhatMatters(QtMsgType, const QMessageLogContext&, const QString& message
 
 /// With windows, unless all that is asked for is a text: that has to come without a display too.
 std::unique_ptr<QCoreApplication> makeApplication(int& argc, char** argv) {
-  const bool help = std::any_of(argv, argv + argc, [](std::string_view word) { return word == "--help" || word == "-h"; });
-  return help ? std::make_unique<QCoreApplication>(argc, argv) : std::make_unique<QApplication>(argc, argv);
+  const bool text = std::any_of(argv, argv + argc,
+                                [](std::string_view word) { return word == "--help" || word == "-h" || word == "--version"; });
+  if (text) {
+    return std::make_unique<QCoreApplication>(argc, argv);
+  }
+  return openDisplay(argc, argv, "firmlane-demo");
 }
 
 int main(int argc, char** argv) {
-  qInstallMessageHandler(sayWhatMatters);
   const auto application = makeApplication(argc, argv);
-  QApplication::setApplicationName(QStringLiteral("firmlane-demo"));
+  qInstallMessageHandler(sayWhatMatters);
+  introduce("firmlane-demo");
   std::string error;
   const auto options = readDemoOptions(QApplication::arguments(), error);
   if (!options) {
     std::cerr << error << std::endl;
     return kWrongOption;
   }
-  QApplication::setWindowIcon(programIcon());
   QApplication::setQuitOnLastWindowClosed(false);
   try {
     return run(*options);

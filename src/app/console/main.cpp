@@ -5,18 +5,23 @@
 #include <iostream>
 
 #include "app/console_app.h"
+#include "platform/qt/identity.h"
 #include "platform/qt/program_directory.h"
 #include "platform/qt/standard_input.h"
 
 int main(int argc, char** argv) {
   firmlane::holdStandardStreams();
   const QCoreApplication application(argc, argv);
-  QCoreApplication::setApplicationName(QStringLiteral("firmlane"));
+  firmlane::introduce("firmlane");
   std::string error;
   const auto options = firmlane::readConsoleOptions(QCoreApplication::arguments(), error);
   if (!options) {
     std::cerr << error << std::endl;
     return 2;
+  }
+  if (!options->text.empty()) {
+    std::cout << options->text;
+    return 0;
   }
   std::string directory = options->directory;
   if (directory.empty()) {
@@ -25,7 +30,9 @@ int main(int argc, char** argv) {
     directory = QDir(QString::fromStdString(directory)).absolutePath().toStdString();
     QDir::setCurrent(QString::fromStdString(directory));
   }
+#ifdef SIGPIPE
   std::signal(SIGPIPE, SIG_IGN);  // an output that nobody reads ends the program in order
+#endif
   firmlane::ConsoleApp(*options, directory).run();
   return 0;
 }

@@ -1,15 +1,15 @@
 // The delivered program: the wizard in its windows. It takes no options.
-#include <QApplication>
 #include <QDesktopServices>
 #include <cstdio>
 
 #include "app/built_in_servers.h"
 #include "app/configured_switches.h"
 #include "app/program.h"
+#include "platform/qt/identity.h"
 #include "platform/qt/program_directory.h"
 #include "platform/qt/qt_desktop.h"
 #include "platform/qt/qt_platform.h"
-#include "platform/widgets/pictures.h"
+#include "platform/widgets/display_application.h"
 #include "platform/widgets/widget_screen.h"
 
 using namespace firmlane;
@@ -19,9 +19,8 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "firmlane takes no options\n");
     return 2;
   }
-  const QApplication application(argc, argv);
-  QApplication::setApplicationName(QStringLiteral("firmlane"));
-  QApplication::setWindowIcon(programIcon());
+  const auto application = openDisplay(argc, argv, "firmlane");
+  introduce("firmlane");
 
   QtPlatform platform({.directory = programDirectory(), .ports = {}});
   WidgetScreen screen([&platform](int number) { return platform.ports.hint(number); });

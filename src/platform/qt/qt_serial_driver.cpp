@@ -52,6 +52,7 @@ std::string portName(int number, const std::string& device) {
   return device.empty() ? name : name + " (" + device + ")";
 }
 
+#ifdef Q_OS_UNIX
 [[noreturn]] void throwNotPermitted(const std::string& name, const QFileInfo& device) {
   const QString group = device.group();
   throw Failure(kNotPermitted,
@@ -62,18 +63,14 @@ std::string portName(int number, const std::string& device) {
 
 /// What the system would refuse, told before Qt is asked: Qt has one error for "not permitted" and "in use".
 void requireUsable(const std::string& name, const QFileInfo& device) {
-#ifdef Q_OS_UNIX
   if (!device.exists()) {
     throw Failure(kMissing, "There is no serial port " + name);
   }
   if (::access(device.filePath().toLocal8Bit().constData(), R_OK | W_OK) != 0) {
     throwNotPermitted(name, device);
   }
-#else
-  Q_UNUSED(name);
-  Q_UNUSED(device);
-#endif
 }
+#endif
 
 [[noreturn]] void throwOpenFailure(const std::string& name, const QSerialPort& port) {
   switch (port.error()) {

@@ -1,53 +1,22 @@
 #include "platform/qt/standard_input.h"
 
-#include <fcntl.h>
-#include <poll.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <array>
-#include <cerrno>
+#include <utility>
 
 namespace firmlane {
 
-namespace {
-bool isPipe(int descriptor) {
-  struct stat status {};
-  return fstat(descriptor, &status) == 0 && (S_ISFIFO(status.st_mode) || S_ISSOCK(status.st_mode));
-}
-}  // namespace
-
-void holdStandardStreams() {
-  int descriptor = 0;
-  do {
-    descriptor = ::open("/dev/null", O_RDWR);  // takes the lowest number that is free
-  } while (descriptor >= 0 && descriptor <= STDERR_FILENO);
-  ::close(descriptor);
-}
-
 StandardInput::StandardInput(std::function<void(const std::string&)> line, std::function<void()> ended, EndOfFile endOfFile)
-    : line_(std::move(line)), ended_(std::move(ended)), endOfFile_(endOfFile), notifier_(STDIN_FILENO, QSocketNotifier::Read) {
-  connect(&notifier_, &QSocketNotifier::activated, this, &StandardInput::take);
-}
+    : line_(std::move(line)),
+      ended_(std::move(ended)),
+      endOfFile_(endOfFile),
+      reader_([this](std::string_view bytes) { bytes.empty() ? end() : split(bytes); }) {}
 
-void StandardInput::take() {
-  std::array<char, 16384> chunk{};
-  const ssize_t count = read(STDIN_FILENO, chunk.data(), chunk.size());
-  if (count < 0 && (errno == EAGAIN || errno == EINTR)) {
-    return;
+void StandardInput::end() {
+  if (!pending_.empty()) {
+    line_(std::exchange(pending_, {}));  // a last line without its end
   }
-  if (count <= 0) {
-    over_ = true;
-    notifier_.setEnabled(false);
-    if (!pending_.empty()) {
-      line_(std::exchange(pending_, {}));  // a last line without its end
-    }
-    if (endOfFile_ == EndOfFile::Ends || isPipe(STDIN_FILENO)) {
-      ended_();
-    }
-    return;
+  if (endOfFile_ == EndOfFile::Ends || InputReader::isPipe()) {
+    ended_();
   }
-  split({chunk.data(), static_cast<std::size_t>(count)});
 }
 
 void StandardInput::split(std::string_view bytes) {
@@ -63,11 +32,6 @@ void StandardInput::split(std::string_view bytes) {
   }
 }
 
-void StandardInput::drain(int milliseconds) {
-  pollfd input{STDIN_FILENO, POLLIN, 0};
-  while (!over_ && ::poll(&input, 1, milliseconds) > 0) {
-    take();
-  }
-}
+void StandardInput::drain(int milliseconds) { reader_.drain(milliseconds); }
 
 }  // namespace firmlane

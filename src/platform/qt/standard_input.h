@@ -1,19 +1,20 @@
 // Lines of standard input as they come, without holding up the event loop.
 #pragma once
 
-#include <QObject>
-#include <QSocketNotifier>
 #include <functional>
 #include <string>
 #include <string_view>
 
+#include "platform/qt/input_reader.h"
+
 namespace firmlane {
 
-/// Gives a program that was started without standard input, output or error the null device in its place. Otherwise the next
-/// thing that it opens, such as a serial port, takes that number, and what is printed goes there. Call it before anything else.
+/// Makes standard input, output and error fit for a protocol of bytes. A program that was started without one of them gets the
+/// null device in its place; otherwise the next thing that it opens, such as a serial port, takes that number, and what is
+/// printed goes there. Call it before anything else.
 void holdStandardStreams();
 
-class StandardInput : public QObject {
+class StandardInput {
  public:
   /// What the end of a file, or of the null device, means: the end of the input like that of a pipe, or only that no lines come,
   /// so that a program can run in the background of a script.
@@ -29,15 +30,14 @@ class StandardInput : public QObject {
   static constexpr std::size_t kLongest = std::size_t{1} << 20U;
 
  private:
-  void take();
+  void end();
   void split(std::string_view bytes);
 
   std::function<void(const std::string&)> line_;
   std::function<void()> ended_;
   EndOfFile endOfFile_;
   std::string pending_;
-  bool over_ = false;
-  QSocketNotifier notifier_;
+  InputReader reader_;
 };
 
 }  // namespace firmlane

@@ -6,6 +6,7 @@
 
 #include "app/built_in_servers.h"
 #include "app/configured_switches.h"
+#include "platform/qt/identity.h"
 #include "platform/qt/server_address.h"
 
 namespace firmlane {
@@ -34,16 +35,20 @@ bool takePort(const QString& text, PortMap::Devices& ports) {
 }  // namespace
 
 std::optional<ConsoleOptions> readConsoleOptions(const QStringList& arguments, std::string& error) {
-  const QCommandLineOption dir("dir", {}, "DIR");
-  const QCommandLineOption server("server", {}, "URL");
-  const QCommandLineOption registration("registration-server", {}, "URL");
-  const QCommandLineOption port("port", {}, "N=DEVICE");
-  const QCommandLineOption scale("time-scale", {}, "K", "1");
-  const QCommandLineOption factory("factory-build");
-  const QCommandLineOption inHouse("in-house-build");
-  const QCommandLineOption debug("debug-view");
+  const QCommandLineOption dir("dir", "The program's directory; it becomes the current directory too.", "DIR");
+  const QCommandLineOption server("server", "The maker's web server, such as http://127.0.0.1:8080.", "URL");
+  const QCommandLineOption registration("registration-server", "The registration server.", "URL");
+  const QCommandLineOption port("port", "Port N (1 to 16) is this device; may be repeated.", "N=DEVICE");
+  const QCommandLineOption scale("time-scale", "The program's clock runs K times as fast, 1 to 1000.", "K", "1");
+  const QCommandLineOption factory("factory-build", "Start as the production line's build.");
+  const QCommandLineOption inHouse("in-house-build", "Start as the in-house build.");
+  const QCommandLineOption debug("debug-view", "Show the debug view of front panel runs.");
   QCommandLineParser parser;
-  parser.addOptions({dir, server, registration, port, scale, factory, inHouse, debug});
+  parser.setApplicationDescription(
+      "The Firmlane wizard without a window: commands on standard input, JSON lines on standard output.");
+  const QCommandLineOption help("help", "This text.");
+  const QCommandLineOption version("version", "The version.");
+  parser.addOptions({help, version, dir, server, registration, port, scale, factory, inHouse, debug});
   const auto fail = [&error](const QString& text) {
     error = "firmlane-console: " + text.toStdString();
     return std::nullopt;
@@ -54,7 +59,11 @@ std::optional<ConsoleOptions> readConsoleOptions(const QStringList& arguments, s
   if (!parser.positionalArguments().isEmpty()) {
     return fail("unexpected word: " + parser.positionalArguments().first());
   }
-  ConsoleOptions options{.directory = parser.value(dir).toStdString(),
+  if (parser.isSet(help) || parser.isSet(version)) {
+    return ConsoleOptions{.text = parser.isSet(help) ? parser.helpText().toStdString() : versionLine("firmlane-console")};
+  }
+  ConsoleOptions options{.text = {},
+                         .directory = parser.value(dir).toStdString(),
                          .servers = builtInServers(),
                          .ports = {},
                          .switches = {.factoryBuild = kConfiguredSwitches.factoryBuild || parser.isSet(factory),

@@ -11,6 +11,7 @@
 namespace firmlane {
 
 struct ConsoleOptions {
+  std::string text;       // what was asked for with --help or --version, and nothing else is to be done
   std::string directory;  // empty for the program's own choice
   Servers servers;
   PortMap::Devices ports;
