@@ -120,6 +120,10 @@ TEST_F(ActivityPanelTest, TheRingMovesFromTheFirstSecondAndNothingIsDrawnWhenNot
   EXPECT_FALSE(panel.isVisible());
   {
     const Activity::Span waiting(activity, Doing::WaitingForSwitch, 20 * kSecond);
+    EXPECT_THAT(drawn() + drawn(), testing::AllOf(testing::Ge(1), testing::Le(2)));
+  }
+  {
+    const Activity::Span erasing(activity, Doing::Erasing, 9 * kSecond);
     EXPECT_THAT(drawn(), testing::AllOf(testing::Ge(2), testing::Le(4)));
     EXPECT_TRUE(ring.isVisible());
     boxIsUp = true;

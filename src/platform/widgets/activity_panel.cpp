@@ -6,17 +6,25 @@
 #include <algorithm>
 
 #include "platform/widgets/activity_words.h"
+#include "platform/widgets/looks.h"
 
 namespace firmlane {
 
 namespace {
+// In milliseconds. A look and a ring drawn anew cost half a millisecond of the processor: long waits are looked at less often.
 constexpr int kLookMs = 200;
+constexpr int kTurnMs = 500;
+constexpr Micros kShortLimit = 10 * kSecond;
 constexpr int kSpace = 16;
+// Lines of text across the ring: on a page, and in a window that has other things to show.
+constexpr double kLarge = 4.2;
+constexpr double kSmall = 2.2;
 
 QLabel* makeLine(QWidget* parent) {
   auto* label = new QLabel(parent);  // NOLINT(cppcoreguidelines-owning-memory): the panel owns it
   label->setTextFormat(Qt::PlainText);
   label->setWordWrap(true);
+  label->setFont(fontOf(TypeSize::Text));
   return label;
 }
 
@@ -28,6 +36,15 @@ void say(QLabel& label, const QString& text) {
   }
 }
 
+/// Until the next look. One that counts down over a long limit comes with each new second.
+int beatOf(const Activity& activity) {
+  const Activity::Phase phase = activity.now();
+  if (phase.doing == Doing::Sending || phase.doing == Doing::Downloading || (phase.limit > 0 && phase.limit <= kShortLimit)) {
+    return kLookMs;
+  }
+  return phase.limit == 0 ? kTurnMs : std::max(kLookMs, static_cast<int>(activity.left() % kSecond / kMillisecond) + 1);
+}
+
 }  // namespace
 
 ActivityPanel::ActivityPanel(const LayoutContext& context, ActivityScope scope)
@@ -36,10 +53,25 @@ ActivityPanel::ActivityPanel(const LayoutContext& context, ActivityScope scope)
       strip_(new ProcessorStrip(this)),
       row_(new QWidget(this)),
       picture_(new SwitchPicture(row_)),
-      ring_(new RingView(row_)),
+      ring_(new RingView(scope == ActivityScope::Pages ? kLarge : kSmall, row_)),
       title_(makeLine(row_)),
       detail_(makeLine(row_)),
       warning_(makeLine(row_)) {
+  arrange();
+  // A dialog keeps the room free: it must not jump under the pointer.
+  QSizePolicy policy = sizePolicy();
+  policy.setRetainSizeWhenHidden(scope != ActivityScope::Pages);
+  setSizePolicy(policy);
+  hide();
+  timer_.setSingleShot(true);
+  connect(&timer_, &QTimer::timeout, this, [this] { look(); });
+  if (context_.activity != nullptr) {
+    listening_ = context_.activity->listen([this] { changed(); });
+    changed();
+  }
+}
+
+void ActivityPanel::arrange() {
   QFont bold = title_->font();
   bold.setBold(true);
   title_->setFont(bold);
@@ -63,13 +95,8 @@ ActivityPanel::ActivityPanel(const LayoutContext& context, ActivityScope scope)
   layout->setSpacing(kSpace * 3 / 2);
   layout->addWidget(strip_);
   layout->addWidget(row_);
-  hide();
-  timer_.setSingleShot(true);
-  connect(&timer_, &QTimer::timeout, this, [this] { look(); });
-  if (context_.activity != nullptr) {
-    listening_ = context_.activity->listen([this] { changed(); });
-    changed();
-  }
+  strip_->hide();
+  picture_->hide();
 }
 
 /// Changes come by the hundred while an image goes out.
@@ -106,7 +133,7 @@ void ActivityPanel::look() {
   }
   // Out of sight nothing moves; what changes calls again.
   if (busy && isVisible()) {
-    timer_.start(kLookMs);
+    timer_.start(beatOf(activity));
   }
 }
 
@@ -125,7 +152,7 @@ void ActivityPanel::tell(const ActivityWords& words) {
   say(*title_, words.title);
   say(*detail_, words.detail);
   say(*warning_, words.warning);
-  row_->setVisible(!words.title.isEmpty());
+  row_->setVisible(!words.title.isEmpty() || scope_ != ActivityScope::Pages);
   setVisible(!words.title.isEmpty() || !processors.empty());
   if (isNew) {
     QAccessibleEvent alert(title_, QAccessible::Alert);

@@ -1,6 +1,6 @@
 // What goes on, as a window shows it: the strip of the unit's processors, and below it the wait or the work of the moment with
-// its ring. Takes no room while there is nothing to show, is drawn at most five times a second, and not at all when nothing
-// moves.
+// its ring. Takes no room while there is nothing to show. It is drawn at most five times a second, in long waits less often, and
+// not at all when nothing moves.
 #pragma once
 
 #include <QElapsedTimer>
@@ -34,6 +34,7 @@ class ActivityPanel : public QWidget {
   void showEvent(QShowEvent* event) override;
 
  private:
+  void arrange();
   void changed();
   void look();
   [[nodiscard]] bool concerns(Doing doing) const;

@@ -63,11 +63,15 @@ ActivityWords wordsFor(const Activity& activity) {
       break;
     case Doing::ReadingUnit:
       words.title = QStringLiteral("Asking the unit for its versions");
+      if (!activity.processors().empty()) {
+        words.detail = QStringLiteral("It answers as soon as it has started again.");
+        words.powerSwitch = true;
+      }
       countDown(words, activity);
       break;
     case Doing::WaitingForSwitch:
       words.title = QStringLiteral("Waiting for the unit to start");
-      words.detail = QStringLiteral("It goes on by itself as soon as the unit is switched on.");
+      words.detail = QStringLiteral("The update then goes on by itself.");
       words.powerSwitch = true;
       countDown(words, activity);
       break;

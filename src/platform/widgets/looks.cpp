@@ -144,6 +144,12 @@ QColor mixed(const QColor& first, const QColor& second, double share) {
   return {part(first.red(), second.red()), part(first.green(), second.green()), part(first.blue(), second.blue())};
 }
 
+QColor faint(const QPalette& palette, double share) {
+  QColor colour = palette.color(QPalette::WindowText);
+  colour.setAlphaF(static_cast<float>(share));
+  return colour;
+}
+
 QColor colourOf(Sign sign) { return QColor::fromRgb(lookOf(sign).colour); }
 
 QColor groundOf(Sign sign, const QPalette& palette) {

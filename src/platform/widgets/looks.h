@@ -23,6 +23,8 @@ QFont fontOf(TypeSize size);
 bool isDark(const QPalette& palette);
 /// `share` of the first colour, from 0 to 1, the rest of the second.
 QColor mixed(const QColor& first, const QColor& second, double share);
+/// So much of the text's colour, over whatever ground.
+QColor faint(const QPalette& palette, double share);
 /// The colour that goes with a sign.
 QColor colourOf(Sign sign);
 /// The ground of what is marked by a sign, on a window of that palette.

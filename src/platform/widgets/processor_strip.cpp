@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/widgets/activity_colours.h"
+#include "platform/widgets/looks.h"
 
 namespace firmlane {
 
@@ -16,6 +16,48 @@ constexpr double kGapLines = 0.35;
 constexpr int kMostColumn = 9;  // times the height of a line
 
 QString arrow() { return QStringLiteral(" \u2192 "); }
+constexpr double kEdge = 1.6;
+constexpr double kStroke = 2.2;
+constexpr double kArm = 0.2;  // of a tick or cross, in circles
+
+void drawDisc(QPainter& painter, const QRectF& circle, const QColor& colour) {
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(colour);
+  painter.drawEllipse(circle);
+  painter.setBrush(Qt::NoBrush);
+}
+
+void drawOutline(QPainter& painter, const QRectF& circle, const QPen& pen) {
+  painter.setPen(pen);
+  painter.setBrush(Qt::NoBrush);
+  painter.drawEllipse(circle.adjusted(1, 1, -1, -1));
+}
+
+void drawTick(QPainter& painter, const QRectF& circle) {
+  const double arm = circle.width() * kArm;
+  QPainterPath tick(circle.center() + QPointF(-arm * 1.15, 0.1 * arm));
+  tick.lineTo(circle.center() + QPointF(-arm * 0.25, arm));
+  tick.lineTo(circle.center() + QPointF(arm * 1.25, -arm * 0.85));
+  painter.setPen(QPen(Qt::white, kStroke, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+  painter.drawPath(tick);
+}
+
+void drawCross(QPainter& painter, const QRectF& circle) {
+  const double arm = circle.width() * kArm;
+  painter.setPen(QPen(Qt::white, kStroke, Qt::SolidLine, Qt::RoundCap));
+  painter.drawLine(circle.center() + QPointF(-arm, -arm), circle.center() + QPointF(arm, arm));
+  painter.drawLine(circle.center() + QPointF(-arm, arm), circle.center() + QPointF(arm, -arm));
+}
+
+void drawNumber(QPainter& painter, const QRectF& circle, int number, const QColor& colour) {
+  painter.save();
+  QFont bold = painter.font();
+  bold.setBold(true);
+  painter.setFont(bold);
+  painter.setPen(colour);
+  painter.drawText(circle, Qt::AlignCenter, QString::number(number));
+  painter.restore();
+}
 
 QString versionsOf(const ProcessorReport& processor) {
   const QString before = QString::fromStdString(processor.before);
@@ -46,6 +88,7 @@ ProcessorStrip::ProcessorStrip(QWidget* parent) : QWidget(parent) {
   QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Fixed);
   policy.setHeightForWidth(true);
   setSizePolicy(policy);
+  setFont(fontOf(TypeSize::Hint));
   setAccessibleName(QStringLiteral("Processors of the unit"));
 }
 
@@ -102,8 +145,7 @@ void ProcessorStrip::paintEvent(QPaintEvent* /*event*/) {
   const double most = static_cast<double>(fontMetrics().height()) * kMostColumn;
   const double column = std::min(whole / static_cast<double>(processors_.size()), std::max<double>(most, columnWidth(true)));
   const double side = mark();
-  const ActivityColours colours(palette());
-  painter.setPen(QPen(colours.faint(0.25), 2));
+  painter.setPen(QPen(faint(palette(), 0.25), 2));
   for (std::size_t i = 1; i < processors_.size(); ++i) {
     const double from = column * static_cast<double>(i - 1);
     painter.drawLine(QPointF(from + side + 5, side / 2 + 1), QPointF(from + column - 5, side / 2 + 1));
@@ -115,52 +157,39 @@ void ProcessorStrip::paintEvent(QPaintEvent* /*event*/) {
   }
 }
 
+/// Done and failed have a sign in their disc, the others the number that the pages speak of.
 void ProcessorStrip::drawMark(QPainter& painter, const QRectF& circle, const ProcessorReport& processor) const {
-  const ActivityColours colours(palette());
-  const bool good = processor.state == ProcessorState::Done;
-  const bool bad = processor.state == ProcessorState::Failed;
-  const bool running = processor.state == ProcessorState::Running;
-  const bool waits = processor.state == ProcessorState::Pending;
-  if (good || bad || running) {
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(good ? colours.good : bad ? colours.bad : colours.accent);
-    painter.drawEllipse(circle);
-  } else {
-    painter.setPen(QPen(waits ? colours.accent : colours.faint(0.3), 1.6, waits ? Qt::SolidLine : Qt::DotLine));
-    painter.setBrush(Qt::NoBrush);
-    painter.drawEllipse(circle.adjusted(1, 1, -1, -1));
-  }
-  const QPointF middle = circle.center();
-  const double arm = circle.width() * 0.2;
-  painter.setPen(QPen(colours.onMark, 2.2, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
-  if (good) {
-    QPainterPath tick(middle + QPointF(-arm * 1.15, 0.1 * arm));
-    tick.lineTo(middle + QPointF(-arm * 0.25, arm));
-    tick.lineTo(middle + QPointF(arm * 1.25, -arm * 0.85));
-    painter.setBrush(Qt::NoBrush);
-    painter.drawPath(tick);
-  } else if (bad) {
-    painter.drawLine(middle + QPointF(-arm, -arm), middle + QPointF(arm, arm));
-    painter.drawLine(middle + QPointF(-arm, arm), middle + QPointF(arm, -arm));
-  } else {
-    QFont bold = font();
-    bold.setBold(true);
-    painter.setFont(bold);
-    painter.setPen(running ? colours.onMark : waits ? colours.text : colours.faint(0.45));
-    painter.drawText(circle, Qt::AlignCenter, QString::number(processor.number));
+  const QColor accent = palette().color(QPalette::Highlight);
+  switch (processor.state) {
+    case ProcessorState::Done:
+      drawDisc(painter, circle, colourOf(Sign::Good));
+      return drawTick(painter, circle);
+    case ProcessorState::Failed:
+      drawDisc(painter, circle, colourOf(Sign::Failure));
+      return drawCross(painter, circle);
+    case ProcessorState::Running:
+      drawDisc(painter, circle, accent);
+      return drawNumber(painter, circle, processor.number, palette().color(QPalette::HighlightedText));
+    case ProcessorState::Pending:
+      drawOutline(painter, circle, QPen(accent, kEdge));
+      return drawNumber(painter, circle, processor.number, palette().color(QPalette::WindowText));
+    case ProcessorState::NotSelected:
+      drawOutline(painter, circle, QPen(faint(palette(), 0.3), kEdge, Qt::DotLine));
+      return drawNumber(painter, circle, processor.number, faint(palette(), 0.45));
   }
 }
 
 void ProcessorStrip::drawTexts(QPainter& painter, const QRectF& column, const ProcessorReport& processor) const {
-  const ActivityColours colours(palette());
   const bool meant = processor.state != ProcessorState::NotSelected;
+  const bool failed = processor.state == ProcessorState::Failed;
   QFont name = font();
-  name.setBold(processor.state == ProcessorState::Running || processor.state == ProcessorState::Failed);
+  name.setBold(failed || processor.state == ProcessorState::Running);
   painter.setFont(name);
-  painter.setPen(processor.state == ProcessorState::Failed ? colours.bad : colours.faint(meant ? 1 : 0.5));
+  painter.setPen(failed ? mixed(colourOf(Sign::Failure), palette().color(QPalette::WindowText), 0.75)
+                        : faint(palette(), meant ? 1 : 0.5));
   painter.drawText(column, Qt::AlignLeft | Qt::AlignTop, QString::fromStdString(processor.name));
   painter.setFont(font());
-  painter.setPen(colours.faint(meant ? 0.72 : 0.45));
+  painter.setPen(faint(palette(), meant ? 0.72 : 0.45));
   painter.drawText(
       column.translated(0, fontMetrics().height()), Qt::AlignLeft | Qt::AlignTop,
       isNarrow(width()) ? versionsOf(processor).replace(arrow(), QLatin1Char('\n') + arrow().mid(1)) : versionsOf(processor));

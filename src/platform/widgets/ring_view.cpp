@@ -1,11 +1,12 @@
 #include "platform/widgets/ring_view.h"
 
+#include <QPaintEvent>
 #include <QPainter>
+#include <QPainterPath>
 #include <algorithm>
 #include <cmath>
-#include <utility>
 
-#include "platform/widgets/activity_colours.h"
+#include "platform/widgets/looks.h"
 
 namespace firmlane {
 
@@ -14,18 +15,17 @@ constexpr int kWhole = 360 * 16;
 constexpr int kTop = 90 * 16;
 constexpr int kStep = 3 * 16;  // finer the eye does not see on a ring of this size
 constexpr int kTurns = 12;
-constexpr double kLines = 4.6;  // of text, across
 constexpr double kThickness = 0.085;
 }  // namespace
 
-RingView::RingView(QWidget* parent) : QWidget(parent) {
+RingView::RingView(double lines, QWidget* parent) : QWidget(parent), lines_(lines) {
   setObjectName(QStringLiteral("ring"));
   setAccessibleName(QStringLiteral("Time left"));
   setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
 
 QSize RingView::sizeHint() const {
-  const int side = static_cast<int>(fontMetrics().height() * kLines);
+  const int side = static_cast<int>(fontMetrics().height() * lines_);
   return {side, side};
 }
 
@@ -36,35 +36,56 @@ void RingView::showShare(double share, const QString& middle) {
 
 void RingView::showTurning(int step) { take(step % kTurns * (kWhole / kTurns), kWhole / 4, {}); }
 
-void RingView::take(int start, int length, const QString& middle) {
-  if (start != start_ || length != length_ || middle != middle_) {
-    start_ = start;
-    length_ = length;
-    if (std::exchange(middle_, middle) != middle) {
-      setAccessibleDescription(middle);
-    }
+void RingView::take(int start, int length, const QString& text) {
+  if (length * length_ == 0 || start - start_ > kWhole / 4) {
     update();
+  } else {
+    update(arcRect(start_, start));
+    update(arcRect(start_ + length_, start + length));
   }
+  if (text != middle_) {
+    update(middle());
+    setAccessibleDescription(text);
+  }
+  start_ = start;
+  length_ = length;
+  middle_ = text;
 }
 
-void RingView::paintEvent(QPaintEvent* /*event*/) {
+double RingView::thickness() const { return width() * kThickness; }
+
+QRect RingView::middle() const {
+  const double edge = width() * 0.22;
+  return QRectF(rect()).adjusted(edge, edge, -edge, -edge).toAlignedRect();
+}
+
+QRectF RingView::circle() const { return QRectF(rect()).adjusted(thickness(), thickness(), -thickness(), -thickness()); }
+
+/// What has to be drawn when an end of the arc moves so: little, and little to draw costs little.
+QRect RingView::arcRect(int from, int to) const {
+  if (from == to) {
+    return {};
+  }
+  QPainterPath way;
+  way.arcMoveTo(circle(), (kTop - from) / 16.0);
+  way.arcTo(circle(), (kTop - from) / 16.0, (from - to) / 16.0);
+  return way.boundingRect().adjusted(-thickness(), -thickness(), thickness(), thickness()).toAlignedRect();
+}
+
+void RingView::paintEvent(QPaintEvent* event) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
-  const ActivityColours colours(palette());
-  const double thickness = width() * kThickness;
-  const QRectF circle = QRectF(rect()).adjusted(thickness, thickness, -thickness, -thickness);
-  painter.setPen(QPen(colours.faint(0.13), thickness));
-  painter.drawEllipse(circle);
+  painter.setPen(QPen(faint(palette(), 0.16), thickness()));
+  painter.drawEllipse(circle());
   if (length_ > 0) {
-    painter.setPen(QPen(colours.accent, thickness, Qt::SolidLine, Qt::RoundCap));
-    painter.drawArc(circle, kTop - start_, -length_);
+    painter.setPen(QPen(palette().color(QPalette::Highlight), thickness(), Qt::SolidLine, Qt::RoundCap));
+    painter.drawArc(circle(), kTop - start_, -length_);
   }
-  if (!middle_.isEmpty()) {
-    QFont large = font();
-    large.setPointSizeF(large.pointSizeF() * 1.35);
+  if (!middle_.isEmpty() && event->region().intersects(middle())) {
+    QFont large = fontOf(TypeSize::Heading);
     large.setBold(true);
     painter.setFont(large);
-    painter.setPen(colours.text);
+    painter.setPen(palette().color(QPalette::WindowText));
     painter.drawText(rect(), Qt::AlignCenter, middle_);
   }
 }

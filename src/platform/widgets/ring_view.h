@@ -8,7 +8,8 @@ namespace firmlane {
 
 class RingView : public QWidget {
  public:
-  explicit RingView(QWidget* parent = nullptr);
+  /// `lines` of text across.
+  explicit RingView(double lines, QWidget* parent = nullptr);
 
   /// So much of the ring stands, 0 to 1, with a text in its middle.
   void showShare(double share, const QString& middle);
@@ -21,8 +22,14 @@ class RingView : public QWidget {
   void paintEvent(QPaintEvent* event) override;
 
  private:
-  void take(int start, int length, const QString& middle);
+  void take(int start, int length, const QString& text);
+  [[nodiscard]] double thickness() const;
+  [[nodiscard]] QRectF circle() const;
+  /// Where the text stands.
+  [[nodiscard]] QRect middle() const;
+  [[nodiscard]] QRect arcRect(int from, int to) const;
 
+  double lines_;
   // In sixteenths of a degree from the top, clockwise.
   int start_ = 0;
   int length_ = 0;

@@ -3,15 +3,13 @@
 #include <QPainter>
 #include <QPainterPath>
 
-#include "platform/widgets/activity_colours.h"
-
 namespace firmlane {
 
 namespace {
 
 // Drawn on a sheet of this size, which is scaled to the widget.
 constexpr QSizeF kSheet(172, 74);
-constexpr double kLines = 4.6;  // of text, high
+constexpr double kLines = 4.2;  // of text, high
 
 constexpr QRgb kCase = 0xff1d3445;
 constexpr QRgb kDeep = 0xff0f222f;
@@ -85,10 +83,10 @@ void SwitchPicture::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);
   painter.setRenderHint(QPainter::Antialiasing);
   painter.scale(width() / kSheet.width(), height() / kSheet.height());
-  const ActivityColours colours(palette());
+  const QColor accent = palette().color(QPalette::Highlight);
   drawUnit(painter);
-  drawSwitch(painter, colours.accent);
-  drawArrow(painter, colours.accent);
+  drawSwitch(painter, accent);
+  drawArrow(painter, accent);
 }
 
 }  // namespace firmlane
