@@ -123,6 +123,14 @@ TEST_F(ProgramInWindows, LeadsFromTheWelcomeToTheWirelessWizard) {
       ProgramEnded);
 }
 
+TEST_F(ProgramInWindows, AWizardTakesOverTheWholeScreenFromAMaximisedMainWindow) {
+  screen.window(*program.host().form("Form1"))->showMaximized();
+  click("Form1", "Command3");
+  click("Form1", "LWXButton");
+  click("Form1", "Command3");
+  EXPECT_TRUE(screen.window(*program.host().form("frmAuto"))->isMaximized());
+}
+
 TEST_F(ProgramInWindows, ClosingTheMainWindowAsksFirst) {
   for (const char* button : {"Cancel", "OK"}) {
     when([this] { return screen.box() != nullptr; },
