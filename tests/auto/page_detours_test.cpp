@@ -57,6 +57,7 @@ TEST_F(DetoursTest, ComPortReadsAgainWithThirtySecondsOfItsOwn) {
   world.clickLater(64 * kSecond, world.frmRecover.btnComPort);
   world.click(form.btnNext);
   EXPECT_EQ(state.AutoPage, 2);
+  EXPECT_FALSE(form.lblOutcome.Visible) << "the unit has answered";
   EXPECT_THAT(asked(), ElementsAre("read", "ask for port", "read", "ask for port", "read"));
 }
 
@@ -229,12 +230,30 @@ TEST_F(DetoursTest, NextTriesAgainWhereAListDidNotCome) {
     flow.world.clickLater(3 * kSecond, flow.form.btnNext);
     flow.world.after(3200 * kMillisecond, [&] {
       EXPECT_EQ(flow.form.lblMain.Caption, "");
+      EXPECT_EQ(flow.state.AutoPage, 2);
       EXPECT_FALSE(flow.form.btnNext.Enabled);
     });
     flow.world.click(flow.form.btnNext);
     EXPECT_EQ(flow.state.AutoPage, 3);
     EXPECT_THAT(flow.asked(), ElementsAre("fetch WS", "fetch WS", "page 1 product 1", "page 2 product 1"));
   }
+}
+
+TEST_F(DetoursTest, AnEarlierListStandsInForOneThatDoesNotCome) {
+  world.open(form, true, false);
+  world.after(2 * kSecond, [&] { world.host.choose(form.VersionList, 1); });
+  world.click(form.btnNext);
+  world.click(form.btnBack);
+  asked();
+  world.fetched = [&] {
+    state.WizardPage = 50;
+    state.AutoPage = 19;
+    form.btnNext.Enable();
+  };
+  world.click(form.btnNext);
+  EXPECT_EQ(state.AutoPage, 3);
+  EXPECT_EQ(form.VersionList.ListIndex, 1);
+  EXPECT_THAT(asked(), ElementsAre("fetch WS")) << "the main form has no list to be led to";
 }
 
 TEST_F(DetoursTest, WithoutASetOnDiskNothingIsComparedOrProgrammed) {
@@ -364,6 +383,8 @@ TEST_F(DetoursTest, APortThatIsLostLeadsToRecoveryAtOnceAndRecoveryCanEndTheProg
   world.unit = nullptr;
   world.open(form, false, true);
   world.after(3 * kSecond, [&] { world.frmVersion.Timer1.stop(); });  // the adapter is pulled
+  state.ErrorText = "Error: the port has gone";                       // told by the readout
+  world.after(3500 * kMillisecond, [&] { EXPECT_EQ(form.lblOutcome.Caption, "Error: the port has gone"); });
   world.clickLater(4 * kSecond, world.frmRecover.btnExit);
   EXPECT_THROW(world.click(form.btnNext), ProgramEnded);
 }

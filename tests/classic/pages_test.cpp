@@ -195,6 +195,8 @@ TEST_F(PagesTest, TheFirstTaskPageComesBackAsItWasFromEveryStateOfAFetch) {
     for (int press = 0; press < presses; ++press) {
       form1_.Command3.Click();  // as a wizard presses it
       form1_.lblStatus.Show();
+      form1_.lblProgressInfo.Show();
+      form1_.Command3.Disable();
       form1_.List1.AddItem("V1");
       form1_.lblOutcome.tell(OutcomeKind::Failure, "no list");
       form1_.List1.ListIndex = form1_.List1.Visible ? 0 : -1;
@@ -204,6 +206,7 @@ TEST_F(PagesTest, TheFirstTaskPageComesBackAsItWasFromEveryStateOfAFetch) {
     EXPECT_EQ(visible(), first);
     EXPECT_EQ(top(), text);
     EXPECT_EQ(state_.WizardPage, 0);
+    EXPECT_TRUE(form1_.Command3.Enabled);
     EXPECT_FALSE(form1_.Timer1.enabled());
   }
 }
@@ -211,7 +214,9 @@ TEST_F(PagesTest, TheFirstTaskPageComesBackAsItWasFromEveryStateOfAFetch) {
 TEST_F(PagesTest, APageWithoutAHandlerChangesOnlyItsNumberOnScreen) {
   const std::string before = top();
   state_.WizardPage = 8;
+  form1_.lblOutcome.tell(OutcomeKind::Good, "done");
   next();
+  EXPECT_FALSE(form1_.lblOutcome.Visible) << "the user has read it";
   EXPECT_EQ(form1_.lblPage.Caption.get(), "8");
   EXPECT_EQ(top(), before);
   EXPECT_EQ(state_.WizardPage, 8);
@@ -280,11 +285,12 @@ TEST_F(PagesTest, MoreOptionsLeavesThePageThatWaitsForAPort) {
   state_.ProductCode = "WS";
   state_.WizardPage = 5;
   form1_.Command1.Show();
+  world_.after(kSecond, [this] { form1_.lblOutcome.tell(OutcomeKind::Failure, "no image"); });
   world_.after(kSecond, [this] { world_.host.click(form1_.Command1); });
   next();
   EXPECT_EQ(state_.WizardPage, 0);
   EXPECT_EQ(top(), kBackToStart);
-  EXPECT_FALSE(form1_.frmUC.Visible || world_.frmPort.Loaded);
+  EXPECT_FALSE(form1_.frmUC.Visible || world_.frmPort.Loaded || form1_.lblOutcome.Visible);
 }
 
 TEST_F(PagesTest, TheVersionWindowStartsWithItsFlagsCleared) {
@@ -356,8 +362,14 @@ TEST_F(PagesTest, ARunThatCannotBeginIsToldAndLeavesTheButtonsLive) {
   state_.ProductCode = "WS";
   state_.WizardPage = 6;
   form1_.Option4(0).Value = true;
-  onFlash_ = [] { throw Failure(2, "No such port"); };
+  onFlash_ = [this] {
+    form1_.lblProgressInfo.Show();
+    throw Failure(2, "No such port");
+  };
   next();
+  EXPECT_FALSE(form1_.lblProgressInfo.Visible || form1_.ProgressBar1.Visible);
+  EXPECT_EQ(form1_.lblOutcome.Caption, "No such port");
+  EXPECT_EQ(state_.WizardPage, 6) << "Next tries again";
   EXPECT_EQ(world_.screen.boxes().back().text, "Error: No such port (#2)");
   EXPECT_EQ(world_.screen.boxes().back().icon, MessageIcon::Critical);
   EXPECT_EQ(state_.ErrorText, "Error: No such port (#2)");

@@ -449,5 +449,30 @@ TEST_F(FlashRunTest, ExitEndsTheProgramAmidTheStream) {
   EXPECT_NEAR(static_cast<double>(loader_.image.size()), 1000, 200);
 }
 
+TEST_F(FlashRunTest, ARunIsRefusedWithoutItsImage) {
+  struct Case {
+    const char* product;
+    bool older;
+    const char* target;
+    const char* file;
+  };
+  for (const Case& c : {Case{"WS", false, "NewHubFlash", "HUBSL.s19"}, Case{"WS", false, "DSPFlash", "wls.bin"},
+                        Case{"WS", false, "RF2Flash", "RFSL.s19"}, Case{"VC", false, "NewHubFlash", "vrc2hub.s19"},
+                        Case{"VC", false, "DSPFlash", "vrc2.bin"}, Case{"VC", true, "OldVRCFlash", "vrc.bin"}}) {
+    SCOPED_TRACE(c.file);
+    state_.ProductCode = c.product;
+    state_.OldVelarc = c.older;
+    state_.FlashTarget = c.target;
+    EXPECT_THROW(processors_.requireImage(), Failure);
+    image(c.file, 0);
+    EXPECT_THROW(processors_.requireImage(), Failure) << "empty";
+    image(c.file, 1);
+    EXPECT_NO_THROW(processors_.requireImage());
+  }
+  state_.ProductCode = "WS";
+  state_.FlashTarget = "FrontFlash";
+  EXPECT_NO_THROW(processors_.requireImage()) << "its image is loaded, not sent from the file";
+}
+
 }  // namespace
 }  // namespace firmlane::test
