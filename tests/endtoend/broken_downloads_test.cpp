@@ -52,7 +52,7 @@ struct BrokenDownloads : testing::Test {
   }
   [[nodiscard]] QStringList options() const {
     const QString url = QString::fromStdString(server.url());
-    return {"--dir", directory.path(), "--server", url, "--registration-server", url, "--time-scale", "10"};
+    return {"--dir", directory.path(), "--server", url, "--registration-server", "http://127.0.0.1:1", "--time-scale", "10"};
   }
   [[nodiscard]] std::string file(const QString& name) const {
     QFile file(directory.filePath(name));
@@ -128,11 +128,11 @@ TEST_F(BrokenDownloads, NothingShortIsEverStoredAndNothingIsAskedForTwice) {
     console.must("answer OK");
     console.must("wait Form1.Command3.enabled == true 60");
     EXPECT_EQ(file("vrc.bin"), "old");
+    EXPECT_EQ(server.requests() - before, i + 1) << "asked for again";
     if (HasFailure()) {
       break;
     }
   }
-  EXPECT_EQ(server.requests() - before, tries) << "requests";
   EXPECT_THAT(console.events().join('\n').toStdString(), HasSubstr("Error trying download firmware: "));
   EXPECT_EQ(console.must("get RunState.WizardPage").toInt(), 3) << "the list is there, to try again";
   EXPECT_TRUE(console.must("get Form1.List1.visible").toBool());
