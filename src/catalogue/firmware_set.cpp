@@ -155,7 +155,8 @@ void FirmwareSet::settleLocked() {
   }
 }
 
-/// Every step can be done again: it is, from the first one on, for as long as the record is there.
+/// Every step can be done again: it is, from the first one on, for as long as the record is there. Row 0 is written last, and
+/// with its name the others are on the disk too, before the record goes.
 void FirmwareSet::finish(const Record& record) {
   Disk& disk = files_.disk();
   for (const std::string& name : record.names) {
@@ -163,10 +164,8 @@ void FirmwareSet::finish(const Record& record) {
       disk.rename(aside(name), files_.path(name));
     }
   }
-  disk.syncDirectory(files_.programDirectory());
   setRow(record.systemsName, record.row);
   disk.remove(recordPath_);
-  disk.syncDirectory(files_.programDirectory());
 }
 
 void FirmwareSet::discardAside() {
