@@ -217,7 +217,7 @@ TEST_F(SetOnDisk, WithoutASystemFileItIsMade) {
   fetch();
   EXPECT_EQ(directory.read(kSystems), row("new"));
   FirmwareSet set(*files);
-  set.saveSystems("VRC2Sys.vrc", rowBytes("picked"));
+  set.saveSystems("VRC2Sys.vrc", {});
   EXPECT_EQ(directory.read("VRC2Sys.vrc"), std::string(kSystemRowBytes, '\0'));
 }
 
