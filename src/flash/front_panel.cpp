@@ -57,8 +57,6 @@ void FrontPanel::DumpFront() {
     prepareStream();
     if (stream()) {
       finish();
-    } else {
-      supervision_.Sending = false;
     }
   } catch (const Failure&) {
     stream_.tellFailed();
