@@ -107,8 +107,9 @@ TEST_F(TableTest, UnreadableDisplayNamesAreToldAndTheRestGoesOn) {
   table.ParseVersions();
   velarcTable.ParseVersions();
   for (const char* name : {"Hub 1.5-x", "Hub V1.5"}) {
-    world.form1.List1.Lines = {"DSP V1.05-May", name};
+    world.form1.List1.Lines = {"V1.06-May", name, "R V1.2-x", "F V1.9-x"};
     table.ParseVersions();
+    EXPECT_EQ(world.frmAuto.DSPC.Caption, "1.06") << "the word before the version may be missing";
   }
   ASSERT_EQ(world.screen.boxes().size(), 5U);
   EXPECT_EQ(world.screen.boxes()[0].text, "Error reading LWX firmware versions. Please try again");

@@ -350,10 +350,10 @@ TEST_F(PagesTest, WithoutAProcessorTheFlashPageAsksForOne) {
   EXPECT_EQ(world_.screen.boxes().back().text, "Please select the processor to flash and then click Next to continue");
   EXPECT_THAT(log_, IsEmpty());
   EXPECT_EQ(state_.WizardPage, 6);
-  click(form1_.Option4(1));
+  click(form1_.Option4(0));
   onFlash_ = [this] { EXPECT_TRUE(form1_.ProgressBar1.Visible); };
   next();
-  EXPECT_THAT(log_, ElementsAre("flash DSPFlash"));
+  EXPECT_THAT(log_, ElementsAre("flash NewHubFlash"));
   EXPECT_FALSE(form1_.ProgressBar1.Visible) << "the run is over";
 }
 

@@ -123,9 +123,11 @@ TEST_F(FactoryStartTest, ThePageAfterTheDspRunBelongsToTheSerialNumberUntilItIsF
   state_.FlashTarget = "DSPFlash";
   state_.WizardPage = 7;
   world_.supervision.BarValue = 40;
+  form1_.ProgressBar1.Show();
   for (int step = 1; step <= 4; ++step) {
     next();
     EXPECT_EQ(state_.SerialStep, step);
+    EXPECT_FALSE(form1_.ProgressBar1.Visible);
   }
   next();
   EXPECT_EQ(state_.SerialStep, 4);

@@ -99,6 +99,17 @@ TEST(ComposedProgram, AHandlerThatFailsOutsideOfAnyOperationIsTold) {
   EXPECT_EQ(composed.program->state().ErrorText, "Error: In use (#13)");
 }
 
+TEST(ComposedProgram, TheServiceButtonListensForFramesOfNineBytes) {
+  Composed composed;
+  composed.press(*composed.program->host().form("Form1")->control("Command4"));
+  composed.wire.deliver(bytes("02 00 00 00 1E 30 4E 3E"));
+  composed.run(kSecond);
+  EXPECT_EQ(composed.form<Form1>("Form1").msgcount.Text.get(), "");
+  composed.wire.deliver(bytes("3E"));
+  composed.run(kSecond);
+  EXPECT_EQ(composed.form<Form1>("Form1").msgcount.Text.get(), "1");
+}
+
 TEST(ComposedProgram, FrontAAndFrontBGetTheVelarcsOwnImage) {
   Composed composed;
   putOnDisk(composed.directory, Line::Velarc2, releases(Line::Velarc2)[0]);
