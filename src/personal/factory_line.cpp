@@ -40,6 +40,12 @@ void FactoryLine::readyForNext(const std::string& verdict) {
   state_.WizardPage = classic_page::kTask;
 }
 
+void FactoryLine::giveUp(const std::string& why) {
+  endProcedure();
+  readyForNext(why);
+  form1_.lblOutcome.tell(OutcomeKind::Failure, why);
+}
+
 std::string FactoryLine::verdict() const {
   return receivePath_.MicMode ? "Microphone Model Load Complete" : "Serial Number and Preset Load Complete";
 }

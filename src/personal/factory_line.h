@@ -20,6 +20,9 @@ class FactoryLine {
   /// Closes the port, shows `verdict` with the factory buttons, and has Next begin with the next unit.
   void readyForNext(const std::string& verdict);
 
+  /// Ends a procedure that did not go well: as the two above, with `why` told as its outcome too.
+  void giveUp(const std::string& why);
+
   /// What page 7 shows when Next ends a procedure that went well.
   [[nodiscard]] std::string verdict() const;
 

@@ -60,8 +60,7 @@ void MicModels::btnMic_Click() {
   }
   leaveLine();
   if (!trouble.empty()) {
-    line_.endProcedure();
-    line_.readyForNext(trouble);
+    line_.giveUp(trouble);
   }
 }
 

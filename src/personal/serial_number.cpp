@@ -213,8 +213,7 @@ std::string SerialNumber::whyNotStored() const {
 
 void SerialNumber::giveUp(const std::string& verdict) {
   state_.SerialOnly = false;
-  line_.endProcedure();
-  line_.readyForNext(verdict);
+  line_.giveUp(verdict);
 }
 
 void SerialNumber::recover() {

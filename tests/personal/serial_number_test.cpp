@@ -322,6 +322,8 @@ TEST_F(SerialNumberTest, ASilentUnitEndsTheProcedureOnNoAndItsNumberIsNotUsedAga
   EXPECT_EQ(state_.SerialStep, 0);
   EXPECT_EQ(form1_.lblTop.Caption.get(),
             "No answer from the receiver: number 100 may be in it or not, and no other receiver gets it");
+  EXPECT_EQ(form1_.lblOutcome.Caption.get(), form1_.lblTop.Caption.get());
+  EXPECT_EQ(form1_.lblOutcome.Kind.get(), "failure");
   // A port that fails on the way to the next number must not bring the old one back.
   wire_.openFailure = Failure(failure_number::kPortInUse, "The port is in use");
   world_.screen.answerNext(MessageButton::OK);
