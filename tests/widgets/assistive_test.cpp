@@ -4,6 +4,7 @@
 #include <QAccessible>
 #include <QCheckBox>
 #include <QClipboard>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
@@ -83,6 +84,12 @@ TEST_F(Assistive, ChangesOfAPageAndOutcomesAreAnnouncedOnce) {
   settle();
   EXPECT_EQ(std::exchange(heard, {}), QStringList("Failure: The unit has stopped responding."));
   EXPECT_EQ(seen(wizard.lblOutcome).role(), QAccessible::AlertMessage);
+  const auto written = [&] { return (*screen.window(wizard))["lblOutcome"]->findChildren<QLabel*>().front()->text(); };
+  EXPECT_EQ(written(), "The unit has stopped responding.");
+  wizard.lblMain.Caption = "The unit has stopped responding.\r\r";
+  settle();
+  EXPECT_EQ(written(), "Failure") << "the page has the words already";
+  heard.clear();
   wizard.Progress1.Value = 50;
   settle();
   EXPECT_EQ(heard, QStringList()) << "a bar is looked at, not announced";

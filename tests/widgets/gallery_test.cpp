@@ -77,6 +77,7 @@ class Written : public testing::TestWithParam<Writing> {
                              .arg(QString::fromStdString(name)));
     }
     QApplication::setPalette(light);
+    QCoreApplication::sendPostedEvents();
   }
 
   QFont usual_ = QApplication::font();

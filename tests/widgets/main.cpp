@@ -3,13 +3,18 @@
 
 #include <QApplication>
 #include <QTemporaryFile>
+#include <algorithm>
 
 int main(int argc, char** argv) {
   QTemporaryFile screens;
   if (!screens.open()) {
     return 1;
   }
-  screens.write(R"({"screens": [{"name": "small", "x": 0, "y": 0, "width": 1024, "height": 600, "logicalDpi": 96, "dpr": 1}]})");
+  const int factor = std::max(1, qEnvironmentVariableIntValue("QT_SCALE_FACTOR"));
+  screens.write(QStringLiteral(R"({"screens": [{"name": "small", "x": 0, "y": 0, "width": %1, "height": %2, "dpr": 1}]})")
+                    .arg(1024 * factor)
+                    .arg(600 * factor)
+                    .toLatin1());
   screens.close();
   qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + screens.fileName().toLocal8Bit());
   testing::InitGoogleTest(&argc, argv);

@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QProgressBar>
+#include <QPushButton>
 #include <QRadioButton>
 #include <QScreen>
 #include <QScrollArea>
@@ -53,6 +54,7 @@ class Checks {
       checkTold(*control);
     }
     checkTab();
+    checkReading();
     return faults_;
   }
 
@@ -114,6 +116,22 @@ class Checks {
     }
     if (focusBefore != nullptr) {
       focusBefore->setFocus();
+    }
+  }
+
+  /// Who has the window read out hears the page before the buttons below it.
+  void checkReading() {
+    bool foot = false;
+    for (const QWidget* control : controls_) {
+      const QWidget* parent = control;
+      while (parent != &window_ && qobject_cast<const QScrollArea*>(parent) == nullptr) {
+        parent = parent->parentWidget();
+      }
+      const bool onPage = parent != &window_;
+      foot = foot || (!onPage && qobject_cast<const QPushButton*>(control) != nullptr);
+      if (foot && onPage) {
+        fault(*control, "is read behind the buttons");
+      }
     }
   }
 

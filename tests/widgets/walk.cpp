@@ -16,6 +16,7 @@ void settleWindows(WidgetScreen& screen) {
     QCoreApplication::sendPostedEvents();
     QCoreApplication::processEvents();
   }
+  QCoreApplication::sendPostedEvents();  // what a timer of the last pass has set off
 }
 
 Walk::Walk(Line line, const std::string& model, Wishes wishes)

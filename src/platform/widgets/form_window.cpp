@@ -16,6 +16,7 @@
 
 #include "platform/widgets/control_widgets.h"
 #include "platform/widgets/display_text.h"
+#include "platform/widgets/outcome_band.h"
 
 namespace firmlane {
 
@@ -57,6 +58,17 @@ void FormWindow::setKey(std::string_view button, Qt::Key letter) {
 }
 
 void FormWindow::announce(std::string_view label) { announced_.push_back({(*this)[label], {}}); }
+
+void FormWindow::tellOnce(std::string_view band, std::string_view text) {
+  band_ = dynamic_cast<OutcomeBand*>((*this)[band]);
+  bandText_ = qobject_cast<QLabel*>((*this)[text]);
+}
+
+void FormWindow::shortenBand() {
+  if (band_ != nullptr && bandText_ != nullptr) {
+    band_->beBrief(!bandText_->isHidden() && bandText_->text().simplified() == band_->words().simplified());
+  }
+}
 
 QString FormWindow::pageText() const {
   QStringList texts;
@@ -178,6 +190,7 @@ void FormWindow::refresh() {
   for (ControlBinding* binding : stale) {
     binding->refresh();
   }
+  shortenBand();
   chooseDefault();
   chooseFocus();
   tellChanges();

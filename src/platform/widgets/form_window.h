@@ -10,10 +10,13 @@
 
 #include "platform/widgets/control_binding.h"
 
+class QLabel;
 class QPushButton;
 class QScrollArea;
 
 namespace firmlane {
+
+class OutcomeBand;
 
 class FormWindow : public QDialog {
  public:
@@ -38,6 +41,8 @@ class FormWindow : public QDialog {
   void setKey(std::string_view button, Qt::Key letter);
   /// A screen reader announces this label or band when it says something new: what goes on.
   void announce(std::string_view label);
+  /// The band need not repeat what the page's text says already.
+  void tellOnce(std::string_view band, std::string_view text);
   /// Called with each widget that is announced.
   std::function<void(const QWidget&)> announced;
   /// What the window's texts say, in their order.
@@ -79,6 +84,7 @@ class FormWindow : public QDialog {
   ControlBinding& binding(Control& control);
   [[nodiscard]] QSize neededSize(int width) const;
   void tellChanges();
+  void shortenBand();
   void chooseDefault();
   void chooseFocus();
   /// The first thing on the page that can be filled in or chosen, of option buttons the selected one; null for none.
@@ -89,6 +95,8 @@ class FormWindow : public QDialog {
   std::vector<ControlBinding*> stale_;
   std::vector<QPushButton*> defaults_;
   std::vector<Announced> announced_;
+  OutcomeBand* band_ = nullptr;
+  QLabel* bandText_ = nullptr;
   QScrollArea* page_ = nullptr;
   QWidget* lastMade_ = nullptr;
   QWidget* firstField_ = nullptr;

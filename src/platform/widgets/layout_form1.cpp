@@ -103,6 +103,7 @@ void layOutForm1(FormWindow& window, const LayoutContext& context) {
   frameWizard(
       window, *cover, page,
       row({window["Command5"], window["Command1"], window["btnVRCrelnotef"], nullptr, window["Command3"], window["Command2"]}));
+  window.tellOnce("lblOutcome", "lblTop");
   window.setDefaultButton("Command3");
   window.setKey("Command3", Qt::Key_N);
   window.setKey("Command2", Qt::Key_X);

@@ -42,6 +42,7 @@ void layOutWizard(FormWindow& window, const LayoutContext& context) {
   window.setKey("btnBack", Qt::Key_B);
   window.setKey("btnNext", Qt::Key_N);
   window.setKey("cmdQuit", Qt::Key_X);
+  window.tellOnce("lblOutcome", "lblMain");
   window.announce("lblMain");
   window.announce("lblReset");
   window.announce("lblOutcome");

@@ -32,15 +32,23 @@ OutcomeBand::OutcomeBand(QWidget* parent)
 }
 
 void OutcomeBand::tell(Sign sign, const QString& words) {
-  if (sign == sign_ && words == words_->text()) {
+  if (sign == sign_ && words == told_) {
     return;
   }
   sign_ = sign;
+  told_ = words;
   picture_->setPicture(pictureOf(sign));
   picture_->setAccessibleName(wordOf(sign));
   words_->setText(words);
   setAccessibleName(sign == Sign::None ? words : wordOf(sign) + QStringLiteral(": ") + words);
   update();
+}
+
+void OutcomeBand::beBrief(bool brief) {
+  const QString text = brief && sign_ != Sign::None ? wordOf(sign_) : told_;
+  if (words_->text() != text) {
+    words_->setText(text);
+  }
 }
 
 void OutcomeBand::setAction(const QString& text, std::function<void()> pressed) {

@@ -19,7 +19,9 @@ class OutcomeBand : public QWidget {
   /// Shows the words under that sign.
   void tell(Sign sign, const QString& words);
   [[nodiscard]] Sign sign() const { return sign_; }
-  [[nodiscard]] QString words() const { return words_->text(); }
+  [[nodiscard]] QString words() const { return told_; }
+  /// Where the page itself has these words, the band need not repeat them: the sign in a word is enough then.
+  void beBrief(bool brief);
 
   /// A button at the end of the band, such as one that copies details. An empty text takes it away.
   void setAction(const QString& text, std::function<void()> pressed);
@@ -29,6 +31,7 @@ class OutcomeBand : public QWidget {
 
  private:
   Sign sign_ = Sign::None;
+  QString told_;
   PictureWidget* picture_;
   TextLabel* words_;
   QPushButton* action_;
