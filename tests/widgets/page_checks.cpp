@@ -24,6 +24,8 @@ namespace firmlane::test {
 
 namespace {
 
+constexpr int kShort = 12;  // letters of a caption that has no reason to be broken
+
 bool isField(const QWidget& widget) {
   return qobject_cast<const QAbstractButton*>(&widget) != nullptr || qobject_cast<const QLineEdit*>(&widget) != nullptr ||
          qobject_cast<const QAbstractItemView*>(&widget) != nullptr;
@@ -80,6 +82,10 @@ class Checks {
     }
     const QSize least = control.minimumSizeHint();
     const int height = control.hasHeightForWidth() ? control.heightForWidth(control.width()) : least.height();
+    const auto* button = qobject_cast<const QAbstractButton*>(&control);
+    if (button != nullptr && button->text().size() <= kShort && button->text().contains(QLatin1Char('\n'))) {
+      fault(control, "has a short caption in two lines");
+    }
     if (control.height() < height || (isField(control) && control.width() < least.width())) {
       fault(control, "is cut: " + std::to_string(control.height()) + " px high, needs " + std::to_string(height));
     }

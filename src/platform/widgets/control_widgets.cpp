@@ -190,7 +190,7 @@ int Wrapped<Button>::besideCaption() const {
 template <typename Button>
 QSize Wrapped<Button>::sizeHint() const {
   const QFontMetrics metrics = this->fontMetrics();
-  const int whole = metrics.horizontalAdvance(caption_) + besideCaption() + kIconAir;
+  const int whole = metrics.horizontalAdvance(caption_) + besideCaption() + metrics.averageCharWidth();
   const int width = std::min(whole, kCaptionLetters * metrics.averageCharWidth());
   return {width, heightForWidth(width)};
 }

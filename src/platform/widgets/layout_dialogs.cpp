@@ -55,6 +55,7 @@ void layOutPort(FormWindow& window, const LayoutContext& context) {
   std::vector<Remark*> remarks;
   for (int i = 0; i < kPorts; ++i) {
     auto* option = static_cast<QAbstractButton*>(window["Option1(" + std::to_string(i) + ")"]);
+    option->setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Fixed);
     grid->addWidget(option, i % kRows, 2 * (i / kRows));
     grid->addWidget(remarks.emplace_back(new Remark(*option)), i % kRows, 2 * (i / kRows) + 1);
   }
