@@ -29,7 +29,8 @@ struct Bench {
   Form1 form1{host};
   FrmPort frmPort{host};
   NewSerial newserial{host};
-  ConsoleSession session{host, state, print};
+  Activity activity{time};
+  ConsoleSession session{host, state, activity, print};
 
   Bench() {
     screen.onBoxClosed = [this] { session.boxClosed(); };

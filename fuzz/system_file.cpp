@@ -17,8 +17,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const bool wireless = input.choice(2) == 0;
   const ProductParameters& product = wireless ? wirelessParameters() : velarc2Parameters();
   const WizardWindow window = wireless ? wirelessWindow(world.frmAuto) : velarc2Window(world.frmVRCAuto);
-  const AutoWizardSetting setting{world.host,    world.files,      world.state,      world.form1,
-                                  world.frmPort, world.frmVersion, world.frmRecover, world.frmDBUG};
+  FirmwareSet set(world.files);
+  const AutoWizardSetting setting{world.host,    world.wizard,     world.files,      set,           world.state,   world.form1,
+                                  world.frmPort, world.frmVersion, world.frmRecover, world.frmDBUG, world.activity};
   SystemFile file(setting, window, product);
   world.state.SelectedSystem = static_cast<std::int16_t>(input.choice(kSystems));
   (world.state.*product.systems)[0].SystemVersion = "3.2";

@@ -10,7 +10,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   constexpr std::size_t kLongestBuffer = 32767;
   fuzz::Input input(data, size);
   test::World world;
-  VersionReadout readout(world.versionPort, world.state, world.frmVersion);
+  VersionReadout readout(world.versionPort, world.activity, world.state, world.frmVersion);
   world.screen.answerOthers();
   world.state.ProductCode = input.choice(2) == 0 ? "WS" : "VC";
   world.state.ComPort = 1;

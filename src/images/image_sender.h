@@ -18,7 +18,6 @@ class ImageSender {
       : host_(host),
         port_(port),
         supervision_(supervision),
-        wizard_(wizard),
         state_(state),
         form1_(form1),
         expectFrameEnd_(expectFrameEnd),
@@ -43,7 +42,6 @@ class ImageSender {
   FormHost& host_;
   SerialPort& port_;
   Supervision& supervision_;
-  WizardInCharge& wizard_;
   RunState& state_;
   Form1& form1_;
   bool& expectFrameEnd_;
