@@ -38,6 +38,7 @@ Wanderer::Wanderer(Way way, std::uint32_t seed) : way_(way), random_(seed) {
     putOnDisk(directory, Line::Wireless, releases(Line::Wireless).front());
     directory.write("sn.wls", Bytes{kFirstNumber & 0xFF, kFirstNumber >> 8, 0, 0});
   }
+  disk_->plan(FaultyDisk::Fault::None, 0);
   serve();
   connectUnit();
 }
@@ -98,6 +99,8 @@ void Wanderer::play() {
       checkSomethingPossible();
     } catch (const PowerLost&) {
       alive = true;
+    } catch (const PowerFailed&) {
+      alive = true;
     } catch (const ProgramEnded&) {
       reachedEnd_ = reachedEnd_ || !desktop.programs.empty();
     } catch (const NothingCanHappen&) {
@@ -106,6 +109,9 @@ void Wanderer::play() {
     program_.reset();
     if (wire_.isOpen()) {
       fail("the port is open behind the program's end");
+    }
+    if (alive) {
+      disk_->reboot(random_);
     }
     checkFiles();
   }
@@ -118,7 +124,7 @@ void Wanderer::live() {
                           .versionDriver = versionDriver,
                           .http = httpInstead != nullptr ? *httpInstead : http,
                           .desktop = desktop,
-                          .files = files,
+                          .files = filesOnDisk_,
                           .servers = {kServer, "http://registration.example"}};
   program_ = std::make_unique<Program>(platform, BuildSwitches{.factoryBuild = way_ == Way::ProductionLine});
   screen.press = [this](MessageButton button) { program_->host().answer(button); };
@@ -155,6 +161,7 @@ void Wanderer::next() {
 
 /// The troubles end, the user sits back, and what has a limit runs into it.
 void Wanderer::rest() {
+  disk_->plan(FaultyDisk::Fault::None, 0);
   unit_->unit.faults = {};
   serve();
   time.after(kCalm, [] { throw RunOver(); });
@@ -166,6 +173,9 @@ void Wanderer::act() {
   }
   if (chance(3)) {
     troubleServer();
+  }
+  if (chance(2)) {
+    troubleDisk();
   }
   FormHost& host = program_->host();
   if (host.messageBox()) {
@@ -225,6 +235,10 @@ void Wanderer::workForm(Form& form) {
     click(form, "Command3");
     return;
   }
+  if (way_ == Way::Software && form.control("Option6") != nullptr && !host.refusal(*form.control("Option6")) && chance(70)) {
+    click(form, "Option6");
+    return;
+  }
   std::vector<Control*> possible;
   for (Control* control : form.controls()) {
     // A number that is edited down on purpose may go out twice; that is the user's wish.
@@ -263,6 +277,12 @@ void Wanderer::troubleServer() {
       {.body = half, .headers = {{"content-length", std::to_string(one->second.size())}}},
   };
   http.answer(one->first, oneOf(troubles));
+}
+
+void Wanderer::troubleDisk() {
+  using Fault = FaultyDisk::Fault;
+  constexpr Fault kTroubles[] = {Fault::None, Fault::None, Fault::Error, Fault::FullLater, Fault::Power};
+  disk_->plan(oneOf(kTroubles), static_cast<int>(random_() % 8));
 }
 
 void Wanderer::click(Form& form, const char* name) {
@@ -342,9 +362,11 @@ void Wanderer::noteSerial(const std::string& words) {
   if (countsLate) {
     const std::string ahead = directory.read("sn.wls");
     directory.write("sn.wls", Bytes{static_cast<std::uint8_t>(number), static_cast<std::uint8_t>(number >> 8U), 0, 0});
+    disk_->plan(FaultyDisk::Fault::None, 0);
     time.after(kLateCount, [this, ahead, life = end_] {
       if (life == end_) {  // else the computer has lost power meanwhile
         directory.write("sn.wls", ahead);
+        disk_->plan(FaultyDisk::Fault::None, 0);
       }
     });
   }

@@ -1,5 +1,5 @@
 // Random runs over what the auto wizards do not cover: the classic pages with their downloads, remote software, the production
-// line. A user clicks whatever can be clicked, units and server misbehave, the computer loses power; all from one seed.
+// line. A user clicks whatever can be clicked, units, server and disk misbehave, the computer loses power; all from one seed.
 #pragma once
 
 #include <map>
@@ -9,6 +9,7 @@
 #include <string>
 
 #include "app/program.h"
+#include "faulty_disk.h"
 #include "units/virtual_unit.h"
 #include "world.h"
 
@@ -51,6 +52,7 @@ class Wanderer : public Ground {
   void workForm(Form& form);
   void troubleUnit();
   void troubleServer();
+  void troubleDisk();
   void click(Form& form, const char* name);
 
   void rest();
@@ -72,6 +74,8 @@ class Wanderer : public Ground {
   Way way_;
   std::mt19937 random_;
   std::filesystem::path before_ = std::filesystem::current_path();
+  std::shared_ptr<FaultyDisk> disk_ = std::make_shared<FaultyDisk>(directory.path().string());
+  Files filesOnDisk_{directory.path(), noRecorder(), disk_};
   VirtualWire& wire_ = wires.add(2);
   std::unique_ptr<sim::VirtualUnit> unit_;
   std::unique_ptr<Program> program_;
