@@ -34,7 +34,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const auto saved = world.state.*product.sysFile;
   (world.state.*product.sysFile) = {};
   file.ReadSysFile();
-  fuzz::require((world.state.*product.sysFile) == saved);
+  // Row 0 tells which set lies on disk, and this one has not come down.
+  const auto& again = world.state.*product.sysFile;
+  fuzz::require(std::equal(saved.begin() + 1, saved.end(), again.begin() + 1));
   fuzz::require(world.screen.boxes().empty());
   return 0;
 }

@@ -39,8 +39,8 @@ void appendString(std::string& text, const std::string& utf8) {
 }
 
 void appendNumber(std::string& text, double number) {
-  // Not in the shortest form: a serial number of 100000 must not read 1e+05.
-  std::array<char, 320> digits{};
+  // Not in the shortest form: a serial number of 100000 must not read 1e+05. The smallest numbers have 323 zeros and 17 digits.
+  std::array<char, 352> digits{};
   const auto [end, error] = std::to_chars(digits.data(), digits.data() + digits.size(), number, std::chars_format::fixed);
   text.append(digits.data(), error == std::errc() ? end : digits.data());
 }

@@ -266,5 +266,11 @@ TEST_F(ConsoleBench, TheEndOfTheScriptComesAfterItsLastCommand) {
   EXPECT_EQ(taken(), "{\"ok\":true}\n{\"event\":\"end\"}\n");
 }
 
+TEST(JsonTest, ANumberReadsBackFromItsOwnText) {
+  for (const double number : {0.0, -0.1, 100000.0, 5e-324, -2.2250738585072014e-308, 1.7976931348623157e308}) {
+    EXPECT_EQ(Json::parse(Json(number).text()), Json(number)) << number;
+  }
+}
+
 }  // namespace
 }  // namespace firmlane::test
