@@ -93,50 +93,5 @@ TEST_F(OverTheWeb, RemoteSoftwareEndsInItsInstaller) {
   EXPECT_EQ(console.finish(), 0);
 }
 
-TEST_F(OverTheWeb, AFailedDownloadOfSoftwareLeadsBackToTheStart) {
-  Process console("firmlane-console", options());
-  fetchList(console, 1);
-  console.must("click Form1.Command3");
-  console.must("wait RunState.WizardPage == 22 20");
-  console.must("choose Form1.List1 0");
-  simulator.ask("web fault cut");
-  console.must("click Form1.Command3");
-  answer(console, "No");
-  answer(console, "OK");
-  EXPECT_THAT(told(console), HasSubstr("Error trying download firmware: "));
-  console.must("wait RunState.WizardPage == 23 60");
-  console.must("click Form1.Command3");
-  answer(console, "OK");
-  EXPECT_THAT(told(console), HasSubstr("Error retreiving Remote Software, please try again"));
-  console.must("wait RunState.WizardPage == 0 5");
-  EXPECT_FALSE(QFile::exists(directory.filePath("VelarcRemote62.exe")));
-}
-
-TEST_F(OverTheWeb, ARegistrationThatIsNotAnsweredKeepsNobody) {
-  Process console("firmlane-console", options());
-  fetchList(console, 0);
-  simulator.ask("web fault never /Firmlane/FLusers.asp");
-  console.must(R"(type Form1.txtLast "Lee")");
-  console.must("click Form1.Command3");
-  answer(console, "No");
-  EXPECT_THAT(told(console), HasSubstr("Timeout sending registration information to Tolvex!"));
-  console.must("wait RunState.WizardPage == 3 5");
-  console.must("wait Form1.List1.visible == true 5");
-}
-
-TEST_F(OverTheWeb, AFailedFetchLeadsToPage50AndBack) {
-  Process console("firmlane-console", options());
-  simulator.ask("web fault empty");
-  console.must("click Form1.Command3");
-  console.must("click Form1.VRColdButton");
-  console.must("wait RunState.WizardPage == 0 5");
-  console.must("click Form1.Option1(0)");
-  console.must("click Form1.Command3");
-  console.must("wait RunState.WizardPage == 50 60");
-  EXPECT_EQ(console.must("get Form1.lblTop.caption").toString(), "Error connecting to the Internet");
-  console.must("click Form1.Command3");
-  console.must("wait RunState.WizardPage == 0 5");
-}
-
 }  // namespace
 }  // namespace firmlane::test

@@ -19,33 +19,6 @@ class EndToEndTest : public testing::Test {
   QTemporaryDir directory_;
 };
 
-TEST_F(EndToEndTest, AnOlderVelarcIsProgrammedFromTheWelcomePageToCongratulations) {
-  Process unit("firmlane-simulator", {"--unit", "velarc", "--time-scale", "10", "--dir", dir(), "--make-images", "5.0.9"});
-  const QString device = unit.line()["pty"].toString();
-  ASSERT_FALSE(device.isEmpty());
-  Process console("firmlane-console", consoleOptions(device));
-  console.must("click Form1.Command3");
-  console.must("click Form1.VRColdButton");
-  console.must("wait RunState.WizardPage == 0 5");
-  console.must("click Form1.Option1(2)");
-  console.must("click Form1.Command3");
-  console.must("wait RunState.WizardPage == 5 5");
-  console.must("click Form1.Command3");
-  findPort(console);
-  console.must("wait RunState.WizardPage == 6 5");
-  EXPECT_EQ(console.must("get RunState.ComPort").toInt(), 3);
-  unit.ask("power off");
-  console.must("click Form1.Command3");
-  console.must(R"(wait Form1.lblTop.caption contains "Please turn on the power switch" 5)");
-  unit.ask("power on");
-  console.must(R"(wait Form1.lblTop.caption contains "now erasing FLASH Memory" 20)");
-  console.must(R"(wait Form1.lblTop.caption contains "Congratulations!" 200)");
-  EXPECT_EQ(console.must("get RunState.WizardPage").toInt(), 7);
-  console.must("click Form1.Command3");
-  console.must("wait RunState.WizardPage == 0 5");
-  EXPECT_THAT(console.events().join('\n').toStdString(), testing::HasSubstr("COM3 found, now Connecting"));
-}
-
 TEST_F(EndToEndTest, APortThatIsNotThereIsToldAndTheProgramGoesOn) {
   Process console("firmlane-console", consoleOptions(dir() + "/nothing"));
   console.must("click Form1.Command3");
@@ -87,44 +60,6 @@ TEST_F(EndToEndTest, QuitEndsInTheMiddleOfAWaitAndExitWithItsQuestion) {
   console.must("wait end 5");
   EXPECT_EQ(console.finish(), 0);
   EXPECT_THAT(console.events().last().toStdString(), testing::HasSubstr("\"end\""));
-}
-
-TEST_F(EndToEndTest, AScriptThatComesAllAtOnceIsWorkedLineByLine) {
-  Process console("firmlane-console", consoleOptions("/dev/null", "1000"));
-  console.write(
-      "# the first pages\n"
-      "click Form1.VRCButton\n"
-      "click Form1.Command3\n"
-      "get Form1.Command3\n"
-      "click \"Form1.VRColdButton\"\n"
-      "wait RunState.WizardPage == 0 60\n"
-      "click Form1.Command2\n"
-      "click Form1.Command3\n"
-      "answer Cancel\n"
-      "forms\n"
-      "close Form1\n"
-      "answer OK\n"
-      "wait end 60\n"
-      "forms");
-  EXPECT_EQ(console.finish(), 0);
-  EXPECT_EQ(console.rest(), R"({"event":"show","form":"Form1","modal":false}
-{"ok":false,"error":"not visible"}
-{"ok":true}
-{"ok":true,"value":{"caption":"Next >>","visible":true,"enabled":false}}
-{"ok":true}
-{"ok":true}
-{"ok":true}
-{"event":"messagebox","text":"Quit Tolvex Firmlane Now?","title":"Warning","icon":"none","buttons":["OK","Cancel"]}
-{"ok":false,"error":"message box is up"}
-{"ok":true}
-{"ok":true,"value":[{"form":"Form1","modal":false}]}
-{"ok":true}
-{"event":"messagebox","text":"Quit Tolvex Firmlane Now?","title":"Warning","icon":"none","buttons":["OK","Cancel"]}
-{"ok":true}
-{"event":"end"}
-{"ok":true}
-{"ok":false,"error":"ended"}
-)");
 }
 
 TEST_F(EndToEndTest, AWrongOptionEndsWithStatusTwo) {

@@ -10,29 +10,13 @@ namespace firmlane::test {
 namespace {
 
 struct Station {
-  explicit Station(const QString& directory, const QStringList& unitOptions = {})
-      : simulator("firmlane-simulator", QStringList{"--unit", "lwx52", "--dir", directory, "--time-scale", "10"} + unitOptions),
+  explicit Station(const QString& directory)
+      : simulator("firmlane-simulator", {"--unit", "lwx52", "--dir", directory, "--time-scale", "10"}),
         console("firmlane-console", {"--dir", directory, "--port", "2=" + simulator.line()["pty"].toString(), "--time-scale",
                                      "10", "--factory-build"}) {}
 
   void next() { console.must("click Form1.Command3"); }
-  void flashDsp() {
-    next();
-    next();
-    if (!console.must("get RunState.PortChosen").toBool()) {
-      console.must("wait form frmPort 5");
-      console.must("click frmPort.Command3");
-      console.must("click frmPort.Option1(1)");
-      console.must("click frmPort.Command1");
-    }
-    console.must("wait RunState.WizardPage == 6 5");
-    console.must("click Form1.Option4(1)");
-    simulator.must("power off");
-    next();
-    simulator.must("power on");
-    console.must("wait RunState.WizardPage == 7 120");
-  }
-  /// From the end of a flash run, or the press of "Program Serial Number Only", to the choice of the model.
+  /// From the press of "Program Serial Number Only", to the choice of the model.
   void confirmNumber() {
     simulator.must("power off");
     simulator.must("power on");
@@ -44,13 +28,6 @@ struct Station {
     console.must("wait RunState.SerialStep == 3 5");
   }
   void awaitUnit() { console.must(R"(wait Form1.lblResetSerial.caption == "Serial Number Programmed!\r\nPreset 0 Loaded!" 60)"); }
-  void nameUnit() {
-    confirmNumber();
-    next();
-    awaitUnit();
-    next();
-    console.must(R"(wait Form1.lblTop.caption == "Serial Number and Preset Load Complete" 5)");
-  }
   QJsonObject unit() { return simulator.ask("state")["state"].toObject(); }
 
   Process simulator;
@@ -70,22 +47,6 @@ struct ProductionLine : testing::Test {
 
   QTemporaryDir directory;
 };
-
-TEST_F(ProductionLine, UnitAfterUnitGetsItsFirmwareItsNumberAndItsPreset) {
-  Station station(directory.path(), {"--make-images", "2.31", "--image-size", "2000"});
-  for (const auto& [number, next4] : {std::pair{1499, "dc 05 00 00"}, {1500, "dd 05 00 00"}}) {
-    station.flashDsp();
-    station.next();
-    station.nameUnit();
-    EXPECT_EQ(station.unit()["serial"].toInt(), number);
-    EXPECT_EQ(station.unit()["versions"].toObject()["DSP"].toString(), "2.31");
-    EXPECT_EQ(counter(), next4);
-  }
-  station.console.must("click Form1.btnSN");
-  station.nameUnit();
-  EXPECT_EQ(station.unit()["serial"].toInt(), 1501);
-  EXPECT_EQ(station.unit()["presetLoads"].toInt(), 3);
-}
 
 TEST_F(ProductionLine, TwoStationsAtTheSamePageGiveTwoNumbers) {
   Station stations[] = {Station(directory.path()), Station(directory.path())};

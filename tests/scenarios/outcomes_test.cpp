@@ -9,7 +9,6 @@ namespace {
 const Step kFromDisk{"two options", "click chkReceiver; click btnNext"};
 const Step kOnline{"two options", "click ChkOffline; click btnNext"};
 constexpr const char* kRead = "on your hard drive is";
-constexpr const char* kGone = "Serial port COM 3 has gone: its adapter was pulled";
 constexpr const char* kRefused =
     "Your unit may require a successful FLASH upgrade to function properly.\rPlease check your connections and try to run the "
     "Wizard again.";
@@ -72,7 +71,6 @@ INSTANTIATE_TEST_SUITE_P(
                {kFromDisk, {kRead, "fault no-verdict; click btnNext"}, {"page 20", ""}},
                "failure",
                kStopped},
-        Ending{"Silent", Line::Velarc2, {kFromDisk, {kRead, "habits off; click btnNext"}, {"page 20", ""}}, "failure", kStopped},
         Ending{
             "NoConnection",
             Line::Wireless,
@@ -88,33 +86,6 @@ INSTANTIATE_TEST_SUITE_P(
                 {"page 20", ""}},
                "failure",
                "Serial port COM 3 is in use"},
-        Ending{
-            "LineLostWhileErasing",
-            Line::Wireless,
-            {kFromDisk, {kRead, "click btnNext"}, {"Erasing Flash Memory...", "unplug"}, {kGone, "answer OK"}, {"page 20", ""}},
-            "failure",
-            kGone},
-        Ending{"LineLostWhileSending",
-               Line::Wireless,
-               {kFromDisk,
-                {kRead, "click btnNext"},
-                {"Programming Flash Memory...", "unplug"},
-                {"Error encountered", "answer OK"},
-                {kGone, "answer OK"},
-                {"page 20", ""}},
-               "failure",
-               kGone},
-        Ending{
-            "NoImages",
-            Line::Wireless,
-            {kFromDisk, {kRead, "click btnNext"}, {"two options", ""}},
-            "caution",
-            "There is no firmware set on your hard drive.\r\rPlease download the latest firmware from Tolvex to this PC first.",
-            [](Story& story) {
-              for (const SetFile& file : setFiles(Line::Wireless, releases(Line::Wireless)[0])) {
-                std::filesystem::remove(story.directory.path() / file.name);
-              }
-            }},
         Ending{"OneImageMissing",
                Line::Wireless,
                {kFromDisk, {kRead, "click btnNext"}, {"[Tolvex Firmlane] Error: ", "answer OK"}, {"page 20", ""}},
@@ -156,11 +127,6 @@ INSTANTIATE_TEST_SUITE_P(
             "Unable to connect to your Velarc2\r\n\r\nPlease check your connections and COM port and make sure your Velarc2 is "
             "turned on.",
             [](Story& story) { story.unit().powerOff(); }},
-        Ending{"Verdict",
-               Line::Velarc2,
-               {kFromDisk, {kRead, "click btnNext"}, {"page 19", ""}},
-               "good",
-               "Programming Complete.\r\n\r\nCongratulations, you have successfully programmed your Velarc2!"},
         Ending{"BadVerdict",
                Line::Velarc2,
                {kFromDisk,

@@ -69,15 +69,6 @@ TEST(Velarc2Update, ADspBelowFiveIsBroughtUpAndAnotherVelarcFollows) {
   EXPECT_EQ(story.versions(), "Hub=5.0.3 DSP=5.0.4 Front A=1.2.3 Front B=1.2.4");
 }
 
-TEST(Velarc2Update, ASilentVelarcIsRecovered) {
-  Velarc2 story;
-  story.onDisk(0);
-  story.unit().powerOff();
-  story.play(kBegin +
-             std::vector<Step>{kFromDisk, {"Unable to connect to your Velarc2", "click btnRecover"}, {kCongratulations, ""}});
-  EXPECT_EQ(story.versions(), "Hub=5.0.3 DSP=5.0.4 Front A=1.2.3");
-}
-
 TEST(Velarc2Update, TheFinalCheckFailsForANewerDspAndPassesForANewerHub) {
   const std::tuple<sim::Version, sim::Version, const char*> cases[] = {{{5, 0, 5}, {5, 0, 1}, "did not reprogram correctly"},
                                                                        {{5, 0, 2}, {5, 0, 9}, kCongratulations}};
@@ -90,19 +81,6 @@ TEST(Velarc2Update, TheFinalCheckFailsForANewerDspAndPassesForANewerHub) {
     story.play(kBegin + std::vector<Step>{kFromDisk, {"Version 7.2, released", "click btnNext"}, {verdict, ""}});
     EXPECT_EQ(story.programmed().size(), 2U) << "with an empty number first, then the one processor that was behind";
   }
-}
-
-TEST(Velarc2Update, ASilentBootLoaderEndsTheRunAndTheUserTriesAgain) {
-  Velarc2 story;
-  story.onDisk(0);
-  story.play(kBegin + std::vector<Step>{kFromDisk,
-                                        {"Version 7.2, released", "habits off; click btnNext"},
-                                        {"page 20", "habits on; click btnNext"},
-                                        {"two options", "click btnNext"},
-                                        {"Version 7.2, released", "click btnNext"},
-                                        {kCongratulations, ""}});
-  EXPECT_EQ(story.versions(), "Hub=5.0.3 DSP=5.0.4 Front A=1.2.3");
-  EXPECT_TRUE(story.screen.boxes().empty());
 }
 
 }  // namespace

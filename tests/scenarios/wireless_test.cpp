@@ -50,15 +50,6 @@ TEST(WirelessUpdate, ProcessorsThatAreCurrentAreLeftAlone) {
               ElementsAre(StartsWith("Processor 2 "), StartsWith("Processor 3 "), StartsWith("Processor 4 ")));
 }
 
-TEST(WirelessUpdate, FromDiskAReceiverWithOneRfSectionIsUpdated) {
-  Receiver story("lwx51");
-  story.onDisk(0);
-  story.play(kBegin +
-             std::vector<Step>{kFromDisk, {"Version 3.2, released 12 May 2026", "click btnNext"}, {kCongratulations, ""}});
-  EXPECT_EQ(story.versions(), "Hub=2.40 DSP=2.31 RF1=1.50 Front=2.60");
-  EXPECT_TRUE(story.http.requests().empty());
-}
-
 TEST(WirelessUpdate, ADownloadTouchesNoUnitAndServesTheReceiverLater) {
   Receiver story;
   story.unit().powerOff();
@@ -81,33 +72,6 @@ TEST(WirelessUpdate, AReceiverOnTheOlderLinkGetsItsDsp) {
   story.play(kBegin + std::vector<Step>{kFromDisk, {"receiver is:\r\nVersion 2.290", "click btnNext"}, {kCongratulations, ""}});
   EXPECT_EQ(story.versions(), "Hub=2.10 DSP=2.31 RF1=1.14 Front=2.21");
   EXPECT_THAT(story.form().lblMain.Caption.get(), HasSubstr("(Your receiver will display 'Tolvex Version 2.3' on power up)"));
-}
-
-TEST(WirelessUpdate, ASilentReceiverIsRecovered) {
-  Receiver story;
-  story.onDisk(0);
-  story.unit().powerOff();
-  story.play(kBegin + std::vector<Step>{kFromDisk,
-                                        {"Unable to connect to your receiver", "click btnComPort"},
-                                        {"Unable to connect to your receiver", "click btnRecover"},
-                                        {kCongratulations, ""}});
-  EXPECT_EQ(story.versions(), "Hub=2.40 DSP=2.31 RF1=1.50 RF2=1.50 Front=2.60");
-}
-
-TEST(WirelessUpdate, AReceiverThatDoesNotAnnounceItselfGetsASecondChance) {
-  Receiver story;
-  story.onDisk(0);
-  const Release& set = releases(Line::Wireless)[0];
-  story.unit().setVersion("DSP", set.dsp);
-  story.unit().setVersion("RF1", set.rf);
-  story.unit().setVersion("RF2", set.rf);
-  story.unit().setVersion("Front", set.front);
-  story.play(kBegin + std::vector<Step>{kFromDisk,
-                                        {"Version 3.2, released", "habits off; click btnNext"},
-                                        {"Your receiver may have corrupt flash memory.", "off; answer OK; on; habits on"},
-                                        {"All Selected Processors Programmed!", "click btnNext"},
-                                        {kCongratulations, ""}});
-  EXPECT_EQ(story.versions(), "Hub=2.40 DSP=2.31 RF1=1.50 RF2=1.50 Front=2.60");
 }
 
 TEST(WirelessUpdate, ReceiversOfEveryKindFollowOneAnother) {
@@ -149,83 +113,6 @@ TEST(WirelessUpdate, ACurrentReceiverIsProgrammedOnlyOnceTheUserIsSure) {
                                          {"Are you sure", "answer Yes"},
                                          {kCongratulations, ""}});
   EXPECT_EQ(story.programmed().size(), 4U);
-}
-
-TEST(WirelessUpdate, ARefusedImageIsFoundByTheFinalCheck) {
-  Receiver story;
-  story.onDisk(0);
-  story.play(kBegin + std::vector<Step>{kFromDisk,
-                                        {"Version 3.2, released", "fault refuses; click btnNext"},
-                                        {"Failure programming Receiver FLASH", "answer OK; fault none"},
-                                        {"did not reprogram correctly", ""}});
-  EXPECT_EQ(story.versions(), "Hub=blank DSP=2.31 RF1=1.50 RF2=1.50 Front=2.60");
-  EXPECT_FALSE(story.form().btnMore.Visible || story.form().btnNext.Visible);
-}
-
-TEST(WirelessUpdate, ATimeOutInTheMiddleGoesOnFromTheOptions) {
-  Receiver story;
-  story.onDisk(0);
-  story.play(kBegin + std::vector<Step>{kFromDisk,
-                                        {"Version 3.2, released", "click btnNext"},
-                                        {"Processor 2 Programmed!", "fault late-erase; click btnNext"},
-                                        {"page 20", "fault none; off; on; wait 15; click btnNext"},
-                                        {"two options", "click btnNext"},
-                                        {"NOT a released set", "click btnNext"},
-                                        {kCongratulations, ""}});
-  EXPECT_EQ(story.versions(), "Hub=2.40 DSP=2.31 RF1=1.50 RF2=1.50 Front=2.60");
-  EXPECT_THAT(story.programmed(), ElementsAre(StartsWith("Processor 1 "), StartsWith("Processor 2 "), StartsWith("Processor 3 "),
-                                              StartsWith("Processor 4 ")));
-}
-
-TEST(WirelessUpdate, WithoutANetworkTheUserCanGoBack) {
-  Receiver story;
-  story.onDisk(0);
-  story.http.answer(updateListUrl(Line::Wireless), ScriptedAnswer{.failure = Failure(12007, "No such host")});
-  story.play(kBegin + std::vector<Step>{{"two options", "click ChkOffline; click btnNext"},
-                                        {"Error trying to connect: No such host (#12007)", "answer OK"},
-                                        {"page 2", "click btnBack"},
-                                        {"two options", ""}});
-  story.http.answer(updateListUrl(Line::Wireless), "");
-  story.play({{"two options", "click btnNext"},
-              {"Firmlane was unable to make a connection.", "click btnNext; click btnBack"},
-              {"two options", "click ChkOffline; click chkReceiver; click btnNext"},
-              {"Version 3.2, released", "click btnNext"},
-              {kCongratulations, ""}});
-}
-
-TEST(WirelessUpdate, ABrokenDownloadKeepsTheOldFileAndCanBeTriedAgain) {
-  Receiver story;
-  story.onDisk(2);
-  const std::string old = story.directory.read("RFSL.s19");
-  const SetFile rf = setFiles(Line::Wireless, releases(Line::Wireless)[0])[2];
-  story.http.answer(rf.url, ScriptedAnswer{.failure = Failure(12030, "The connection was broken")});
-  story.play(kBegin + std::vector<Step>{kBoth} +
-             std::vector<Step>{{"Version 3.0", "click btnNext"},
-                               {"versions are listed below", "choose VersionList 0; click btnNext"},
-                               {"The connection was broken", "answer OK"},
-                               {"page 3", ""}});
-  EXPECT_EQ(story.directory.read("RFSL.s19"), old);
-  serve(story.http, Line::Wireless);
-  story.play({{"versions are listed below", "click btnNext"}, {kCongratulations, ""}});
-  EXPECT_EQ(story.versions(), "Hub=2.40 DSP=2.31 RF1=1.50 RF2=1.50 Front=2.60");
-}
-
-TEST(WirelessUpdate, ExitEndsTheProgramOnEveryPage) {
-  const std::vector<Step> whole =
-      kBegin + std::vector<Step>{kBoth} + kPickNewest +
-      std::vector<Step>{{"Downloading firmware", ""},        {"Erasing Flash Memory...", ""},
-                        {"Programming Flash Memory...", ""}, {"All Selected Processors Programmed!", ""},
-                        {"Waiting for receiver reset", ""},  {kCongratulations, ""}};
-  for (std::size_t at = 3; at < whole.size(); ++at) {
-    SCOPED_TRACE(whole[at].sees);
-    Receiver story;
-    std::vector<Step> steps(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(at));
-    steps.push_back({whole[at].sees, "click cmdQuit"});
-    story.play(steps);
-    EXPECT_TRUE(story.ended());
-    story.program.reset();
-    EXPECT_FALSE(story.wire.isOpen());
-  }
 }
 
 }  // namespace

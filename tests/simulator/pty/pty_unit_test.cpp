@@ -108,36 +108,5 @@ TEST_F(PtyUnitTest, HubIsProgrammedUnderRtsHandshakeOnly) {
   }
 }
 
-TEST_F(PtyUnitTest, CommandsWorkTheUnitAndHappeningsArePrinted) {
-  std::vector<QJsonObject> lines;
-  UnitConsole console(bench.unit, [&lines](const QJsonObject& line) { lines.push_back(line); });
-  EXPECT_TRUE(console.command("power on"));
-  EXPECT_TRUE(console.command("version Front 9.8"));
-  EXPECT_TRUE(console.command("serial 77"));
-  EXPECT_TRUE(console.command("fault no-verdict"));
-  EXPECT_EQ(lines.front(), (QJsonObject{{"event", "power"}, {"text", "on"}}));
-  EXPECT_EQ(lines.back(), (QJsonObject{{"ok", true}}));
-  EXPECT_EQ(bench.unit.state().serial, 77);
-  EXPECT_EQ(bench.unit.state().versionOf("Front"), "9.8");
-  EXPECT_TRUE(bench.unit.faults.noVerdict);
-  for (const char* bad : {"power", "serial 2097152", "serial 1x", "version RF2 1.2", "version DSP 1", "fault sulks", "dance"}) {
-    EXPECT_TRUE(console.command(bad)) << bad;
-    EXPECT_EQ(lines.back()["ok"], false) << bad;
-  }
-  EXPECT_FALSE(console.command("quit"));
-}
-
-TEST_F(PtyUnitTest, WrongOptionsAreRefused) {
-  const SimulatorOptions good = readOptions({"--unit", "velarc", "--time-scale", "20", "--fault", "silent", "--off"});
-  EXPECT_EQ(good.model, findUnitModel("velarc"));
-  EXPECT_EQ(good.timeScale, 20);
-  EXPECT_TRUE(good.faults.silent && good.startsOff);
-  const std::vector<std::vector<std::string>> wrong = {
-      {}, {"--unit"}, {"--unit", "lwx"}, {"--unit", "lwx51", "--time-scale", "0"}, {"--make-images", "2"}, {"--frob"}};
-  for (const auto& arguments : wrong) {
-    EXPECT_THROW(readOptions(arguments), Failure);
-  }
-}
-
 }  // namespace
 }  // namespace firmlane::sim

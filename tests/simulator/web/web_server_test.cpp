@@ -74,48 +74,6 @@ struct Web : testing::Test {
   Registration registration{host, http, download, supervision, state, form1, server.url()};
 };
 
-TEST_F(Web, EverySystemOfEveryListComesDownAsImagesThatUnitsTake) {
-  struct Case {
-    const char* product;
-    bool older;
-    int systems;
-    int lines;
-    const char* dsp;
-    sim::ImageKind kind;
-    int numbers;
-  };
-  for (const Case& c : {Case{"WS", false, 3, 4, "wls.bin", sim::ImageKind::WirelessDsp, 2},
-                        Case{"VC", false, 2, 3, "vrc2.bin", sim::ImageKind::Velarc2Dsp, 3}}) {
-    product(c.product, c.older);
-    fetch();
-    ASSERT_TRUE(state.CatalogueReady) << state.ErrorText;
-    EXPECT_GE(form1.List1.ListCount(), c.lines);
-    EXPECT_EQ(state.SystemCount + 1, c.systems);
-    for (int system = 0; system < c.systems; ++system) {
-      state.SelectedSystem = static_cast<std::int16_t>(system);
-      for (int line = 0; line < form1.List1.ListCount(); ++line) {
-        firmware(line);
-        EXPECT_TRUE(download.DownloadDone) << state.ErrorText;
-      }
-      const std::string bytes = image(c.dsp);
-      const sim::FirmwareCheck check = sim::checkFirmware(Bytes(bytes.begin(), bytes.end()), c.kind);
-      EXPECT_EQ(check.complaint, "");
-      std::string version = sim::versionText(check.version, c.numbers);
-      if (c.numbers == 3) {
-        version.erase(version.rfind('.'), 1);
-      }
-      const auto& systems = state.ProductCode == "VC" ? state.VrcSystems : state.LwxSystems;
-      EXPECT_EQ(systems[static_cast<std::size_t>(system)].DspVersion.trimmed(), version);
-    }
-  }
-  product("VC", true);
-  fetch();
-  ASSERT_EQ(form1.List1.ListCount(), 3);
-  firmware(1);
-  EXPECT_EQ(image("vrc.bin"), server.site()["/Velarc/Firmware/V5.30.bin"].body);
-  EXPECT_THAT(screen.boxes, IsEmpty());
-}
-
 TEST_F(Web, AListThatGoesWrongEndsInOneOfTheTexts) {
   struct Case {
     WebFault fault;
@@ -167,38 +125,6 @@ TEST_F(Web, ADownloadThatGoesWrongLeavesTheOldFile) {
     EXPECT_EQ(screen.boxes.size(), c.done ? 0U : 1U);
     EXPECT_FALSE(directory.has("wls.bin.part"));
   }
-}
-
-TEST_F(Web, EightMegabytesComeWithLiveProgressAndEventsGoOn) {
-  fetch();
-  server.setFault(WebFault::Megabytes8);
-  std::size_t texts = 0;
-  screen.onChange = [&](Control& control) { texts += &control == &form1.lblProgressInfo ? 1 : 0; };
-  int ticks = 0;
-  Timer timer(queue);
-  timer.OnTimer = [&] { ++ticks; };
-  timer.start(1);
-  firmware(0);
-  EXPECT_TRUE(download.DownloadDone);
-  EXPECT_EQ(image("wls.bin").size(), 8U << 20U);
-  EXPECT_GE(texts, 16384U);
-  EXPECT_GE(ticks, 3);
-}
-
-TEST_F(Web, TheContactFormArrivesAsItWasWritten) {
-  std::vector<std::string> requests;
-  server.onRequest = [&](const std::string& target) { requests.push_back(target); };
-  form1.txtEmail.Text = "a@b.example";
-  form1.txtFirst.Text = "Ann, B";
-  form1.txtLast.Text = "Lee";
-  registration.RegisterUserData();
-  EXPECT_THAT(requests, ElementsAre("/Firmlane/FLusers.asp?e=a@b.example,Ann, B,Lee,Wireless"));
-  server.setFault(WebFault::Refuse);
-  screen.answer = MessageButton::No;
-  registration.RegisterUserData();
-  server.setFault(WebFault::ErrorPage);
-  EXPECT_THROW(registration.RegisterUserData(), Failure);
-  EXPECT_THAT(screen.boxes, ElementsAre("Thank you for registering with Tolvex!", StartsWith("Error sending registration")));
 }
 
 }  // namespace
