@@ -230,6 +230,13 @@ TEST_F(SerialNumberTest, ANumberThatCannotHaveLeftIsGivenBackUnlessAnotherStatio
   writeNumber(103);
   serialFile_.giveBack();
   EXPECT_EQ(file(), "67 00 00 00");
+
+  serialFile_.ReadSerialFile();
+  serialFile_.reserve();
+  state_.SerialNumber = 50;
+  serialFile_.reserve();
+  serialFile_.giveBack();
+  EXPECT_EQ(file(), "68 00 00 00") << "of the unit before";
 }
 
 TEST_F(SerialNumberTest, EditedNumbersMoveTheFileUpAndNeverDown) {
