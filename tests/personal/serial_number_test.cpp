@@ -1,3 +1,5 @@
+#include <gmock/gmock.h>
+
 #include "factory_world.h"
 #include "faulty_disk.h"
 
