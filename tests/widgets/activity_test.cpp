@@ -133,9 +133,11 @@ TEST_F(ActivityPanelTest, TheRingMovesFromTheFirstSecondAndNothingIsDrawnWhenNot
     EXPECT_EQ(drawn(), 0);
     window.show();
     EXPECT_GE(drawn(), 2);
+    boxIsUp = true;
   }
   EXPECT_EQ(drawn(), 0);
-  EXPECT_FALSE(panel.isVisible());
+  EXPECT_FALSE(panel.isVisible()) << "what has ended is over, under a box too";
+  boxIsUp = false;
   activity.setProcessors("WS", {{.target = "DSPFlash", .name = "DSP", .number = 2}});
   EXPECT_EQ(drawn(), 0);
   EXPECT_TRUE(panel.isVisible()) << "the strip stays between two runs";

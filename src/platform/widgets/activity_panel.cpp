@@ -4,6 +4,7 @@
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <utility>
 
 #include "platform/widgets/activity_words.h"
 #include "platform/widgets/looks.h"
@@ -59,7 +60,7 @@ ActivityPanel::ActivityPanel(const LayoutContext& context, ActivityScope scope)
       warning_(makeLine(row_)) {
   arrange();
   // A dialog keeps the room free: it must not jump under the pointer.
-  QSizePolicy policy = sizePolicy();
+  QSizePolicy policy(QSizePolicy::Preferred, QSizePolicy::Maximum);
   policy.setRetainSizeWhenHidden(scope != ActivityScope::Pages);
   setSizePolicy(policy);
   hide();
@@ -128,7 +129,9 @@ void ActivityPanel::look() {
   sinceLook_.start();
   const Activity& activity = *context_.activity;
   const bool busy = concerns(activity.now().doing);
-  if (!context_.held || !context_.held()) {
+  // Under a message box limits stand still, but what has ended is over.
+  const bool held = context_.held && context_.held();
+  if (activity.now().since != std::exchange(shownSince_, activity.now().since) || !held) {
     tell(busy ? wordsFor(activity) : ActivityWords{});
   }
   // Out of sight nothing moves; what changes calls again.

@@ -27,7 +27,7 @@ enum class ActivityScope {
 
 class ActivityPanel : public QWidget {
  public:
-  /// Without an activity in the context it stays empty. While a message box is up it stands still, as limits do.
+  /// Without an activity in the context it stays empty. While a message box is up limits stand still.
   ActivityPanel(const LayoutContext& context, ActivityScope scope);
 
  protected:
@@ -51,6 +51,7 @@ class ActivityPanel : public QWidget {
   QLabel* warning_;
   QTimer timer_;
   QElapsedTimer sinceLook_;
+  Micros shownSince_ = 0;  // tells what is shown from what came after it
   int turn_ = 0;
   std::shared_ptr<void> listening_;
 };
