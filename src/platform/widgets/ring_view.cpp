@@ -55,7 +55,7 @@ void RingView::take(int start, int length, const QString& text) {
 double RingView::thickness() const { return width() * kThickness; }
 
 QRect RingView::middle() const {
-  const double edge = width() * 0.22;
+  const double edge = thickness() * 1.5;  // wide writing reaches the ring
   return QRectF(rect()).adjusted(edge, edge, -edge, -edge).toAlignedRect();
 }
 
