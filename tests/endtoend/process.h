@@ -32,8 +32,6 @@ class Process {
   void kill();
   /// Waits for the end; the exit status.
   int finish();
-  /// What it has written and nobody has read.
-  std::string rest() { return process_.readAllStandardOutput().toStdString(); }
   [[nodiscard]] const QStringList& events() const { return events_; }
   [[nodiscard]] qint64 pid() const { return process_.processId(); }
 

@@ -213,17 +213,6 @@ TEST_F(FlashRunTest, TheSecondChanceNamesTheProcessorByItsNumber) {
   }
 }
 
-TEST_F(FlashRunTest, ASecondChanceTakenProgramsTheProcessor) {
-  image("RFSL.s19", 50);
-  std::string main;
-  loader_.sayAfter(30 * kSecond, 48);
-  world_.after(25 * kSecond, [&] { main = frmAuto_.lblMain.Caption; });
-  fly("WS", "RF1Flash", {.announces = 48, .powerOn = {}, .image = 50});
-  EXPECT_EQ(main, "Now Programming Processor 3");
-  EXPECT_EQ(wire_.opens(), 2) << "the first connection, and the one under RTS";
-  EXPECT_EQ(ending(), "3 page 7 -timedout -port +next -watchdog -timer1 +bar");
-}
-
 TEST_F(FlashRunTest, EachWaitEndsInItsTime) {
   struct Case {
     const char* product;
@@ -297,14 +286,6 @@ TEST_F(FlashRunTest, AVerdictWithinItsTimeAfterALongImageSucceeds) {
   EXPECT_EQ(seconds(kSending, kSent), 62);
 }
 
-TEST_F(FlashRunTest, AVerdictDuringTheStreamCountsWhenTheImageIsOut) {
-  image("RFSL.s19", 2000);
-  fly("WS", "RF1Flash", {.announces = 48, .image = 100, .verdict = 0});
-  EXPECT_EQ(loader_.image.size(), 2000U);
-  EXPECT_EQ(seconds(kSent, "Congratulations!"), 0);
-  EXPECT_EQ(ending(), "3 page 7 -timedout -port +next -watchdog -timer1 +bar");
-}
-
 TEST_F(FlashRunTest, AVerdictBeforeTheLimitOfALongImageStandsAndALaterOneComesTooLate) {
   image("wls.bin", 95'000);  // 99 s at this speed, of 90
   for (const auto& [taken, page] : {std::pair{80'000U, 7}, {90'000U, 5}}) {
@@ -313,26 +294,6 @@ TEST_F(FlashRunTest, AVerdictBeforeTheLimitOfALongImageStandsAndALaterOneComesTo
     EXPECT_EQ(state_.WizardPage, page);
     EXPECT_EQ(state_.TimedOut, page == 5);
   }
-}
-
-TEST_F(FlashRunTest, AMessageBoxHoldsEveryLimit) {
-  image("wls.bin", 10);
-  image("RFSL.s19", 10);
-  for (const auto& [target, base, wire] : {std::tuple{"DSPFlash", 1, 12U}, {"RF1Flash", 48, 10U}}) {
-    // A frame with a bad sum brings the box; the unit's verdict waits behind it.
-    world_.screen.answerNext(MessageButton::OK, 100 * kSecond);
-    world_.after(5 * kSecond, [&] { wire_.deliver(bytes("02 00 00 00 1F 02 22 3E 3E")); });
-    fly("WS", target, {.announces = base, .image = wire, .verdict = 3 * kSecond});
-    EXPECT_EQ(world_.screen.boxes().back().text, "Communications Error");
-    EXPECT_EQ(ending(), "3 page 7 -timedout -port +next -watchdog -timer1 +bar") << target;
-  }
-}
-
-TEST_F(FlashRunTest, AnEraseReportIsFoundBehindAStrayStartByte) {
-  image("RFSL.s19", 10);
-  world_.after(4 * kSecond, [&] { wire_.deliver(bytes("02 02 00 00 00 1F 31 50 3E")); });
-  fly("WS", "RF1Flash", {.announces = 48, .erased = {}, .image = 10});
-  EXPECT_EQ(ending(), "3 page 7 -timedout -port +next -watchdog -timer1 +bar");
 }
 
 TEST_F(FlashRunTest, ARunWithoutAPhaseThatSaysAnythingStillEndsAtRest) {
@@ -345,13 +306,6 @@ TEST_F(FlashRunTest, ARunWithoutAPhaseThatSaysAnythingStillEndsAtRest) {
   fly("WS", "RF1Flash", {.announces = 48});
   EXPECT_EQ(ending(), "0 page -2 -timedout -port -next -watchdog -timer1 +bar");
   EXPECT_EQ(frmAuto_.lblOutcome.Kind.get(), "failure");
-}
-
-TEST_F(FlashRunTest, AnotherProcessorsAnnouncementIsNotAnswered) {
-  state_.LegacyLink = true;
-  fly("WS", "RF1Flash", {.announces = 64});
-  EXPECT_EQ(loader_.wanted, "");
-  EXPECT_EQ(seconds("", "Firmlane was unable"), 20);
 }
 
 TEST_F(FlashRunTest, APortThatIsOpenIsLeftAlone) {
@@ -409,17 +363,6 @@ TEST_F(FlashRunTest, APulledAdapterEndsTheRunAtOnceAndIsNamed) {
   }
 }
 
-TEST_F(FlashRunTest, AnAdapterPulledBeforeAPanelsFirstByteEndsTheRun) {
-  frontImage(64);
-  world_.screen.onChange = [this](Control& control) {
-    if (&control == &form1_.lblTop && top().starts_with(kSending)) {
-      world_.after(5 * kMillisecond, [this] { wire_.vanish(); });
-    }
-  };
-  EXPECT_THROW(fly("WS", "FrontFlash", {.announces = 80}), Failure);
-  EXPECT_EQ(ending(), "2 page 5 +timedout -port +next -watchdog -timer1 -bar");
-}
-
 TEST_F(FlashRunTest, AUnitThatHoldsTheLineHasAMinute) {
   image("RFSL.s19", 5000);
   for (const bool forGood : {false, true}) {
@@ -439,14 +382,6 @@ TEST_F(FlashRunTest, AUnitThatHoldsTheLineHasAMinute) {
       EXPECT_TRUE(world_.screen.boxes().empty());
     }
   }
-}
-
-TEST_F(FlashRunTest, ExitEndsTheProgramAmidTheStream) {
-  image("wls.bin", 5000);
-  world_.after(5 * kSecond, [&] { world_.queue.post([] { throw ProgramEnded{}; }); });
-  EXPECT_THROW(fly("WS", "DSPFlash", {}), ProgramEnded);
-  EXPECT_EQ(world_.time.now() / kSecond, 5);
-  EXPECT_NEAR(static_cast<double>(loader_.image.size()), 1000, 200);
 }
 
 TEST_F(FlashRunTest, ARunIsRefusedWithoutItsImage) {

@@ -54,22 +54,6 @@ TEST_F(ReceivePathTest, FramesAreCutFromWhatArrives) {
   }
 }
 
-TEST_F(ReceivePathTest, AReportIsTakenWhereverItIsCutAndHoweverItIsGathered) {
-  const Bytes good = bytes(report(2));
-  for (const Micros latency : {Micros{0}, kMillisecond, 20 * kMillisecond}) {
-    wire_.latency = latency;
-    for (std::size_t cut = 1; cut < good.size(); ++cut) {
-      state_.FlashPhase = 0;
-      receive_.RxBuffer.clear();
-      wire_.deliver(ByteSpan(good).first(cut));
-      world_.run(5 * kMillisecond);
-      wire_.deliver(ByteSpan(good).subspan(cut));
-      world_.run(50 * kMillisecond);
-      EXPECT_EQ(state_.FlashPhase, 2) << "cut behind byte " << cut << ", " << latency;
-    }
-  }
-}
-
 TEST_F(ReceivePathTest, ALineThatOnlyBringsTheStartOfAFrameDoesNotFillTheMemory) {
   Bytes endless(32'767, 0x11);
   endless.front() = 0x02;
@@ -224,14 +208,6 @@ TEST_F(ReceivePathTest, AReportDuringTheShortDelayIsTakenInsideIt) {
   EXPECT_TRUE(state_.FrontBlockOk);
   EXPECT_EQ(state_.FlashPhase, 3);
   EXPECT_FALSE(world_.form1.Delaytimer.enabled());
-}
-
-TEST_F(ReceivePathTest, TheQueueTurnsOverWithoutLosingAReport) {
-  for (int i = 0; i < 100; ++i) {
-    state_.FlashPhase = 0;
-    arrive(kErased);
-    ASSERT_EQ(state_.FlashPhase, 2) << "report " << i;
-  }
 }
 
 TEST_F(ReceivePathTest, RandomBytesNeverCrashAndLeaveAFrameStartOrNothing) {

@@ -91,16 +91,6 @@ TEST_F(VersionReadoutTest, AnOldReceiverIsFoundAtTheOldSpeed) {
   EXPECT_FALSE(state_.VersionsComplete);
 }
 
-TEST_F(VersionReadoutTest, VelarcsAreReadAtTheirSpeed) {
-  state_.ProductCode = "VC";
-  FakeUnit unit(world_, 4, 19200);
-  unit.answers = {{kWho, kVelarcId}, {kVersions, kVelarcVersions}};
-  load();
-  complete();
-  EXPECT_EQ(form_.lblHub.Caption.get() + " " + form_.lblDSP.Caption.get(), "1.2.3 5.0.4");
-  EXPECT_TRUE(state_.HasRf2);
-}
-
 TEST_F(VersionReadoutTest, AVelarcWithAnOldDspIsAskedForNoVersions) {
   state_.ProductCode = "VC";
   FakeUnit unit(world_, 4, 19200);

@@ -420,24 +420,6 @@ TEST_F(SerialNumberTest, ExitEndsEveryWaitAndNoNumberComesTwice) {
   }
 }
 
-TEST_F(SerialNumberTest, APortThatFailsLosesNoNumberAndNextStartsAnew) {
-  writeNumber(100);
-  wire_.openFailure = Failure(failure_number::kPortInUse, "The port is in use");
-  world_.screen.answerOthers();
-  runSerial();
-  EXPECT_EQ(world_.screen.boxes().at(0).text, "The port is in use");
-  EXPECT_EQ(form1_.lblTop.Caption.get(), "Click 'Next' to Program the Serial Number");
-  EXPECT_EQ(file(), "64 00 00 00");
-  expectReady();
-  wire_.openFailure.reset();
-  for (const double seconds : {1.0, 2.0, 3.0}) {
-    clickAfter(seconds, form1_.Command3);
-  }
-  form1_.Command3.Click();
-  EXPECT_EQ(unit_.heard.size(), 2U);
-  EXPECT_EQ(file(), "65 00 00 00");
-}
-
 TEST_F(SerialNumberTest, WhatAFlashRunHasLeftDoesNotSpoilTheNextNumber) {
   writeNumber(17);  // a byte that XON/XOFF would take for its own
   state_.FlashTarget = "NewHubFlash";
