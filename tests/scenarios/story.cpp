@@ -162,19 +162,15 @@ bool Story::act(const std::string& action) {
     unit().powerOn();
     return true;
   }
-  if (verb == "unplug") {
-    wire.vanish();
-    return true;
-  }
   if (verb == "port") {
-    wire.openFailure = name == "gone" ? std::optional(Failure(13, "Serial port COM 3 is in use")) : std::nullopt;
+    wire.openFailure = Failure(13, "Serial port COM 3 is in use");
     return true;
   }
   if (verb == "fault") {
     return sim::setFault(unit().faults, name);
   }
   if (verb == "habits") {
-    habits_ = name == "on";
+    habits_ = false;
     return true;
   }
   if (verb == "connect") {

@@ -17,7 +17,7 @@ namespace firmlane::test {
 
 /// When `sees` stands on the screen the user does what `does` says: actions joined by ";", one after another.
 ///   click CONTROL | choose LIST LINE | answer BUTTON | close | off | on | cycle | fault NAME | connect MODEL | wait SECONDS
-///   unplug | port gone or port back | habits on or habits off
+///   port gone | habits off
 struct Step {
   std::string sees;
   std::string does;

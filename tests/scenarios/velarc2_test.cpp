@@ -48,14 +48,6 @@ TEST(Velarc2Update, OnlineHubAndDspAreProgrammedAndTheFrontsLeftAlone) {
   }
 }
 
-TEST(Velarc2Update, FromDiskOnlyWhatIsBehindIsProgrammed) {
-  Velarc2 story;
-  story.onDisk(1);
-  story.play(kBegin +
-             std::vector<Step>{kFromDisk, {"Version 7.1, released 12 May 2026", "click btnNext"}, {kCongratulations, ""}});
-  EXPECT_EQ(story.versions(), "Hub=5.0.1 DSP=5.0.3 Front A=1.2.3");
-}
-
 TEST(Velarc2Update, ADspBelowFiveIsBroughtUpAndAnotherVelarcFollows) {
   Velarc2 story("velarc2-old-dsp");
   story.onDisk(0);
