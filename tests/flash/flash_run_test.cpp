@@ -296,6 +296,13 @@ TEST_F(FlashRunTest, AVerdictBeforeTheLimitOfALongImageStandsAndALaterOneComesTo
   }
 }
 
+TEST_F(FlashRunTest, AnEraseReportIsFoundBehindAStrayStartByte) {
+  image("RFSL.s19", 10);
+  world_.after(4 * kSecond, [&] { wire_.deliver(bytes("02 02 00 00 00 1F 31 50 3E")); });
+  fly("WS", "RF1Flash", {.announces = 48, .erased = {}, .image = 10});
+  EXPECT_EQ(ending(), "3 page 7 -timedout -port +next -watchdog -timer1 +bar");
+}
+
 TEST_F(FlashRunTest, ARunWithoutAPhaseThatSaysAnythingStillEndsAtRest) {
   image("RFSL.s19", 10);
   world_.after(6 * kSecond, [&] {
@@ -361,6 +368,17 @@ TEST_F(FlashRunTest, APulledAdapterEndsTheRunAtOnceAndIsNamed) {
     EXPECT_TRUE(state_.TimedOut);
     EXPECT_FALSE(world_.supervision.Sending) << "the next run's first ticks would show this stream's progress";
   }
+}
+
+TEST_F(FlashRunTest, AnAdapterPulledBeforeAPanelsFirstByteEndsTheRun) {
+  frontImage(64);
+  world_.screen.onChange = [this](Control& control) {
+    if (&control == &form1_.lblTop && top().starts_with(kSending)) {
+      world_.after(5 * kMillisecond, [this] { wire_.vanish(); });
+    }
+  };
+  EXPECT_THROW(fly("WS", "FrontFlash", {.announces = 80}), Failure);
+  EXPECT_EQ(ending(), "2 page 5 +timedout -port +next -watchdog -timer1 -bar");
 }
 
 TEST_F(FlashRunTest, AUnitThatHoldsTheLineHasAMinute) {
