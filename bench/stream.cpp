@@ -1,5 +1,6 @@
 // How busy a stream keeps the line: time taken / (bytes x 10 / baud), for each manner of sending. In virtual time at 9600, and in
-// real time over a pseudo-terminal at 19200, there with the processor time that it costs (the far end's reading included).
+// real time over a pseudo-terminal at 19200, there with the processor time that it costs (the far end's reading included),
+// without a record and with one.
 #include <sys/resource.h>
 
 #include <QCoreApplication>
@@ -70,7 +71,7 @@ void virtualTime() {
   }
 }
 
-void realTime() {
+void realTime(bool recorded) {
   test::World forms;  // for its forms alone: nothing of them is timed
   forms.directory.write("image", Bytes(kImage, 0x55));
   for (const Manner& manner : kManners) {
@@ -78,8 +79,9 @@ void realTime() {
     QSocketNotifier reader(terminal.descriptor(), QSocketNotifier::Read);
     QObject::connect(&reader, &QSocketNotifier::activated, [&terminal] { terminal.read(); });
     QtPlatform platform({.directory = forms.directory.path(), .ports = {{1, terminal.path()}}});
+    Recorder& recorder = recorded ? platform.record : noRecorder();
     ScriptedScreen screen(forms.time);
-    FormHost host(platform.queue, screen);
+    FormHost host(platform.queue, screen, recorder);
     RunState state;
     Form1 form1(host);
     FrmAuto frmAuto(host);
@@ -87,7 +89,7 @@ void realTime() {
     WizardInCharge wizard(state, form1, frmAuto, frmVRCAuto);
     Activity activity(platform.queue.clock());
     Supervision supervision(platform.queue, state, form1, wizard, activity);
-    SerialPort port(platform.queue, platform.mainDriver);
+    SerialPort port(platform.queue, platform.mainDriver, recorder);
     bool expectFrameEnd = false;
     ImageSender sender(host, port, supervision, wizard, state, form1, expectFrameEnd);
     port.setSettings("19200,N,8,1");
@@ -105,7 +107,9 @@ int main(int argc, char** argv) {
   const QCoreApplication application(argc, argv);
   std::printf("virtual time\n");
   virtualTime();
-  std::printf("real time, pseudo-terminal\n");
-  realTime();
+  std::printf("real time, pseudo-terminal, without a record\n");
+  realTime(false);
+  std::printf("the same with a record\n");
+  realTime(true);
   return 0;
 }

@@ -17,9 +17,12 @@
 
 #include "console/end_on_signal.h"
 #include "console/options.h"
+#include "console/replay_bench.h"
 #include "console/unit_bench.h"
+#include "platform/files.h"
 #include "platform/qt/identity.h"
 #include "platform/qt/standard_input.h"
+#include "replay/script.h"
 #include "web/web_console.h"
 
 namespace {
@@ -93,7 +96,15 @@ int main(int argc, char** argv) {
       std::cout << versionLine("firmlane-simulator");
       return 0;
     }
+    if (!options.script.empty()) {
+      std::cout << consoleScript(readRecording(Files::readText(options.script)));
+      return 0;
+    }
     writeImages(options);
+    if (!options.replay.empty()) {
+      const QCoreApplication application(argc, argv);
+      return runReplay(options, print);
+    }
     if (options.model == nullptr && !options.serve) {
       return 0;
     }

@@ -35,7 +35,7 @@ struct Option {
   void (*take)(SimulatorOptions& options, const std::string& value);
 };
 
-constexpr std::array<Option, 12> kOptions = {{
+constexpr std::array<Option, 14> kOptions = {{
     {"--unit", "NAME", "the unit at the far end of the line",
      [](SimulatorOptions& options, const std::string& value) {
        options.model = findUnitModel(value);
@@ -76,6 +76,10 @@ constexpr std::array<Option, 12> kOptions = {{
      [](SimulatorOptions& options, const std::string& value) {
        options.webPort = static_cast<int>(numberIn(value, 1, kLargestPort, "--port"));
      }},
+    {"--replay", "FILE", "plays a record: stands at the line as its unit, and as its web server; --dir has files that it lacks",
+     [](SimulatorOptions& options, const std::string& value) { options.replay = value; }},
+    {"--script", "FILE", "prints what the user of a record did, as commands for firmlane-console",
+     [](SimulatorOptions& options, const std::string& value) { options.script = value; }},
     {"--help", nullptr, "this text", [](SimulatorOptions& options, const std::string&) { options.help = true; }},
     {"--version", nullptr, "the version", [](SimulatorOptions& options, const std::string&) { options.version = true; }},
 }};
@@ -108,8 +112,9 @@ SimulatorOptions readOptions(const std::vector<std::string>& arguments) {
     }
     option->take(options, value);
   }
-  if (options.model == nullptr && !options.images && !options.serve && !options.help && !options.version) {
-    refuse("--unit, --serve or --make-images is needed; --help tells more");
+  if (options.model == nullptr && !options.images && !options.serve && options.replay.empty() && options.script.empty() &&
+      !options.help && !options.version) {
+    refuse("--unit, --serve, --replay, --script or --make-images is needed; --help tells more");
   }
   return options;
 }
@@ -138,6 +143,7 @@ std::string usage() {
          "  version NAME VERSION   sets what a processor runs, such as: version DSP 2.30\n"
          "  state                  tells model, power, serial number, versions and what the unit is doing\n"
          "  web fault NAME [PATH]  how requests go wrong from now on, all or those of one path; \"web fault none\" clears them\n"
+         "  pull                   pulls the adapter between program and unit, for good\n"
          "  quit                   ends; so does the end of standard input when it is a pipe\n";
 }
 

@@ -19,7 +19,9 @@ struct SimulatorOptions {
   std::optional<Version> images;
   std::size_t imageSize = 0;  // 0: the usual size of each
   bool serve = false;
-  int webPort = 0;  // 0: a free one
+  int webPort = 0;     // 0: a free one
+  std::string replay;  // a record to play; empty for none
+  std::string script;  // a record whose user is written out; empty for none
   bool help = false;
   bool version = false;
 };

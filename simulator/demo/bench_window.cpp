@@ -77,6 +77,7 @@ BenchWindow::BenchWindow(Unit& unit)
   received_->setTextVisible(true);
   layout->addWidget(received_);
   layout->addWidget(makeFaults());
+  layout->addWidget(makeAdapter());
 
   power_->setIconSize(QSize(1, 1) * power_->fontMetrics().height());
   power_->setMinimumHeight(2 * power_->sizeHint().height());
@@ -107,6 +108,18 @@ QWidget* BenchWindow::makeFaults() {
     setFault(unit_.faults, faults->currentData().toString().toStdString());
   });
   return faults;
+}
+
+QWidget* BenchWindow::makeAdapter() {
+  auto* adapter = new QPushButton(tr("Pull the adapter"));  // NOLINT(cppcoreguidelines-owning-memory): the window owns it
+  connect(adapter, &QPushButton::clicked, this, [this, adapter] {
+    adapter->setEnabled(false);
+    adapter->setText(tr("The adapter is pulled"));
+    if (onPulled) {
+      onPulled();
+    }
+  });
+  return adapter;
 }
 
 void BenchWindow::switchPower(bool on) {

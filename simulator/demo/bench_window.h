@@ -22,6 +22,8 @@ class BenchWindow : public QWidget {
 
   /// Called when the user closes the window.
   std::function<void()> onClosed;
+  /// The user has pulled the adapter between program and unit.
+  std::function<void()> onPulled;
 
  protected:
   void closeEvent(QCloseEvent* event) override;
@@ -31,6 +33,7 @@ class BenchWindow : public QWidget {
   void showProcessors();
   void switchPower(bool on);
   QWidget* makeFaults();
+  QWidget* makeAdapter();
 
   Unit& unit_;
   QLabel* serial_;

@@ -21,6 +21,16 @@ DirectUnit::~DirectUnit() {
   unit.onHappening = nullptr;
 }
 
+void DirectUnit::pull() {
+  pulled_ = true;
+  waiting_.clear();
+  ++opening_;
+  if (DirectDriver* driver = std::exchange(driver_, nullptr); driver != nullptr && driver->lost) {
+    driver->lost(
+        Failure(failure_number::kPortGone, "Serial port COM " + std::to_string(number_) + " has gone: its adapter was pulled"));
+  }
+}
+
 void DirectUnit::send(ByteSpan bytes, int baud) {
   lineFreeAt_ = std::max(lineFreeAt_, time_.now()) + static_cast<Micros>(bytes.size()) * kBitsPerByte * kSecond / baud;
   time_.after(lineFreeAt_ - time_.now(), [this, baud, copy = Bytes(bytes.begin(), bytes.end())] {
@@ -62,7 +72,7 @@ void DirectUnit::hearWaiting() {
 
 void DirectDriver::open(int number, const LineSettings& settings) {
   const std::string name = "COM " + std::to_string(number);
-  if (number != far_.number_) {
+  if (number != far_.number_ || far_.pulled_) {
     throw Failure(ENOENT, "There is no serial port " + name);
   }
   if (far_.driver_ != nullptr) {

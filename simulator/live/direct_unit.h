@@ -21,6 +21,9 @@ class DirectUnit : private UnitLine {
   DirectUnit(const DirectUnit&) = delete;
   DirectUnit& operator=(const DirectUnit&) = delete;
 
+  /// Pulls the adapter between the program and the unit, for good. From outside of handlers.
+  void pull();
+
  private:
   friend class DirectDriver;
 
@@ -38,6 +41,7 @@ class DirectUnit : private UnitLine {
   Micros lineFreeAt_ = 0;  // when the last byte of the unit's will have arrived
   Bytes waiting_;          // from the program, and not heard yet
   bool held_ = false;
+  bool pulled_ = false;
 
  public:
   Unit unit;

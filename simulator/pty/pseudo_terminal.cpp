@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
+#include <utility>
 
 namespace firmlane::sim {
 
@@ -66,12 +67,18 @@ PseudoTerminal::PseudoTerminal() : descriptor_(posix_openpt(O_RDWR | O_NOCTTY)) 
   tcsetattr(device.descriptor(), TCSANOW, &settings);
 }
 
-PseudoTerminal::~PseudoTerminal() { close(descriptor_); }
+PseudoTerminal::~PseudoTerminal() { vanish(); }
+
+void PseudoTerminal::vanish() {
+  if (descriptor_ >= 0) {
+    close(std::exchange(descriptor_, -1));
+  }
+}
 
 bool PseudoTerminal::isOpen() const {
   pollfd state{descriptor_, 0, 0};
   poll(&state, 1, 0);
-  return (state.revents & POLLHUP) == 0;
+  return descriptor_ >= 0 && (state.revents & POLLHUP) == 0;
 }
 
 LineSettings PseudoTerminal::settings() const {

@@ -30,6 +30,8 @@ class PseudoTerminal {
   Bytes read();
   /// Hands bytes to the program. What the system has no room for is lost, as on a line that nobody reads.
   void write(ByteSpan bytes);
+  /// Takes the device away, as a pulled adapter does: the program that has it open loses it, and no other opens it.
+  void vanish();
   /// Throws away what the program left unread when it closed the device; the system would hand it to the next one.
   void discardUnread();
 

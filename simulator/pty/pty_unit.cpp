@@ -25,6 +25,12 @@ PtyUnit::~PtyUnit() {
   unit.onHappening = nullptr;
 }
 
+void PtyUnit::pull() {
+  notifier_.setEnabled(false);
+  reopenWatch_.stop();
+  terminal_.vanish();
+}
+
 void PtyUnit::listen() {
   const Bytes bytes = terminal_.read();
   // The last bytes before closing count as sent at the speed that was set then.

@@ -22,6 +22,8 @@ class PtyUnit : public QObject, private UnitLine {
 
   /// The device that the program opens.
   [[nodiscard]] const std::string& path() const { return terminal_.path(); }
+  /// Pulls the adapter between the program and the unit, for good.
+  void pull();
 
  private:
   void listen();

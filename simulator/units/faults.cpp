@@ -11,7 +11,7 @@ struct FaultName {
   bool Faults::*field;
 };
 
-constexpr std::array<FaultName, 14> kFaults = {{
+constexpr std::array<FaultName, 15> kFaults = {{
     {"silent", &Faults::silent},
     {"wrong-checksum", &Faults::wrongChecksum},
     {"late-answer", &Faults::lateAnswer},
@@ -25,6 +25,7 @@ constexpr std::array<FaultName, 14> kFaults = {{
     {"no-verdict", &Faults::noVerdict},
     {"holds-line", &Faults::holdsLine},
     {"wrong-read-back", &Faults::wrongReadBack},
+    {"cut-answer", &Faults::cutAnswer},
     {"noise", &Faults::noise},
 }};
 
@@ -73,6 +74,9 @@ void spoilFrame(Bytes& frame, std::size_t checksumAt, const Faults& faults, std:
   constexpr unsigned kMostNoise = 8;
   if (faults.wrongChecksum) {
     frame[checksumAt] = static_cast<std::uint8_t>((frame[checksumAt] + 1) & 0x7F);
+  }
+  if (faults.cutAnswer) {
+    frame.resize(frame.size() / 2);
   }
   if (faults.noise) {
     Bytes noise(1 + random() % kMostNoise);

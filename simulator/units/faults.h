@@ -24,6 +24,7 @@ struct Faults {
   bool noVerdict = false;              // takes the image and says nothing
   bool holdsLine = false;              // holds the program back for good after the first 200 bytes of an image
   bool wrongReadBack = false;          // reports another serial number than it was given, twice
+  bool cutAnswer = false;              // breaks off in the middle of what it answers when it runs
   bool noise = false;                  // sends a few random bytes before each frame
   int wrongReadBacks = 0;              // reported so far
 };

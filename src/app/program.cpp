@@ -15,6 +15,7 @@
 #include "personal/mic_models.h"
 #include "personal/serial_editor.h"
 #include "personal/serial_number.h"
+#include "record/recorded_http.h"
 #include "state/frm_port.h"
 #include "state/frm_version.h"
 #include "state/small_forms.h"
@@ -36,7 +37,9 @@ struct Ground {
         files(platform.files),
         host(platform.queue, platform.screen, platform.recorder),
         mainPort(platform.queue, platform.mainDriver, platform.recorder),
-        versionPort(platform.queue, platform.versionDriver, platform.recorder) {}
+        versionPort(platform.queue, platform.versionDriver, platform.recorder),
+        http(platform.http, platform.recorder),
+        recorder(platform.recorder) {}
 
   EventQueue& queue;
   const Files& files;
@@ -44,6 +47,8 @@ struct Ground {
   FormHost host;
   SerialPort mainPort;
   SerialPort versionPort;
+  RecordedHttp http;
+  Recorder& recorder;
   RunState state;
   Activity activity{queue.clock()};
   Form1 form1{host};
@@ -99,12 +104,12 @@ struct Catalogue {
   Ground& ground;
   Line& line;
   const Platform& platform;
-  ListFetch lists{ground.host,     platform.http, ground.files, line.wizard,
-                  ground.activity, ground.state,  ground.form1, platform.servers.maker};
-  Download download{ground.host,      platform.http, ground.files, ground.set,   lists,
-                    line.supervision, line.wizard,   ground.state, ground.form1, platform.servers.maker};
+  ListFetch lists{ground.host,     ground.http,  ground.files, line.wizard,
+                  ground.activity, ground.state, ground.form1, platform.servers.maker};
+  Download download{ground.host,      ground.http, ground.files, ground.set,   lists,
+                    line.supervision, line.wizard, ground.state, ground.form1, platform.servers.maker};
   Registration registration{
-      ground.host, platform.http, download, line.supervision, ground.state, ground.form1, platform.servers.registration};
+      ground.host, ground.http, download, line.supervision, ground.state, ground.form1, platform.servers.registration};
   WebJobs web{ground.host, platform.desktop, download, ground.state, platform.servers.maker};
 };
 
@@ -230,6 +235,9 @@ Activity& Program::activity() { return parts_->ground.activity; }
 
 void Program::start() {
   parts_->ground.form1.Load();
+  if (parts_->ground.state.FactoryBuild) {
+    parts_->ground.recorder.fileMet(SerialFile::kName);
+  }
   if (!parts_->ground.state.InHouseBuild) {
     parts_->ground.form1.Show();
   }

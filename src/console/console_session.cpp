@@ -195,7 +195,10 @@ void ConsoleSession::boxClosed() {
   }
 }
 
-void ConsoleSession::get(CommandLine& line) { answerValue(reader_.find(lastWord(line))()); }
+void ConsoleSession::get(CommandLine& line) {
+  const std::string path = lastWord(line);
+  answerValue(path == "Record" && record_ ? Json(record_()) : reader_.find(path)());
+}
 
 void ConsoleSession::dump(CommandLine& line) { answerValue(PathReader::dump(reader_.form(lastWord(line)))); }
 

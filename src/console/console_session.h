@@ -21,6 +21,9 @@ class ConsoleSession {
   ConsoleSession& operator=(const ConsoleSession&) = delete;
   ~ConsoleSession() = default;
 
+  /// What `get Record` reads. Before the program starts.
+  void setRecord(std::function<std::string()> record) { record_ = std::move(record); }
+
   /// A line of the script has come; it is carried out when those before it are. After the end it is answered at once.
   void take(std::string line);
   /// The script has come to its end, which counts as "quit".
@@ -80,6 +83,7 @@ class ConsoleSession {
   FormHost& host_;
   PathReader reader_;
   PrintLine print_;
+  std::function<std::string()> record_;
   std::deque<std::optional<std::string>> lines_;  // nothing stands for the end of the script
   std::optional<Hold> hold_;
   int handedOn_ = 0;  // actions given to the queue

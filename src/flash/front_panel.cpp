@@ -58,8 +58,8 @@ void FrontPanel::DumpFront() {
     if (stream()) {
       finish();
     }
-  } catch (const Failure&) {
-    stream_.tellFailed();
+  } catch (const Failure& failure) {
+    stream_.tellFailed(failure);
   }
 }
 

@@ -29,16 +29,16 @@ std::int32_t imageLength(const std::string& path) {
 void ImageSender::DumpFile2(const std::string& path) {
   try {
     streamWithSum(path);
-  } catch (const Failure&) {
-    stream_.tellFailed();
+  } catch (const Failure& failure) {
+    stream_.tellFailed(failure);
   }
 }
 
 void ImageSender::DumpFile3(const std::string& path) {
   try {
     streamText(path);
-  } catch (const Failure&) {
-    stream_.tellFailed();
+  } catch (const Failure& failure) {
+    stream_.tellFailed(failure);
   }
 }
 

@@ -24,7 +24,10 @@ void ImageStream::end(int verdictLimit) {
   supervision_.setLimit(verdictLimit);
 }
 
-void ImageStream::tellFailed() {
+void ImageStream::tellFailed(const Failure& failure) {
+  if (failure.number() == failure_number::kPortGone) {
+    throw Failure(failure);
+  }
   host_.showMessageBox({.text = "Error encountered while trying to open file, please retry.",
                         .title = "Open File",
                         .icon = MessageIcon::Exclamation});

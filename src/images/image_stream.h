@@ -18,8 +18,9 @@ class ImageStream {
   /// The image is out. The unit has `verdictLimit` ticks of Watchdog, where that is on.
   void end(int verdictLimit);
 
-  /// The one error exit of every stream: tells the user that it has ended early. Sending and the timers stay as they are.
-  void tellFailed();
+  /// The one error exit of every stream: tells the user that it has ended early. Sending and the timers stay as they are. A port
+  /// that has gone is thrown on: it is no file that does not open, and the run names it.
+  void tellFailed(const Failure& failure);
 
  private:
   FormHost& host_;

@@ -65,7 +65,8 @@ TEST_F(EndToEndTest, QuitEndsInTheMiddleOfAWaitAndExitWithItsQuestion) {
 TEST_F(EndToEndTest, AWrongOptionEndsWithStatusTwo) {
   for (const QStringList& options :
        {QStringList{"--what"}, QStringList{"--port", "17=/dev/null"}, QStringList{"--time-scale", "0.5"},
-        QStringList{"--server", "nonsense"}, QStringList{"--dir", dir() + "/nothing"}, QStringList{"word"}}) {
+        QStringList{"--server", "nonsense"}, QStringList{"--dir", dir() + "/nothing"}, QStringList{"word"},
+        QStringList{"--record", dir() + "/nothing/record.txt"}}) {
     Process console("firmlane-console", options);
     EXPECT_EQ(console.finish(), 2) << options.join(' ').toStdString();
   }

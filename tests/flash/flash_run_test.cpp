@@ -345,10 +345,10 @@ TEST_F(FlashRunTest, APulledAdapterEndsTheRunAtOnceAndIsNamed) {
   for (const Case& c : {
            Case{"DSPFlash", 1, 1.0, 0},     // before the unit is on
            {"DSPFlash", 1, 2.5, 0},         // while it erases
-           {"DSPFlash", 1, 4.0, 1},         // during the image; its sender tells in its own words
-           {"RF1Flash", 48, 4.0, 1},        // the same under RTS
+           {"DSPFlash", 1, 4.0, 0},         // during the image
+           {"RF1Flash", 48, 4.0, 0},        // the same under RTS
            {"RF1Flash", 48, 10.0, 0},       // while the verdict is awaited
-           {"FrontFlash", 80, 4.0, 1, {0}}  // while a panel is to ask for more
+           {"FrontFlash", 80, 4.0, 0, {0}}  // while a panel is to ask for more
        }) {
     wire_.openFailure.reset();
     world_.run(20 * kSecond);  // what the unit still says of the run before

@@ -13,6 +13,7 @@
 #include <memory>
 #include <string_view>
 
+#include "app/details.h"
 #include "app/program.h"
 #include "demo/bench_window.h"
 #include "demo/demo_options.h"
@@ -21,6 +22,7 @@
 #include "platform/qt/identity.h"
 #include "platform/qt/qt_desktop.h"
 #include "platform/qt/qt_platform.h"
+#include "platform/qt/surroundings.h"
 #include "platform/widgets/display_application.h"
 #include "platform/widgets/widget_screen.h"
 #include "player/player.h"
@@ -170,11 +172,18 @@ int run(const DemoOptions& options) {
                    .http = platform.http,
                    .desktop = desktop,
                    .files = platform.files,
-                   .servers = {.maker = serverOr(options.servers.maker), .registration = serverOr(options.servers.registration)}},
+                   .servers = {.maker = serverOr(options.servers.maker), .registration = serverOr(options.servers.registration)},
+                   .recorder = platform.record},
                   options.switches);
   screen.attach(program.host(), &program.activity());
+  const Details details(platform.record, program,
+                        {.maker = serverOr(options.servers.maker), .registration = serverOr(options.servers.registration)},
+                        options.switches,
+                        {qtVersionInUse(), systemInUse(), [&platform](int port) { return platform.ports.device(port); }});
+  screen.setDetails([&details] { return details.text(); });
   BenchWindow window(bench.unit);
   window.onClosed = [&platform] { platform.source.requestEnd(); };
+  window.onPulled = [&bench] { bench.pull(); };
   program.start();
   const BesideTheBench placing(screen, program.host(), window);
   window.show();

@@ -33,6 +33,11 @@ int main(int argc, char** argv) {
 #ifdef SIGPIPE
   std::signal(SIGPIPE, SIG_IGN);  // an output that nobody reads ends the program in order
 #endif
-  firmlane::ConsoleApp(*options, directory).run();
-  return 0;
+  try {
+    firmlane::ConsoleApp(*options, directory).run();
+    return 0;
+  } catch (const firmlane::Failure& failure) {  // the record's file cannot be written
+    std::cerr << "firmlane-console: " << failure.description() << std::endl;
+    return 2;
+  }
 }

@@ -4,11 +4,13 @@
 
 #include "app/built_in_servers.h"
 #include "app/configured_switches.h"
+#include "app/details.h"
 #include "app/program.h"
 #include "platform/qt/identity.h"
 #include "platform/qt/program_directory.h"
 #include "platform/qt/qt_desktop.h"
 #include "platform/qt/qt_platform.h"
+#include "platform/qt/surroundings.h"
 #include "platform/widgets/display_application.h"
 #include "platform/widgets/widget_screen.h"
 
@@ -32,9 +34,13 @@ int main(int argc, char** argv) {
                    .http = platform.http,
                    .desktop = desktop,
                    .files = platform.files,
-                   .servers = builtInServers()},
+                   .servers = builtInServers(),
+                   .recorder = platform.record},
                   kConfiguredSwitches);
   screen.attach(program.host(), &program.activity());
+  const Details details(platform.record, program, builtInServers(), kConfiguredSwitches,
+                        {qtVersionInUse(), systemInUse(), [&platform](int port) { return platform.ports.hint(port); }});
+  screen.setDetails([&details] { return details.text(); });
   program.start();
   program.run();
   return 0;

@@ -10,6 +10,7 @@
 #include "platform/qt/qt_event_source.h"
 #include "platform/qt/qt_http_client.h"
 #include "platform/qt/qt_serial_driver.h"
+#include "record/record.h"
 
 namespace firmlane {
 
@@ -25,9 +26,10 @@ struct QtPlatform {
   };
 
   explicit QtPlatform(const Options& options)
-      : source(options.timeScale), ports(options.directory, options.ports), files(options.directory) {}
+      : source(options.timeScale), ports(options.directory, options.ports), files(options.directory, record) {}
 
   QtEventSource source;
+  Record record{source};
   EventQueue queue{source, source};
   PortMap ports;
   QtSerialDriver mainDriver{ports};

@@ -11,6 +11,8 @@ namespace firmlane {
 
 class Activity;
 
+inline constexpr const char* kCopyDetails = "Copy details";
+
 /// What layouts need beyond the form.
 struct LayoutContext {
   /// The text beside a port number, empty for a number without hardware.
@@ -19,6 +21,8 @@ struct LayoutContext {
   Activity* activity = nullptr;
   /// A message box is up.
   std::function<bool()> held = {};
+  /// Puts what the maker needs to know on the clipboard; empty where nothing is kept.
+  std::function<void()> copyDetails = {};
 };
 
 /// What a window is to the user's desktop.

@@ -115,7 +115,7 @@ void layOutRecover(FormWindow& window, const LayoutContext& /*context*/) {
   window.announce("lblMain");
 }
 
-void layOutAbout(FormWindow& window, const LayoutContext& /*context*/) {
+void layOutAbout(FormWindow& window, const LayoutContext& context) {
   auto* icon = new PictureWidget;
   icon->setPicture("firmlane");
   icon->setAccessibleName(QStringLiteral("The program's sign"));
@@ -127,7 +127,15 @@ void layOutAbout(FormWindow& window, const LayoutContext& /*context*/) {
   upper->addLayout(words, 1);
   auto* layout = dialog(window, 440);
   layout->addLayout(upper, 1);
-  layout->addLayout(row({nullptr, window["Command1"]}));
+  auto* buttons = row({nullptr, window["Command1"]});
+  if (context.copyDetails) {
+    auto* copy = new RoomyButton;  // NOLINT(cppcoreguidelines-owning-memory): the layout's window owns it
+    copy->setText(QString::fromLatin1(kCopyDetails));
+    copy->setAutoDefault(false);
+    QObject::connect(copy, &QPushButton::clicked, copy, context.copyDetails);
+    buttons->insertWidget(0, copy);
+  }
+  layout->addLayout(buttons);
   window.setDefaultButton("Command1");
 }
 

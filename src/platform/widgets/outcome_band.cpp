@@ -37,6 +37,7 @@ void OutcomeBand::tell(Sign sign, const QString& words) {
   }
   sign_ = sign;
   told_ = words;
+  action_->setVisible(!action_->text().isEmpty() && sign == Sign::Failure);
   picture_->setPicture(pictureOf(sign));
   picture_->setAccessibleName(wordOf(sign));
   words_->setText(words);
@@ -54,7 +55,7 @@ void OutcomeBand::beBrief(bool brief) {
 void OutcomeBand::setAction(const QString& text, std::function<void()> pressed) {
   pressed_ = std::move(pressed);
   action_->setText(text);
-  action_->setVisible(!text.isEmpty());
+  action_->setVisible(!text.isEmpty() && sign_ == Sign::Failure);
 }
 
 void OutcomeBand::paintEvent(QPaintEvent* /*event*/) {

@@ -23,7 +23,7 @@ class OutcomeBand : public QWidget {
   /// Where the page itself has these words, the band need not repeat them: the sign in a word is enough then.
   void beBrief(bool brief);
 
-  /// A button at the end of the band, such as one that copies details. An empty text takes it away.
+  /// A button at the end of the band while it tells a failure, such as one that copies details. An empty text takes it away.
   void setAction(const QString& text, std::function<void()> pressed);
 
  protected:

@@ -1,6 +1,7 @@
 #include "platform/widgets/widget_screen.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QScreen>
 #include <QWindow>
 #include <algorithm>
@@ -9,6 +10,7 @@
 #include "platform/widgets/form_layouts.h"
 #include "platform/widgets/layout_parts.h"
 #include "platform/widgets/looks.h"
+#include "platform/widgets/outcome_band.h"
 #include "platform/widgets/window_place.h"
 
 namespace firmlane {
@@ -56,7 +58,11 @@ FormWindow& WidgetScreen::windowFor(Form& form) {
     return *known;
   }
   FormWindow& made = *windows_.emplace(&form, std::make_unique<FormWindow>(form)).first->second;
-  const WindowRole role = roles_[&form] = layOut(made, {portHint_, activity_, [this] { return box_ != nullptr; }});
+  const WindowRole role = roles_[&form] = layOut(made, {portHint_, activity_, [this] { return box_ != nullptr; }, copyDetails()});
+  if (auto* band = made.has("lblOutcome") ? dynamic_cast<OutcomeBand*>(made["lblOutcome"]) : nullptr;
+      band != nullptr && details_) {
+    band->setAction(QString::fromLatin1(kCopyDetails), copyDetails());
+  }
   if (role == WindowRole::Dialog || role == WindowRole::Corner) {
     made.makeDialog();
   }
@@ -198,10 +204,21 @@ void WidgetScreen::gather() {
   }
 }
 
+/// Empty where there is nothing to copy.
+std::function<void()> WidgetScreen::copyDetails() const {
+  if (!details_) {
+    return {};
+  }
+  return [this] { QGuiApplication::clipboard()->setText(QString::fromStdString(details_())); };
+}
+
 void WidgetScreen::messageBoxShown(const MessageBox& box) {
   refresh();
   box_ = std::make_unique<BoxWindow>(box, topWindow(nullptr));
   box_->answered = [this](MessageButton button) { host_->answer(button); };
+  if (details_ && signOf(box) == Sign::Failure) {
+    box_->setAction(QString::fromLatin1(kCopyDetails), copyDetails());
+  }
   showPointer();
   box_->show();
 }

@@ -34,6 +34,10 @@ class WidgetScreen : public Screen {
     activity_ = activity;
   }
 
+  /// What "Copy details" copies: a box and a band that tell a failure, and the about box, have such a button from now on. Before
+  /// the program starts.
+  void setDetails(std::function<std::string()> details) { details_ = std::move(details); }
+
   /// Brings all windows up to date at once; else changes are gathered for a sixtieth of a second.
   void refresh();
 
@@ -60,10 +64,12 @@ class WidgetScreen : public Screen {
   void handOn() const;
   void gather();
   void showPointer() const;
+  [[nodiscard]] std::function<void()> copyDetails() const;
 
   std::function<std::string(int)> portHint_;
   FormHost* host_ = nullptr;
   Activity* activity_ = nullptr;
+  std::function<std::string()> details_;
   std::map<const Form*, std::unique_ptr<FormWindow>> windows_;
   std::map<const Form*, WindowRole> roles_;
   std::set<const Form*> centred_;

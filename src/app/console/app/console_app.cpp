@@ -4,6 +4,7 @@
 
 #include "platform/qt/qt_desktop.h"
 #include "platform/qt/standard_input.h"
+#include "platform/qt/surroundings.h"
 
 namespace firmlane {
 
@@ -24,7 +25,7 @@ void TellingDesktop::runProgram(const std::string& path) {
 ConsoleApp::ConsoleApp(const ConsoleOptions& options, const std::string& directory)
     : world_(options.timeScale),
       ports_(directory, options.ports),
-      files_(directory),
+      files_(directory, record_),
       screen_([this](const Json& line) { print(line); }),
       desktop_([this](const Json& line) { print(line); }),
       program_(std::make_unique<Program>(Platform{.queue = queue_,
@@ -34,11 +35,18 @@ ConsoleApp::ConsoleApp(const ConsoleOptions& options, const std::string& directo
                                                   .http = http_,
                                                   .desktop = desktop_,
                                                   .files = files_,
-                                                  .servers = options.servers},
+                                                  .servers = options.servers,
+                                                  .recorder = record_},
                                          options.switches)),
+      details_(record_, *program_, options.servers, options.switches,
+               {qtVersionInUse(), systemInUse(), [this](int port) { return ports_.device(port); }}),
       session_(program_->host(), program_->state(), program_->activity(), [this](const Json& line) { print(line); }) {
   screen_.onBoxClosed = [this] { session_.boxClosed(); };
   source_.attach(session_);
+  session_.setRecord([this] { return details_.text(); });
+  if (!options.recordFile.empty()) {
+    recordFile_.emplace(options.recordFile, queue_, record_, details_.head());
+  }
 }
 
 void ConsoleApp::print(const Json& line) {

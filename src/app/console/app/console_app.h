@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 
+#include "app/details.h"
 #include "app/program.h"
 #include "console/console_screen.h"
 #include "console/console_session.h"
@@ -12,6 +13,7 @@
 #include "platform/qt/qt_event_source.h"
 #include "platform/qt/qt_http_client.h"
 #include "platform/qt/qt_serial_driver.h"
+#include "record_file.h"
 
 namespace firmlane {
 
@@ -41,6 +43,7 @@ class ConsoleApp {
   QtEventSource world_;
   ConsoleSource source_{world_};
   EventQueue queue_{world_, source_};
+  Record record_{world_};
   PortMap ports_;
   QtSerialDriver mainDriver_{ports_};
   QtSerialDriver versionDriver_{ports_};
@@ -49,6 +52,8 @@ class ConsoleApp {
   ConsoleScreen screen_;
   TellingDesktop desktop_;
   std::unique_ptr<Program> program_;
+  Details details_;
+  std::optional<RecordFile> recordFile_;
   ConsoleSession session_;
 };
 

@@ -40,6 +40,7 @@ std::optional<ConsoleOptions> readConsoleOptions(const QStringList& arguments, s
   const QCommandLineOption registration("registration-server", "The registration server.", "URL");
   const QCommandLineOption port("port", "Port N (1 to 16) is this device; may be repeated.", "N=DEVICE");
   const QCommandLineOption scale("time-scale", "The program's clock runs K times as fast, 1 to 1000.", "K", "1");
+  const QCommandLineOption record("record", "Writes what happens to this file as it happens.", "FILE");
   const QCommandLineOption factory("factory-build", "Start as the production line's build.");
   const QCommandLineOption inHouse("in-house-build", "Start as the in-house build.");
   const QCommandLineOption debug("debug-view", "Show the debug view of front panel runs.");
@@ -48,7 +49,7 @@ std::optional<ConsoleOptions> readConsoleOptions(const QStringList& arguments, s
       "The Firmlane wizard without a window: commands on standard input, JSON lines on standard output.");
   const QCommandLineOption help("help", "This text.");
   const QCommandLineOption version("version", "The version.");
-  parser.addOptions({help, version, dir, server, registration, port, scale, factory, inHouse, debug});
+  parser.addOptions({help, version, dir, server, registration, port, scale, record, factory, inHouse, debug});
   const auto fail = [&error](const QString& text) {
     error = "firmlane-console: " + text.toStdString();
     return std::nullopt;
@@ -86,6 +87,9 @@ std::optional<ConsoleOptions> readConsoleOptions(const QStringList& arguments, s
     if (!takePort(text, options.ports)) {
       return fail("a port is N=DEVICE with N from 1 to 16: " + text);
     }
+  }
+  if (parser.isSet(record)) {
+    options.recordFile = QDir::current().absoluteFilePath(parser.value(record)).toStdString();  // --dir changes it
   }
   bool isNumber = false;
   options.timeScale = parser.value(scale).toDouble(&isNumber);

@@ -16,6 +16,7 @@ struct ConsoleOptions {
   Servers servers;
   PortMap::Devices ports;
   double timeScale = 1;
+  std::string recordFile;  // empty for none
   BuildSwitches switches;
 };
 

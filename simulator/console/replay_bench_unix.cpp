@@ -1,0 +1,117 @@
+#include "console/replay_bench.h"
+
+#include <QCoreApplication>
+#include <QTimer>
+#include <algorithm>
+#include <optional>
+
+#include "console/device_link.h"
+#include "console/end_on_signal.h"
+#include "platform/files.h"
+#include "platform/qt/standard_input.h"
+#include "pty/pty_replay.h"
+#include "web/maker_site.h"
+#include "web/replay_web.h"
+
+namespace firmlane::sim {
+
+namespace {
+
+QString shown(const std::string& text) { return QString::fromStdString(text); }
+
+Shelf shelfFor(const SimulatorOptions& options) {
+  Shelf shelf;
+  for (const auto& [path, page] : makeMakerSite("")) {
+    shelf.add(Bytes(page.body.begin(), page.body.end()));
+  }
+  shelf.addDirectory(options.directory);
+  return shelf;
+}
+
+/// A record with its ports and its web server.
+class ReplayBench {
+ public:
+  /// Reads the record and makes its ports; tells of each with `print`. Throws Failure for a record that cannot be read.
+  ReplayBench(const SimulatorOptions& options, std::function<void(const QJsonObject&)> print);
+
+  /// The device of the record's first port; empty when it had none.
+  [[nodiscard]] std::string device() const;
+  /// Begins to play. At the end, or at the first difference, the application ends with status 0 or 1.
+  void start();
+  /// Ends the application; what has not been played by now counts as a difference.
+  void stop();
+
+ private:
+  void tellEnd();
+
+  std::function<void(const QJsonObject&)> print_;
+  Recording recording_;
+  Shelf shelf_;
+  PtyReplay line_;
+  std::optional<ReplayWeb> web_;
+};
+
+ReplayBench::ReplayBench(const SimulatorOptions& options, std::function<void(const QJsonObject&)> print)
+    : print_(std::move(print)),
+      recording_(readRecording(Files::readText(options.replay))),
+      shelf_(shelfFor(options)),
+      line_(recording_, options.timeScale) {
+  for (const auto& [port, device] : line_.devices()) {
+    print_({{"pty", shown(device)}, {"port", port}});
+  }
+  if (std::any_of(recording_.entries.begin(), recording_.entries.end(), [](const Entry& entry) { return entry.kind == "get"; })) {
+    web_.emplace(recording_, shelf_, line_.replay, options.webPort);
+    line_.onAnswer = [this](const Entry& entry) { return web_->answer(entry); };
+    print_({{"server", shown(web_->url())}});
+  }
+  if (recording_.dropped > 0) {
+    print_({{"note", shown(std::to_string(recording_.dropped) + " entries from before the first one are missing")}});
+  }
+  if (!recording_.complete) {
+    print_({{"note", "the record is cut: its last line is missing"}});
+  }
+}
+
+std::string ReplayBench::device() const {
+  const auto devices = line_.devices();
+  return devices.empty() ? std::string() : devices.begin()->second;
+}
+
+void ReplayBench::start() {
+  line_.replay.onOver = [this] { tellEnd(); };
+  line_.replay.start();
+}
+
+void ReplayBench::stop() {
+  line_.replay.end("the program has not come so far");
+  if (line_.replay.over() && line_.replay.difference().empty()) {
+    QCoreApplication::exit(0);
+  }
+}
+
+void ReplayBench::tellEnd() {
+  const std::string& difference = line_.replay.difference();
+  print_(difference.empty() ? QJsonObject{{"replay", "done"}}
+                            : QJsonObject{{"replay", "difference"}, {"text", shown(difference)}});
+  // The event loop may not have begun.
+  QTimer::singleShot(0, [status = difference.empty() ? 0 : 1] { QCoreApplication::exit(status); });
+}
+
+}  // namespace
+
+int runReplay(const SimulatorOptions& options, const std::function<void(const QJsonObject&)>& print) {
+  ReplayBench bench(options, print);
+  const DeviceLink link(options.link, bench.device());
+  const EndOnSignal endOnSignal;
+  const StandardInput input(
+      [&bench](const std::string& line) {
+        if (line == "quit") {
+          bench.stop();
+        }
+      },
+      [&bench] { bench.stop(); }, StandardInput::EndOfFile::MeansNoLines);
+  bench.start();
+  return QCoreApplication::exec();
+}
+
+}  // namespace firmlane::sim

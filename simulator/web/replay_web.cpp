@@ -1,0 +1,75 @@
+#include "web/replay_web.h"
+
+#include "platform/failure.h"
+#include "replay/http_reason.h"
+
+namespace firmlane::sim {
+
+namespace {
+constexpr qint64 kLongestRequest = 16384;
+}  // namespace
+
+ReplayWeb::ReplayWeb(const Recording& recording, const Shelf& shelf, Replay& replay, int port)
+    : recording_(recording), shelf_(shelf), replay_(replay) {
+  if (!server_.listen(QHostAddress::LocalHost, static_cast<quint16>(port))) {
+    throw Failure(static_cast<int>(server_.serverError()),
+                  "Cannot listen on port " + std::to_string(port) + ": " + server_.errorString().toStdString());
+  }
+  url_ = "http://127.0.0.1:" + std::to_string(server_.serverPort());
+  QObject::connect(&server_, &QTcpServer::newConnection, &server_, [this] {
+    while (QTcpSocket* socket = server_.nextPendingConnection()) {
+      QObject::connect(socket, &QTcpSocket::readyRead, socket, [this, socket] { take(*socket); });
+      QObject::connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
+    }
+  });
+}
+
+void ReplayWeb::take(QTcpSocket& socket) {
+  const QByteArray head = socket.peek(kLongestRequest);
+  if (!head.contains("\r\n\r\n") && head.size() < kLongestRequest) {
+    return;  // more is to come
+  }
+  socket.readAll();
+  const QList<QByteArray> words = head.left(head.indexOf("\r\n")).split(' ');
+  asking_ = &socket;
+  replay_.observeRequest(QByteArray::fromPercentEncoding(words.size() > 1 ? words[1] : QByteArray()).toStdString());
+}
+
+std::optional<std::string> ReplayWeb::answer(const Entry& entry) {
+  if (!asking_) {
+    return std::nullopt;  // the program has given the request up
+  }
+  if (entry.kind != "got") {
+    asking_->abort();
+    return std::nullopt;
+  }
+  const Entry* bodyEntry = replay_.bodyBehind(entry);
+  const Bytes* known = bodyEntry == nullptr ? nullptr : shelf_.find(bodyEntry->bytes);
+  if (bodyEntry != nullptr && known == nullptr) {
+    return "the record does not hold the body in full; --dir names a directory that has the file";
+  }
+  const Bytes before = known == nullptr ? Bytes() : *known;
+  const Bytes body = withOwnName(before);
+  QByteArray text = "HTTP/1.1 " + QByteArray::fromStdString(entry.words[0] + " " + httpReason(std::stoi(entry.words[0]))) +
+                    "\r\nConnection: close\r\n";
+  const std::string& stated = entry.words.back();
+  if (stated != "none") {
+    const bool right = stated == std::to_string(before.size());
+    text += "Content-Length: " + QByteArray::fromStdString(right ? std::to_string(body.size()) : stated) + "\r\n";
+  }
+  asking_->write(text + "\r\n");
+  asking_->write(reinterpret_cast<const char*>(body.data()), static_cast<qint64>(body.size()));
+  asking_->disconnectFromHost();
+  return std::nullopt;
+}
+
+Bytes ReplayWeb::withOwnName(const Bytes& body) const {
+  const std::string name = recording_.headOf("server");
+  QByteArray text(reinterpret_cast<const char*>(body.data()), static_cast<qsizetype>(body.size()));
+  if (!name.empty()) {
+    text.replace(QByteArray::fromStdString(name), QByteArray::fromStdString(url_));
+  }
+  return {text.begin(), text.end()};
+}
+
+}  // namespace firmlane::sim

@@ -1,0 +1,36 @@
+// The web server of a record, on loopback: answers each request as the record's server did, when the player says so. Where a page
+// of the record names that server, the one who asks reads the name of this one.
+#pragma once
+
+#include <QPointer>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <string>
+
+#include "replay/replay.h"
+#include "replay/shelf.h"
+
+namespace firmlane::sim {
+
+class ReplayWeb {
+ public:
+  /// Listens at once; port 0 takes a free one. All three outlive it. Throws Failure when the port is taken.
+  ReplayWeb(const Recording& recording, const Shelf& shelf, Replay& replay, int port);
+
+  [[nodiscard]] const std::string& url() const { return url_; }
+  /// Sends what an entry says to whoever asked last. Returns why it cannot be done, or nothing.
+  std::optional<std::string> answer(const Entry& entry);
+
+ private:
+  void take(QTcpSocket& socket);
+  [[nodiscard]] Bytes withOwnName(const Bytes& body) const;
+
+  const Recording& recording_;
+  const Shelf& shelf_;
+  Replay& replay_;
+  std::string url_;
+  QPointer<QTcpSocket> asking_;
+  QTcpServer server_;
+};
+
+}  // namespace firmlane::sim

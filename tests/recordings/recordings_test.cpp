@@ -1,0 +1,178 @@
+// Records of real runs, each played to its end: the program says the same words at the same places and sends the same bytes.
+// tools/make-recordings makes them anew.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "replay/script.h"
+#include "replay_stage.h"
+#include "web/maker_site.h"
+
+namespace firmlane::test {
+namespace {
+
+std::vector<std::string> recordings() {
+  std::vector<std::string> names;
+  for (const auto& entry : std::filesystem::directory_iterator(RECORDINGS)) {
+    if (entry.path().extension() == ".txt") {
+      names.push_back(entry.path().stem().string());
+    }
+  }
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+struct Recordings : testing::TestWithParam<std::string> {
+  static std::string text(const std::string& name) { return Files::readText(std::string(RECORDINGS "/") + name + ".txt"); }
+  static sim::Shelf shelf() {
+    sim::Shelf shelf;
+    for (const auto& [path, page] : sim::makeMakerSite("")) {
+      shelf.add(Bytes(page.body.begin(), page.body.end()));
+    }
+    return shelf;
+  }
+};
+
+/// Plays a record. How long a pass of a counting loop took on its computer is not in it: of the paces that there are, the one
+/// that comes furthest is taken for its own.
+std::string played(const sim::Recording& recording, const sim::Shelf& shelf) {
+  constexpr Micros kQuickest = 30;
+  constexpr Micros kSlowest = 330;
+  constexpr Micros kStep = 20;  // a tick more or less in a reading's pause
+  std::string difference;
+  std::size_t furthest = 0;
+  for (Micros pass = kQuickest; pass <= kSlowest; pass += kStep) {
+    VirtualReplay replay(recording, shelf, pass);
+    const std::string found = replay.play();
+    if (found.empty()) {
+      return found;
+    }
+    if (replay.reached() > furthest) {
+      furthest = replay.reached();
+      difference = found;
+    }
+  }
+  return difference;
+}
+
+TEST_P(Recordings, ThePlayedRunSaysAndSendsTheSame) {
+  const sim::Recording recording = sim::readRecording(text(GetParam()));
+  EXPECT_TRUE(recording.complete);
+  EXPECT_EQ(recording.dropped, 0U);
+  const sim::Shelf contents = shelf();
+  EXPECT_EQ(played(recording, contents), "");
+}
+
+INSTANTIATE_TEST_SUITE_P(Made, Recordings, testing::ValuesIn(recordings()), [](const auto& tested) {
+  std::string name = tested.param;
+  std::replace(name.begin(), name.end(), '-', '_');
+  return name;
+});
+
+/// A short record to break.
+constexpr const char* kGood =
+    "Dear maker,\n> Firmlane record 1\r\n> program: Firmlane 5.0.9\n> 1.000000 show Form1\n> 2.000000 says Form1.lblTop "
+    "\"a\\r\\xE9\"\n"
+    "> 2.500000 open 3 9600 none\n> 3.000000 sent 3: 02 FF*3\n> 3.100000 heard 3: 80\n> end of record\nRegards\n";
+
+TEST(RecordReader, ARecordComesOutOfAMailWhole) {
+  const sim::Recording recording = sim::readRecording(kGood);
+  ASSERT_EQ(recording.entries.size(), 5U);
+  EXPECT_TRUE(recording.complete);
+  EXPECT_EQ(recording.headOf("program"), "Firmlane 5.0.9");
+  EXPECT_EQ(recording.entries[1].words.back(), "a\r\xE9");
+  EXPECT_EQ(hex(recording.entries[3].bytes.first), "02 FF FF FF");
+  EXPECT_EQ(recording.entries[4].line, 8U);
+}
+
+TEST(RecordReader, ABadRecordIsRefusedWithItsLine) {
+  struct Case {
+    std::string what;
+    std::string by;
+    const char* told;
+  };
+  for (const Case& c : {
+           Case{"record 1", "record 2", "Line 2 of the record: it is of version 2, and this program reads version 1"},
+           Case{"Firmlane record 1", "Some other log",
+                "Line 10 of the record: no line says \"Firmlane record 1\": this is no record"},
+           Case{"2.500000 open", "1.500000 open", "Line 6 of the record: its time lies before that of the line above"},
+           Case{"open 3 9600", "opened 3 9600", "Line 6 of the record: there is no entry \"opened\""},
+           Case{"open 3 9600 none", "open 17 9600 none", "Line 6 of the record: a port has a number from 1 to 16"},
+           Case{"open 3 9600 none", "open 3", "Line 6 of the record: a word is missing"},
+           Case{"show Form1", "show Form1 modal now", "Line 4 of the record: a word too many"},
+           Case{"FF*3", "FF*4000000000", "Line 7 of the record: more bytes than a record holds"},
+           Case{"FF*3", "FG", "Line 7 of the record: \"FG\" is not a number"},
+           Case{"\\xE9\"", "\\xE", "Line 5 of the record: a text holds an escape that is none"},
+           Case{"\\xE9\"", "", "Line 5 of the record: a text does not end"},
+           Case{"3.100000", "3.1", "Line 8 of the record: \"3.1\" is not a time"},
+           Case{"> 3.000000 sent 3:", "sent 3:",
+                "Line 7 of the record: it does not begin with a time; has a mail broken a line in two?"},
+       }) {
+    std::string text = kGood;
+    text.replace(text.find(c.what), c.what.size(), c.by);
+    try {
+      static_cast<void>(sim::readRecording(text));
+      ADD_FAILURE() << c.by << " was read";
+    } catch (const Failure& failure) {
+      EXPECT_EQ(failure.description(), c.told);
+    }
+  }
+  std::string cut = kGood;
+  cut.resize(cut.find("> end of"));
+  EXPECT_FALSE(sim::readRecording(cut).complete);
+}
+
+TEST(RecordReader, AMillionLinesEndInAMessage) {
+  std::string text = "Firmlane record 1\n";
+  for (int i = 0; i < 1'000'000; ++i) {
+    text += "1.000000 closed 3\n";
+  }
+  try {
+    static_cast<void>(sim::readRecording(text));
+    FAIL();
+  } catch (const Failure& failure) {
+    EXPECT_EQ(failure.description(), "Line 100002 of the record: more than 100000 entries are no record of a few minutes");
+  }
+}
+
+/// Edits of a real record, as changes of a page or of the wire would show.
+TEST(RecordPlayer, ADifferenceIsNamedWithItsPlace) {
+  struct Case {
+    const char* was;
+    const char* is;
+    const char* told;
+  };
+  const std::string text = Files::readText(RECORDINGS "/late-verdict.txt");
+  sim::Shelf contents;
+  for (const auto& [path, page] : sim::makeMakerSite("")) {
+    contents.add(Bytes(page.body.begin(), page.body.end()));
+  }
+  for (const Case& c :
+       {Case{"What would you like to do?", "What would you like?", "now: says Form1.lblTop \"What would you like to do?\""},
+        Case{"00 1E 01 1F", "00 1E 01 1E", "byte 7 of 9 is 1F now, and was 1E"},
+        Case{"open 3 19200", "open 3 57600", "now: open 3 19200 none"},
+        Case{"click Form1.VRColdButton", "click Form1.VRColderButton", "no such control"},
+        Case{"click Form1.VRColdButton", "click Form1.Command3", "not enabled"}}) {
+    std::string edited = text;
+    ASSERT_NE(edited.find(c.was), std::string::npos) << c.was;
+    edited.replace(edited.find(c.was), std::string(c.was).size(), c.is);
+    const sim::Recording recording = sim::readRecording(edited);
+    VirtualReplay replay(recording, contents, 30);
+    const std::string difference = replay.play();
+    EXPECT_NE(difference.find(c.told), std::string::npos) << difference;
+    EXPECT_TRUE(difference.starts_with("line ")) << difference;
+  }
+}
+
+TEST(RecordPlayer, TheScriptOfARecordWaitsForWhatItsUserSaw) {
+  const std::string script = sim::consoleScript(sim::readRecording(
+      "Firmlane record 1\n1.000000 show Form1\n1.000000 says Form1.lblTop \"a\\rb\"\n2.000000 click Form1.Command3\n"
+      "2.100000 says Form1.lblTop \"c\"\n2.200000 box none \"t\" \"x\" OK\n3.000000 answer OK\n3.100000 gone Form1.lblTop\nend "
+      "of record\n"));
+  EXPECT_EQ(script,
+            "wait Form1.lblTop.caption == \"a\\u000Db\" 300\nwait Form1.Command3.enabled == true 300\nclick Form1.Command3\n"
+            "wait messagebox 300\nanswer OK\n");
+}
+
+}  // namespace
+}  // namespace firmlane::test
