@@ -14,6 +14,8 @@ namespace firmlane {
 struct Surroundings {
   std::string qtVersion;
   std::string system;
+  /// The program's own.
+  std::string directory;
   /// The device behind a port number and what it is; empty when there is none.
   std::function<std::string(int)> portHint;
 };

@@ -112,7 +112,7 @@ VirtualReplay::VirtualReplay(const sim::Recording& recording, const sim::Shelf& 
       replay_(recording, *this, sim::ReplayPart::Everything) {
   std::filesystem::current_path(directory_.path());
   putFiles();
-  record_.follow([this](const std::string& line) { replay_.observe(line.substr(line.find(' ') + 1)); });
+  record_.follow([this](const std::string& line) { observe(line.substr(line.find(' ') + 1)); });
   replay_.onOver = [this] {
     reached_ = replay_.next() == nullptr ? recording_.entries.size() : replay_.next()->line;
     time_.after(0, [] { throw Played(); });
@@ -137,6 +137,15 @@ VirtualReplay::~VirtualReplay() {
   details_.reset();
   program_.reset();
   std::filesystem::current_path(before_);
+}
+
+/// The program's directory is another one now, and stands in the words of some pages.
+void VirtualReplay::observe(std::string entry) {
+  const std::string mine = directory_.path().string();
+  if (const std::size_t at = entry.find(mine); at != std::string::npos) {
+    entry.replace(at, mine.size(), recording_.headOf("directory"));
+  }
+  replay_.observe(entry);
 }
 
 /// Files as they were when the program first turned to them.

@@ -92,8 +92,6 @@ class VirtualReplay : private sim::ReplayStage {
   std::string play();
   /// The line of the record that it came to.
   [[nodiscard]] std::size_t reached() const { return reached_; }
-  /// How long the record's run took, on its own clock.
-  [[nodiscard]] Micros span() const { return time_.now(); }
 
  private:
   [[nodiscard]] Micros now() const override { return time_.now(); }
@@ -101,8 +99,8 @@ class VirtualReplay : private sim::ReplayStage {
   std::optional<std::string> perform(const sim::Entry& entry) override;
   std::optional<std::string> act(const sim::Entry& entry);
   std::optional<std::string> answer(const sim::Entry& got);
+  void observe(std::string entry);
   void putFiles();
-  void start();
 
   const sim::Recording& recording_;
   const sim::Shelf& shelf_;

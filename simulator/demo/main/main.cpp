@@ -179,7 +179,8 @@ int run(const DemoOptions& options) {
   const Details details(platform.record, program,
                         {.maker = serverOr(options.servers.maker), .registration = serverOr(options.servers.registration)},
                         options.switches,
-                        {qtVersionInUse(), systemInUse(), [&platform](int port) { return platform.ports.device(port); }});
+                        {qtVersionInUse(), systemInUse(), platform.files.programDirectory(),
+                         [&platform](int port) { return platform.ports.device(port); }});
   screen.setDetails([&details] { return details.text(); });
   BenchWindow window(bench.unit);
   window.onClosed = [&platform] { platform.source.requestEnd(); };

@@ -39,7 +39,8 @@ int main(int argc, char** argv) {
                   kConfiguredSwitches);
   screen.attach(program.host(), &program.activity());
   const Details details(platform.record, program, builtInServers(), kConfiguredSwitches,
-                        {qtVersionInUse(), systemInUse(), [&platform](int port) { return platform.ports.hint(port); }});
+                        {qtVersionInUse(), systemInUse(), platform.files.programDirectory(),
+                         [&platform](int port) { return platform.ports.hint(port); }});
   screen.setDetails([&details] { return details.text(); });
   program.start();
   program.run();

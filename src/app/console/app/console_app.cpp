@@ -39,7 +39,7 @@ ConsoleApp::ConsoleApp(const ConsoleOptions& options, const std::string& directo
                                                   .recorder = record_},
                                          options.switches)),
       details_(record_, *program_, options.servers, options.switches,
-               {qtVersionInUse(), systemInUse(), [this](int port) { return ports_.device(port); }}),
+               {qtVersionInUse(), systemInUse(), directory, [this](int port) { return ports_.device(port); }}),
       session_(program_->host(), program_->state(), program_->activity(), [this](const Json& line) { print(line); }) {
   screen_.onBoxClosed = [this] { session_.boxClosed(); };
   source_.attach(session_);
@@ -61,7 +61,8 @@ void ConsoleApp::run() {
                       StandardInput::EndOfFile::Ends);
   program_->start();
   program_->run();
-  program_.reset();  // a script that reads of the end finds the ports free
+  recordFile_.reset();  // what goes as the program goes is no part of the run
+  program_.reset();     // a script that reads of the end finds the ports free
   session_.programEnded();
   if (!session_.quitRequested()) {
     input.drain(kLastCommandsMilliseconds);
