@@ -2,7 +2,9 @@
 
 #include <gtest/gtest.h>
 #include <signal.h>
+#ifndef _WIN32
 #include <sys/resource.h>
+#endif
 #include <sys/stat.h>
 
 #include <cerrno>
@@ -54,6 +56,7 @@ TEST(FilesTest, AFailedReplacementLeavesTheOldFile) {
   }
 }
 
+#ifndef _WIN32
 TEST(FilesTest, AFileThatGrowsBeyondWhatTheSystemGrantsFails) {
   const TemporaryDirectory directory;
   const Files files(directory.path());
@@ -96,6 +99,7 @@ TEST(FilesTest, WhatHasTheNameOfATemporaryFileIsNotWrittenThrough) {
   EXPECT_EQ(directory.read("list.txt"), "new");
   EXPECT_FALSE(fs::exists(part));
 }
+#endif
 
 TEST(FilesTest, OnlyWhatIsNotThereCountsAsMissing) {
   namespace fs = std::filesystem;

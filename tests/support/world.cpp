@@ -1,23 +1,21 @@
 #include "world.h"
 
-#include <unistd.h>
-
 #include <array>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>
-#include <stdexcept>
+#include <random>
+#include <string>
 
 namespace firmlane::test {
 
 namespace fs = std::filesystem;
 
 TemporaryDirectory::TemporaryDirectory() {
-  std::string pattern = (fs::temp_directory_path() / "firmlane-XXXXXX").string();
-  if (mkdtemp(pattern.data()) == nullptr) {
-    throw std::runtime_error("no temporary directory");
-  }
-  path_ = pattern;
+  std::random_device random;
+  do {
+    path_ = fs::temp_directory_path() / ("firmlane-" + std::to_string(random()));
+  } while (!fs::create_directory(path_));  // false for one that is there already
 }
 
 TemporaryDirectory::~TemporaryDirectory() {
