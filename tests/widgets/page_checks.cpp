@@ -130,10 +130,10 @@ class Checks {
     bool foot = false;
     for (const QWidget* control : controls_) {
       const QWidget* parent = control;
-      while (parent != &window_ && qobject_cast<const QScrollArea*>(parent) == nullptr) {
+      while (parent != nullptr && parent != &window_ && qobject_cast<const QScrollArea*>(parent) == nullptr) {
         parent = parent->parentWidget();
       }
-      const bool onPage = parent != &window_;
+      const bool onPage = parent != nullptr && parent != &window_;
       foot = foot || (!onPage && qobject_cast<const QPushButton*>(control) != nullptr);
       if (foot && onPage) {
         fault(*control, "is read behind the buttons");

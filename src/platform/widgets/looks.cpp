@@ -6,6 +6,7 @@
 #include <QPainterPath>
 #include <QStyleOption>
 #include <algorithm>
+#include <cmath>
 
 #include "platform/widgets/pictures.h"
 
@@ -140,7 +141,7 @@ bool isDark(const QPalette& palette) {
 }
 
 QColor mixed(const QColor& first, const QColor& second, double share) {
-  const auto part = [share](int a, int b) { return static_cast<int>(a * share + b * (1 - share) + 0.5); };
+  const auto part = [share](int a, int b) { return static_cast<int>(std::lround(a * share + b * (1 - share))); };
   return {part(first.red(), second.red()), part(first.green(), second.green()), part(first.blue(), second.blue())};
 }
 
