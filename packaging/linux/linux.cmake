@@ -42,6 +42,9 @@ function(firmlane_package component)
   firmlane_install_packed(${component} ${made}/changelog-${component} ${documents} changelog.Debian)
   firmlane_install_packed(${component} ${PROJECT_SOURCE_DIR}/CHANGELOG.md ${documents} changelog)
   install(FILES ${FIRMLANE_PACKAGING}/linux/copyright DESTINATION ${documents} COMPONENT ${component})
+  configure_file(${FIRMLANE_PACKAGING}/linux/lintian-overrides.in ${made}/lintian-overrides-${component} @ONLY)
+  install(FILES ${made}/lintian-overrides-${component} DESTINATION ${CMAKE_INSTALL_DATADIR}/lintian/overrides
+          RENAME ${component} COMPONENT ${component})
 endfunction()
 
 # An entry of the desktop's menu with its icon.
@@ -65,8 +68,14 @@ install(FILES ${made}/example.tolvex.firmlane.metainfo.xml DESTINATION ${CMAKE_I
 
 firmlane_package(firmlane-tools firmlane-console firmlane-simulator firmlane-demo)
 firmlane_desktop_entry(firmlane-tools firmlane-demo)
-firmlane_install_packed(firmlane-tools ${PROJECT_SOURCE_DIR}/docs/console.md ${CMAKE_INSTALL_DATADIR}/doc/firmlane-tools
-                        console.md)
+foreach(page console record)
+  firmlane_install_packed(firmlane-tools ${PROJECT_SOURCE_DIR}/docs/${page}.md ${CMAKE_INSTALL_DATADIR}/doc/firmlane-tools
+                          ${page}.md)
+endforeach()
+
+# A page that lacks an option was forgotten.
+add_test(NAME packaging.man_pages COMMAND ${PROJECT_SOURCE_DIR}/tools/check-man-pages ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
+set_tests_properties(packaging.man_pages PROPERTIES ENVIRONMENT QT_QPA_PLATFORM=offscreen)
 
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
@@ -78,16 +87,22 @@ set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_MAINTAINER "the Firmlane authors <firmlane@tolvex.example>")
 set(CPACK_DEBIAN_PACKAGE_HOMEPAGE "https://www.tolvex.example/firmlane")
+# Each package has a summary of its own: the first line of its description.
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")
 set(CPACK_DEBIAN_FIRMLANE_PACKAGE_NAME firmlane)
 set(CPACK_DEBIAN_FIRMLANE_PACKAGE_SECTION sound)
+set(CPACK_DEBIAN_FIRMLANE_PACKAGE_RECOMMENDS qt6-wayland)
 set(CPACK_COMPONENT_FIRMLANE_DESCRIPTION
     "firmware update wizard for Tolvex audio units
-It fetches the list of released firmware versions, downloads the chosen set, reads which firmware a connected unit runs, and
-writes the new images into the unit's processors over a serial line.")
+It fetches the list of released firmware versions, downloads the
+chosen set, reads which firmware a connected unit runs, and writes the
+new images into the unit's processors over a serial line.")
 set(CPACK_DEBIAN_FIRMLANE-TOOLS_PACKAGE_NAME firmlane-tools)
 set(CPACK_DEBIAN_FIRMLANE-TOOLS_PACKAGE_SECTION utils)
 set(CPACK_COMPONENT_FIRMLANE-TOOLS_DESCRIPTION
-    "scripts' console, simulated units and demo of the Firmlane wizard
-The console is the firmware update wizard worked by a script over standard input and output. The simulator is an audio unit at
-the far end of a pseudo-terminal, and its maker's web server. The demo shows the wizard's windows on such a unit.")
+    "console, simulated units and demo of the Firmlane wizard
+The console is the firmware update wizard worked by a script over
+standard input and output. The simulator is an audio unit at the far
+end of a pseudo-terminal, and its maker's web server. The demo shows
+the wizard's windows on such a unit.")
 set(CPACK_PACKAGE_DIRECTORY ${CMAKE_BINARY_DIR}/packages)
