@@ -18,12 +18,20 @@ const UnitModel& modelNamed(std::string_view name) {
 
 VirtualUnit::VirtualUnit(VirtualTime& time, VirtualWire& wire, std::string_view model)
     : time_(time), wire_(wire), unit(modelNamed(model), *this, *this) {
-  wire_.heard = [this](std::uint8_t byte) { unit.hear(byte); };
+  wire_.heard = [this](std::uint8_t byte) {
+    unit.hear(byte);
+    if (onHeard) {
+      onHeard();
+    }
+  };
 }
 
 VirtualUnit::~VirtualUnit() { wire_.heard = nullptr; }
 
 void VirtualUnit::send(ByteSpan bytes, int baud) {
+  if (intercept && intercept({bytes.begin(), bytes.end()}, baud)) {
+    return;
+  }
   if (!arriveWhole) {
     wire_.send(bytes, baud);
     return;

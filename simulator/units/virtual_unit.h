@@ -25,6 +25,10 @@ class VirtualUnit : private UnitLine, private UnitClock {
   /// Frames reach the program in one piece when their last byte has come, as adapters with a buffer hand them on. Otherwise
   /// each byte arrives by itself.
   bool arriveWhole = false;
+  /// Asked before a frame goes out: what it answers with "true" it has dealt with itself.
+  std::function<bool(const Bytes& frame, int baud)> intercept;
+  /// Called behind each byte that the unit has heard.
+  std::function<void()> onHeard;
 
  private:
   void send(ByteSpan bytes, int baud) override;

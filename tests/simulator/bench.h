@@ -66,27 +66,20 @@ class Bench {
 
 // The stream of each kind of loader, as the program sends it.
 
-inline Bytes plainStream(const Bytes& image) {
+inline Bytes streamWithSum(const Bytes& image, bool sevenBit) {
   unsigned sum = 0;
   Bytes stream = {1};
   for (const std::uint8_t byte : image) {
     sum += byte;
-    stream.push_back(byte);
+    if (sevenBit) {
+      stream.push_back(byte / 128);
+    }
+    stream.push_back(sevenBit ? byte % 128 : byte);
   }
   stream.push_back(sum % 128);
   return stream;
 }
-
-inline Bytes sevenBitStream(const Bytes& image) {
-  unsigned sum = 0;
-  Bytes stream = {1};
-  for (const std::uint8_t byte : image) {
-    sum += byte;
-    stream.push_back(byte / 128);
-    stream.push_back(byte % 128);
-  }
-  stream.push_back(sum % 128);
-  return stream;
-}
+inline Bytes plainStream(const Bytes& image) { return streamWithSum(image, false); }
+inline Bytes sevenBitStream(const Bytes& image) { return streamWithSum(image, true); }
 
 }  // namespace firmlane::sim

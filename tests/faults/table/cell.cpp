@@ -16,17 +16,12 @@ constexpr Micros kTired = 150 * kSecond;  // after so long on one page he starts
 struct CellOver {};
 struct StartAnew {};
 
-std::string firstLine(const std::string& text) {
-  const std::size_t begin = text.find_first_not_of(" \r\n");
-  return begin == std::string::npos ? "" : text.substr(begin, text.find_first_of("\r\n", begin) - begin);
-}
-
 class CellPlayer {
  public:
   CellPlayer(const Run& run, Moment moment, std::optional<Fault> fault, std::size_t streamLength)
       : world_(run), moment_(moment), fault_(fault), streamLength_(streamLength) {
-    world_.faulty.onHeard = [this] { onHeard(); };
-    world_.faulty.unit.onChange = [this] { onUnit(); };
+    world_.bench.onHeard = [this] { onHeard(); };
+    world_.bench.unit.onChange = [this] { onUnit(); };
   }
 
   CellResult play();

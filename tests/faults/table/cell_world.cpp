@@ -11,11 +11,9 @@ constexpr sim::Version kOldVelarcRelease = {5, 3, 0};
 
 Line lineOf(const Run& run) { return run.pages == Pages::Velarc2 ? Line::Velarc2 : Line::Wireless; }
 
-bool begins(const std::string& text, const char* start) { return text.starts_with(start); }
-
 }  // namespace
 
-CellWorld::CellWorld(const Run& run) : run_(run), faulty(time, wire, run.model), owner(run, faulty, wire) {
+CellWorld::CellWorld(const Run& run) : run_(run), bench(time, wire, run.model), owner(run, bench.unit) {
   std::filesystem::current_path(directory.path());
   directory.write("sn.wls", Bytes{0xE8, 0x03, 0x00, 0x00});
   if (run.pages == Pages::OldVelarc) {
@@ -26,12 +24,12 @@ CellWorld::CellWorld(const Run& run) : run_(run), faulty(time, wire, run.model),
   for (const sim::ProcessorState& processor : unit().processors) {
     const std::string_view name = processor.model->name;
     if (name != run.processor && name != run.behind) {
-      faulty.unit.setVersion(name, wanted(name));
+      bench.unit.setVersion(name, wanted(name));
     }
   }
-  faulty.unit.timing.firstAnnouncement = 100 * kMillisecond;
-  faulty.unit.timing.announcementGap = 50 * kMillisecond;
-  faulty.unit.startRunning();
+  bench.unit.timing.firstAnnouncement = 100 * kMillisecond;
+  bench.unit.timing.announcementGap = 50 * kMillisecond;
+  bench.unit.startRunning();
   time.setEnd(kLongest);
 }
 
@@ -95,22 +93,16 @@ sim::Version CellWorld::wanted(std::string_view processor) const {
 }
 
 bool CellWorld::unitIsGood() const {
-  for (const sim::ProcessorState& processor : unit().processors) {
-    const sim::Version version = wanted(processor.model->name);
-    if (processor.blank || processor.version.first != version.first || processor.version.second != version.second ||
-        processor.version.third != version.third) {
-      return false;
-    }
-  }
-  return true;
+  return std::ranges::all_of(unit().processors, [this](const sim::ProcessorState& processor) {
+    return !processor.blank && processor.version == wanted(processor.model->name);
+  });
 }
 
 bool CellWorld::saysSuccess() const {
-  const std::string text = Owner::pageText(*program);
   const char* const end = run_.pages == Pages::OldVelarc        ? "Congratulations!"
                           : run_.pages == Pages::ProductionLine ? "Serial Number and Preset Load Complete"
                                                                 : "Programming Complete.";
-  return begins(text, end);
+  return Owner::pageText(*program).starts_with(end);
 }
 
 const OutcomeLabel& CellWorld::outcomeLabel() const {

@@ -1,4 +1,4 @@
-// The whole program in virtual time, with a set on disk, a faulty unit on port 3 and an owner who works it: what a cell is played
+// The whole program in virtual time, with a set on disk, a unit on port 3 and an owner who works it: what a cell is played
 // in.
 #pragma once
 
@@ -7,6 +7,7 @@
 #include "cell.h"
 #include "owner.h"
 #include "releases.h"
+#include "units/virtual_unit.h"
 #include "world.h"
 
 namespace firmlane::test {
@@ -20,7 +21,7 @@ class CellWorld : public Ground {
 
   const Run& run_;
   VirtualWire& wire = wires.add(3);
-  FaultyUnit faulty;
+  sim::VirtualUnit bench;
   Owner owner;
   std::unique_ptr<Program> program;
 
@@ -32,7 +33,7 @@ class CellWorld : public Ground {
   [[nodiscard]] bool atRest() const { return restfulLooks_ >= kRestfulLooks; }
 
   [[nodiscard]] const RunState& state() const { return program->state(); }
-  [[nodiscard]] const sim::UnitState& unit() const { return faulty.unit.state(); }
+  [[nodiscard]] const sim::UnitState& unit() const { return bench.unit.state(); }
   /// Every processor runs the set on disk.
   [[nodiscard]] bool unitIsGood() const;
   /// The program says that the procedure is over and went well.

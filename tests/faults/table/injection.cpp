@@ -9,8 +9,12 @@ constexpr Micros kAnnounceLimit = 20 * kSecond;
 constexpr Micros kAnswerLimit = 10 * kSecond;
 /// From the switch to the last processor's first announcement, and what the user needs to reach the switch.
 constexpr Micros kSwitchLead = 1200 * kMillisecond;
+constexpr std::uint8_t kReport = 31;
 constexpr std::uint8_t kNextBatch = 86;
 constexpr std::uint8_t kVector = 87;
+
+/// A frame's sub-code; 0 for one that has none.
+int subCodeOf(const Bytes& frame) { return frame.size() > 5 ? frame[5] : 0; }
 
 Micros limitAt(const Run& run, Moment moment) {
   switch (moment) {
@@ -68,6 +72,7 @@ Bytes spoiled(const Bytes& frame, Fault fault, const CellWorld& world) {
   }
 }
 
+/// Spoils the next frame of the run; all others pass.
 void spoilFrame(CellWorld& world, Moment moment, Fault fault) {
   const int announcement = world.announcement();
   const bool programming = moment <= Moment::Verdict;
@@ -75,14 +80,24 @@ void spoilFrame(CellWorld& world, Moment moment, Fault fault) {
   if (fault == Fault::JustInTime || fault == Fault::JustTooLate) {
     at = world.time.now() + limitAt(world.run_, moment) + (fault == Fault::JustInTime ? -kMargin : kMargin);
   }
-  world.faulty.spoilNext(
-      [announcement, programming](const Bytes& frame) {
-        const int code = subCodeOf(frame);
-        return !programming || (code >= announcement && code < announcement + 4) || code == kNextBatch || code == kVector;
-      },
-      [&world, fault, at](const Bytes& frame) {
-        return std::vector<FaultyUnit::Arrival>{{at, spoiled(frame, fault, world)}};
-      });
+  world.bench.intercept = [&world, announcement, programming, fault, at, spoilt = false](const Bytes& frame, int baud) mutable {
+    const int code = subCodeOf(frame);
+    const bool concerned =
+        !programming || (code >= announcement && code < announcement + 4) || code == kNextBatch || code == kVector;
+    if (spoilt || !concerned) {
+      return false;
+    }
+    spoilt = true;
+    world.time.at(std::max(at, world.time.now()),
+                  [&wire = world.wire, bytes = spoiled(frame, fault, world), baud] { wire.send(bytes, baud); });
+    return true;
+  };
+}
+
+/// A report that nobody has asked for.
+void report(CellWorld& world, int subCode) {
+  const auto code = static_cast<std::uint8_t>(subCode);
+  world.wire.send(sim::unitFrame(sim::FrameEnd::Boot, 0, kReport, ByteSpan(&code, 1)), world.bench.unit.speed());
 }
 
 void leave(CellWorld& world, Fault fault) {
@@ -101,7 +116,7 @@ void leave(CellWorld& world, Fault fault) {
 void inject(CellWorld& world, Moment moment, Fault fault) {
   switch (fault) {
     case Fault::Silence:
-      world.faulty.unit.faults.silent = true;
+      world.bench.unit.faults.silent = true;
       return;
     case Fault::JustInTime:
     case Fault::JustTooLate:
@@ -111,16 +126,16 @@ void inject(CellWorld& world, Moment moment, Fault fault) {
       }
       break;
     case Fault::EarlyVerdict:
-      return world.faulty.report(world.announcement() + 2);
+      return report(world, world.announcement() + 2);
     case Fault::WrongVerdict:
-      return world.faulty.report(world.announcement() + 3);
+      return report(world, world.announcement() + 3);
     case Fault::HeldLine:
       return world.wire.holdBack(true);
     case Fault::LostLine:
       return world.wire.vanish();
     case Fault::Box:
       world.owner.boxPatience = kSecond * 60;
-      return world.faulty.say({0x02, 0x00, 0x00, 0x00, 0x1F, 0x05, 0x27, 0x3E, 0x3E});
+      return world.wire.send(Bytes{0x02, 0x00, 0x00, 0x00, 0x1F, 0x05, 0x27, 0x3E, 0x3E}, world.bench.unit.speed());
     case Fault::Exit:
     case Fault::Closed:
       return leave(world, fault);
@@ -133,8 +148,8 @@ void inject(CellWorld& world, Moment moment, Fault fault) {
 }
 
 void heal(CellWorld& world) {
-  world.faulty.unit.faults = {};
-  world.faulty.spoilNext(nullptr, nullptr);
+  world.bench.unit.faults = {};
+  world.bench.intercept = nullptr;
   world.wire.holdBack(false);
   world.wire.openFailure.reset();
   world.owner.boxPatience = kSecond;

@@ -44,19 +44,19 @@ std::vector<const Label*> labelsOf(const Form& form) {
   return labels;
 }
 
-std::string trimmedLine(const std::string& text) {
+}  // namespace
+
+std::string firstLine(const std::string& text) {
   const std::size_t begin = text.find_first_not_of(" \r\n");
   return begin == std::string::npos ? "" : text.substr(begin, text.find_first_of("\r\n", begin) - begin);
 }
-
-}  // namespace
 
 std::string Owner::pageText(Program& program) {
   if (program.host().onScreen().empty()) {
     return "";
   }
   for (const Label* label : labelsOf(*program.host().onScreen().front())) {
-    const std::string line = trimmedLine(label->Caption);
+    const std::string line = firstLine(label->Caption);
     if (!line.empty() && label->name() != "lblOutcome") {
       return line;
     }
@@ -79,11 +79,11 @@ void Owner::look(Program& program) {
   now_ = host.queue().now();
   if (switchOffAt_ && now_ >= *switchOffAt_) {
     switchOffAt_.reset();
-    unit_.unit.powerOff();
+    unit_.powerOff();
   }
   if (switchOnAt_ && now_ >= *switchOnAt_) {
     switchOnAt_.reset();
-    unit_.unit.powerOn();
+    unit_.powerOn();
   }
   if (host.messageBox()) {
     answerBox(host);
@@ -165,7 +165,7 @@ void Owner::workForm(FormHost& host, Form& form, const std::string& text) {
       click(host, form, "Option4(1)");
     }
     // A unit of the production line is to run when its number is sent.
-    const bool starting = has(text, "Please cycle the power") && unit_.unit.state().phase != sim::Phase::Running;
+    const bool starting = has(text, "Please cycle the power") && unit_.state().phase != sim::Phase::Running;
     if (!starting) {
       click(host, form, "Command3");
     }

@@ -9,14 +9,17 @@
 #include <vector>
 
 #include "app/program.h"
-#include "faulty_unit.h"
 #include "runs.h"
+#include "units/unit.h"
 
 namespace firmlane::test {
 
+/// The first line of a text that says something.
+std::string firstLine(const std::string& text);
+
 class Owner {
  public:
-  Owner(const Run& run, FaultyUnit& unit, VirtualWire& wire) : run_(run), unit_(unit), wire_(wire) {}
+  Owner(const Run& run, sim::Unit& unit) : run_(run), unit_(unit) {}
 
   /// Looks at the program and does the next thing. Called from outside of handlers.
   void look(Program& program);
@@ -46,8 +49,7 @@ class Owner {
   bool click(FormHost& host, Form& form, const std::string& control);
 
   const Run& run_;
-  FaultyUnit& unit_;
-  VirtualWire& wire_;
+  sim::Unit& unit_;
   Micros boxSince_ = 0;
   bool boxSeen_ = false;
   bool switched_ = false;  // for the instruction that stands on the screen

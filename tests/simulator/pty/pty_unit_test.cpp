@@ -10,6 +10,7 @@
 #include "console/unit_console.h"
 #include "platform/qt/qt_platform.h"
 #include "pty/pty_unit.h"
+#include "qt_core.h"
 #include "units/firmware.h"
 #include "world.h"
 
@@ -56,6 +57,7 @@ class PtyUnitTest : public testing::Test {
     return await(answer);
   }
 
+  test::QtCore core;
   test::TemporaryDirectory directory;
   PtyUnit bench{*findUnitModel("lwx51"), kTimeScale};
   QtPlatform platform{{.directory = directory.path(), .ports = {{1, bench.path()}}, .timeScale = kTimeScale}};
