@@ -68,19 +68,14 @@ void FlashRun::runStates() {
 }
 
 void FlashRun::setUpLink() {
-  supervision_.BarValue = 0;
   state_.ProgressPercent = 0;
   state_.TimedOut = false;
   supervision_.setLimit(kAnnounceLimit);
   receivePath_.WantAnswered = false;
   receivePath_.RxBuffer.clear();
   port_.setNumber(state_.ComPort);
-  const LinkRule link = linkFor(state_);
-  if (link.settings != nullptr) {
-    port_.setSettings(link.settings);
-  }
-  if (link.outBuffer > 0) {
-    port_.setOutBufferSize(link.outBuffer);
+  if (const char* settings = settingsFor(state_)) {
+    port_.setSettings(settings);
   }
   port_.setHandshake(Handshake::None);
   port_.setReceiveThreshold(kFrameSize);

@@ -153,26 +153,23 @@ void SerialPort::requireOpen() const {
 
 Micros SerialPort::byteTime() const { return kBitsPerByte * kSecond / settings_.baud; }
 
-std::size_t SerialPort::backlogLimit() const { return std::min(kBacklog, static_cast<std::size_t>(std::max(1, outBufferSize_))); }
-
 void SerialPort::waitForRoom(std::size_t count) {
-  const std::size_t limit = backlogLimit();
-  const Micros ahead = static_cast<Micros>(limit - std::min(count, limit)) * byteTime();
-  if (lineFreeAt_ - queue_.now() <= ahead && driver_.unsent() <= limit) {
+  const Micros ahead = static_cast<Micros>(kBacklog - std::min(count, kBacklog)) * byteTime();
+  if (lineFreeAt_ - queue_.now() <= ahead && driver_.unsent() <= kBacklog) {
     return;
   }
   // Once the backlog is full, half of it drains before the next byte: one sleep for many bytes, and still no gap on the line.
-  const Micros roomAt = lineFreeAt_ - std::min(ahead, static_cast<Micros>(limit / 2) * byteTime());
+  const Micros roomAt = lineFreeAt_ - std::min(ahead, static_cast<Micros>(kBacklog / 2) * byteTime());
   while (open_ && queue_.now() < roomAt) {
     queue_.waitEventsUntil(roomAt);
   }
-  waitWhileHeldBack(limit);
+  waitWhileHeldBack();
 }
 
-void SerialPort::waitWhileHeldBack(std::size_t limit) {
+void SerialPort::waitWhileHeldBack() {
   std::size_t unsent = driver_.unsent();
   Micros giveUpAt = queue_.now() + kHeldBackLimit;
-  while (open_ && unsent > limit) {
+  while (open_ && unsent > kBacklog) {
     queue_.waitEventsUntil(queue_.now() + kHeldBackPoll);
     const std::size_t before = std::exchange(unsent, driver_.unsent());
     if (unsent != before) {

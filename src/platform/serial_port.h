@@ -60,8 +60,6 @@ class SerialPort {
   /// Settings text such as "57600,N,8,1"; of it the speed may differ. Takes effect at once. Throws Failure for any other text.
   void setSettings(const std::string& settings);
   void setHandshake(Handshake handshake);
-  /// Size of the output buffer in bytes; one smaller than 64 also bounds how far writing runs ahead of the line.
-  void setOutBufferSize(int bytes) { outBufferSize_ = bytes; }
   /// Number of waiting bytes from which OnComm is raised, by an arrival or by setting this; 0 for no events.
   void setReceiveThreshold(int bytes);
 
@@ -99,10 +97,9 @@ class SerialPort {
   [[nodiscard]] bool thresholdReached() const;
   void drain();
   void waitForRoom(std::size_t count);
-  void waitWhileHeldBack(std::size_t limit);
+  void waitWhileHeldBack();
   void apply(const LineSettings& settings);
   [[nodiscard]] Micros byteTime() const;
-  [[nodiscard]] std::size_t backlogLimit() const;
 
   EventQueue& queue_;
   SerialDriver& driver_;
@@ -110,7 +107,6 @@ class SerialPort {
   EventSlot receiveEvent_;
   int number_ = 1;
   LineSettings settings_;
-  int outBufferSize_ = 512;
   int receiveThreshold_ = 0;
   bool open_ = false;
   std::optional<Failure> lost_;

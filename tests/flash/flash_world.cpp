@@ -1,7 +1,5 @@
 #include "flash_world.h"
 
-#include <cmath>
-
 namespace firmlane::test {
 
 namespace {
@@ -56,7 +54,6 @@ void BootLoader::takeImage() {
 }
 
 FlashTest::FlashTest() {
-  receivePath_.FrameLength.fill();
   state_.ComPort = 3;
   state_.InAutoWizard = true;
   frmAuto_.prgTotal.Max = 9;
@@ -64,7 +61,8 @@ FlashTest::FlashTest() {
   world_.time.setEnd(kSecond * 7200);
   world_.screen.onChange = [this](Control& control) {
     if (&control == &form1_.lblTop) {
-      pages_.push_back({world_.time.now(), form1_.lblTop.Caption});
+      pages_.push_back(
+          {world_.time.now(), form1_.lblTop.Caption, form1_.ProgressBar1.Value, supervision_.BarValue, form1_.Timer1.enabled()});
     }
   };
 }
@@ -83,18 +81,14 @@ void FlashTest::fly(const std::string& product, const std::string& target, const
   pages_.push_back({world_.time.now(), ""});
 }
 
-int FlashTest::seconds(const std::string& from, const std::string& to) const {
-  const auto find = [this](const std::string& text, const Page& other) {
-    for (const Page& page : pages_) {
-      if (!text.empty() && page.text.starts_with(text)) {
-        return page.at;
-      }
-    }
-    EXPECT_TRUE(text.empty()) << "no page " << text;
-    return other.at;
-  };
-  const Micros span = find(to, pages_.back()) - find(from, pages_.front());
-  return static_cast<int>(std::lround(static_cast<double>(span) / kSecond));
+const FlashTest::Page& FlashTest::page(const std::string& text, const Page& other) const {
+  const auto found = std::ranges::find_if(pages_, [&](const Page& page) { return page.text.starts_with(text); });
+  EXPECT_NE(found, pages_.end()) << "no page " << text;
+  return text.empty() || found == pages_.end() ? other : *found;
+}
+
+double FlashTest::seconds(const std::string& from, const std::string& to) const {
+  return static_cast<double>(page(to, pages_.back()).at - page(from, pages_.front()).at) / kSecond;
 }
 
 std::string FlashTest::ending() const {

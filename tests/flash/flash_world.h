@@ -1,12 +1,12 @@
 // A flash run for tests: the run over the real link, and a small boot loader at the far end of port 3.
 #pragma once
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <optional>
 
 #include "flash/flash_run.h"
-#include "world.h"
+#include "link_world.h"
 
 namespace firmlane::test {
 
@@ -57,8 +57,8 @@ class FlashTest : public testing::Test {
 
   /// Runs ConnectVelarc for a processor whose loader plays the script.
   void fly(const std::string& product, const std::string& target, const Script& script);
-  /// Whole seconds between the page texts that begin so; "" for the start and the end of the run.
-  [[nodiscard]] int seconds(const std::string& from, const std::string& to) const;
+  /// Seconds between the page texts that begin so; "" for the start and the end of the run.
+  [[nodiscard]] double seconds(const std::string& from, const std::string& to) const;
   /// "TimedOut FlashPhase WizardPage port Command3 Watchdog Timer1" as a run leaves them.
   [[nodiscard]] std::string ending() const;
   /// How the record of what goes on has the last run.
@@ -68,32 +68,35 @@ class FlashTest : public testing::Test {
   /// An image of so many code bytes, "0" to "F" over and over.
   void frontImage(std::size_t codeBytes);
 
+  /// A text of the page, and how things stood when it came.
   struct Page {
     Micros at;
     std::string text;
+    int bar = 0;  // of the main form, and the value that it goes on from
+    int barValue = 0;
+    bool barMoves = false;
   };
+  /// The first page text that begins so, or `other` for "".
+  [[nodiscard]] const Page& page(const std::string& text, const Page& other) const;
 
-  World world_;
+  LinkWorld world_;
   RunState& state_ = world_.state;
   Form1& form1_ = world_.form1;
   FrmAuto& frmAuto_ = world_.frmAuto;
+  Supervision& supervision_ = world_.supervision;
+  ReceivePath& receivePath_ = world_.receivePath;
   VirtualWire& wire_ = world_.wires.add(3);
   BootLoader loader_{world_.time, wire_};
   std::vector<Page> pages_;
 
-  CommandSet commands_{world_.mainPort, state_, world_.frmAuto, world_.frmVRCAuto};
-  ShortDelay delay_{world_.queue, state_, form1_};
-  ReceivePath receivePath_{world_.host, world_.mainPort, commands_, delay_, state_, form1_, world_.frmAuto, world_.frmVRCAuto};
   DebugNotes notes_{state_, world_.frmDBUG};
-  ImageSender sender_{world_.host, world_.mainPort, world_.supervision,         world_.wizard,
-                      state_,      form1_,          receivePath_.ExpectFrameEnd};
-  ProcessorProgramming processors_{world_.files, world_.mainPort, sender_, world_.supervision, world_.wizard, state_, form1_};
-  FrontPanel frontPanel_{world_.host, world_.mainPort, delay_,  world_.supervision, world_.wizard, notes_,
-                         state_,      form1_,          frmAuto_};
+  ImageSender sender_{world_.host, world_.mainPort, supervision_, world_.wizard, state_, form1_, receivePath_.ExpectFrameEnd};
+  ProcessorProgramming processors_{world_.files, world_.mainPort, sender_, state_, form1_};
+  FrontPanel frontPanel_{world_.host, world_.mainPort, world_.delay, supervision_, world_.wizard,
+                         notes_,      state_,          form1_,       frmAuto_};
   Outcomes outcomes_{world_.host, world_.mainPort, receivePath_, world_.wizard, notes_, state_, form1_, frmAuto_};
-  FlashRun run_{world_.host,   world_.mainPort, receivePath_, world_.supervision,
-                world_.wizard, processors_,     frontPanel_,  outcomes_,
-                notes_,        state_,          form1_,       frmAuto_};
+  FlashRun run_{world_.host, world_.mainPort, receivePath_, supervision_, world_.wizard, processors_,
+                frontPanel_, outcomes_,       notes_,       state_,       form1_,        frmAuto_};
 };
 
 }  // namespace firmlane::test
