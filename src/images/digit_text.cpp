@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cctype>
 
 #include "platform/failure.h"
 
@@ -17,14 +18,9 @@ constexpr std::array<std::string_view, 16> kGroups = {"48", "49", "50", "51", "5
                                                       "56", "57", "65", "66", "67", "68", "69", "70"};
 
 int hexValue(char c) {
-  constexpr int kTen = 10;
-  if (c >= '0' && c <= '9') {
-    return c - '0';
-  }
-  if (c >= 'A' && c <= 'F') {
-    return c - 'A' + kTen;
-  }
-  return c >= 'a' && c <= 'f' ? c - 'a' + kTen : 0;
+  constexpr std::string_view kDigits = "0123456789ABCDEF";
+  const std::size_t value = kDigits.find(static_cast<char>(std::toupper(static_cast<unsigned char>(c))));
+  return value == std::string_view::npos ? 0 : static_cast<int>(value);
 }
 
 [[noreturn]] void refuse(const std::string& name, const std::string& why) {
@@ -52,7 +48,7 @@ std::string_view takeField(std::string_view& file, const std::string& name) {
   if (!endsField(file.front())) {
     refuse(name, "there is something behind a quote");
   }
-  file.remove_prefix(file.substr(0, 2) == "\r\n" ? 2 : 1);
+  file.remove_prefix(file.starts_with("\r\n") ? 2 : 1);
   return field;
 }
 

@@ -76,7 +76,7 @@ bool FrontImageLoader::OpenFile() {
 }
 
 void FrontImageLoader::readSource() {
-  std::size_t count = 0;
+  std::size_t count{};
   for (const std::uint8_t byte : Files::read(files_.path(sourceName()))) {
     SRecordText += std::to_string(byte);
     // A pass for each single byte would make the user wait for seconds.

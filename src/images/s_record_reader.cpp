@@ -1,5 +1,7 @@
 #include "images/s_record_reader.h"
 
+#include <cctype>
+
 #include "images/digit_text.h"
 #include "platform/failure.h"
 
@@ -16,7 +18,7 @@ constexpr std::size_t kFrame = 12;         // "S", type, count and line end
 constexpr std::size_t kDigitsPerByte = 4;  // two hexadecimal characters
 constexpr int kAddressAndChecksum = 3;
 
-bool isHex(char c) { return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'F') || (c >= 'a' && c <= 'f'); }
+bool isHex(char c) { return std::isxdigit(static_cast<unsigned char>(c)) != 0; }
 
 }  // namespace
 
@@ -75,7 +77,7 @@ char SRecordReader::at(std::size_t pos) const {
 
 void SRecordReader::refuse(const std::string& why, std::size_t pos) const {
   throw Failure(failure_number::kTypeMismatch, name_ + " is not an S-record file for a front panel: " + why + " at byte " +
-                                                   std::to_string((pos + 1) / kCharacter));
+                                                   std::to_string(pos / kCharacter + 1));
 }
 
 }  // namespace firmlane
