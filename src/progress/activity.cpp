@@ -18,25 +18,19 @@ struct KnownProcessor {
   std::string_view usualFor = {};
   std::string_view alsoFor = {};
 };
-constexpr std::array<KnownProcessor, 8> kProcessors = {{
-    {"NewHubFlash", "Hub", 1, "WS", "VC"},
-    {"DSPFlash", "DSP", 2, "WS", "VC"},
-    {"RF1Flash", "RF1", 3, "WS"},
-    {"RF2Flash", "RF2", 4, "WS"},
-    {"FrontFlash", "Front", 5, "WS"},
-    {"Front1Flash", "Front A", 3},
-    {"Front2Flash", "Front B", 4},
-    {"OldVRCFlash", "DSP", 1},
-}};
+constexpr KnownProcessor kProcessors[] = {
+    {"NewHubFlash", "Hub", 1, "WS", "VC"}, {"DSPFlash", "DSP", 2, "WS", "VC"}, {"RF1Flash", "RF1", 3, "WS"},
+    {"RF2Flash", "RF2", 4, "WS"},          {"FrontFlash", "Front", 5, "WS"},   {"Front1Flash", "Front A", 3},
+    {"Front2Flash", "Front B", 4},         {"OldVRCFlash", "DSP", 1},
+};
 
 ProcessorReport reportOf(const KnownProcessor& known) {
   return {.target = std::string(known.target), .name = std::string(known.name), .number = known.number};
 }
 
 ProcessorReport reportOf(const std::string& target) {
-  const auto* found =
-      std::find_if(kProcessors.begin(), kProcessors.end(), [&](const KnownProcessor& known) { return known.target == target; });
-  return found == kProcessors.end() ? ProcessorReport{.target = target, .name = target} : reportOf(*found);
+  const auto* found = std::ranges::find(kProcessors, std::string_view(target), &KnownProcessor::target);
+  return found == std::end(kProcessors) ? ProcessorReport{.target = target, .name = target} : reportOf(*found);
 }
 
 std::vector<ProcessorReport> usualProcessors(std::string_view productCode) {
@@ -95,7 +89,7 @@ Activity::Run::~Run() { activity_.setState(target_, succeeded_() ? ProcessorStat
 
 Micros Activity::left() const {
   const Phase phase = now();
-  return std::max<Micros>(0, phase.limit == 0 ? 0 : phase.since + phase.limit - clock_.now());
+  return std::max<Micros>(0, phase.since + phase.limit - clock_.now());
 }
 
 void Activity::progress(std::int64_t done, std::int64_t total) {

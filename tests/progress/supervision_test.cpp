@@ -44,18 +44,24 @@ TEST_F(SupervisionTest, OnlyAVerdictAmidTheImageEndsTheLimit) {
 }
 
 TEST_F(SupervisionTest, TicksShowProgressOnlyOfAnImageThatHasBytes) {
+  const auto tick = form1_.Watchdog.OnTimer;
+  form1_.Watchdog.OnTimer = [&] {
+    bool ran = false;
+    world_.queue.post([&] { ran = true; });
+    tick();
+    EXPECT_TRUE(ran) << "events run in a tick that shows progress";
+  };
   form1_.Watchdog.start(500);
   state_.ProgressPercent = 7;
-  supervision_.beginSending(0);
-  world_.run(kSecond);
-  EXPECT_EQ(form1_.lblProgressInfo.Caption.get(), "");
-  EXPECT_EQ(state_.ProgressPercent, 7);
-  supervision_.beginSending(200);
-  supervision_.BytesSent = 50;
-  world_.run(kSecond);
-  EXPECT_EQ(form1_.lblProgressInfo.Caption.get(), "Programmed 50 bytes (25%)");
-  EXPECT_EQ(state_.ProgressPercent, 25);
-  EXPECT_EQ(form1_.ProgressBar1.Value.get(), 25);
+  for (const auto& [total, sent, text, percent] :
+       {std::tuple{0, 0, "", 7}, {1, 1, "Programmed 1 bytes (100%)", 100}, {200, 50, "Programmed 50 bytes (25%)", 25}}) {
+    supervision_.beginSending(total);
+    supervision_.BytesSent = sent;
+    world_.run(kSecond);
+    EXPECT_EQ(form1_.lblProgressInfo.Caption.get(), text);
+    EXPECT_EQ(state_.ProgressPercent, percent);
+    EXPECT_EQ(form1_.ProgressBar1.Value.get(), total == 0 ? 0 : percent);
+  }
 }
 
 TEST_F(SupervisionTest, TheBarMovesInStepsUntilTheImageIsOut) {
