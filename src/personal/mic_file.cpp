@@ -2,6 +2,7 @@
 
 #include <charconv>
 #include <cmath>
+#include <optional>
 
 #include "platform/failure.h"
 #include "state/text.h"
@@ -22,11 +23,12 @@ constexpr char kLineEnd = '\r';
 constexpr const char* kEmptySlot = "NONE";
 
 template <typename Number>
-bool parse(const std::string& text, Number& number) {
+std::optional<Number> parse(const std::string& text) {
+  Number number{};
   const char* end = text.data() + text.size();
   const char* begin = text.starts_with('+') ? text.data() + 1 : text.data();
   const auto [rest, error] = std::from_chars(begin, end, number);
-  return error == std::errc() && rest == end;
+  return error == std::errc() && rest == end ? std::optional(number) : std::nullopt;
 }
 
 std::uint8_t low(int number) { return static_cast<std::uint8_t>(number % kGroup); }
@@ -64,12 +66,12 @@ MicGroup MicFile::filterLine() {
 
 int MicFile::percent() const {
   constexpr std::size_t kAll = 100;
-  return text_.empty() ? 0 : static_cast<int>(position_ * kAll / text_.size());
+  return static_cast<int>(position_ * kAll / text_.size());
 }
 
 void MicFile::beginLine() {
   ++line_;
-  if (position_ < text_.size() && text_[position_] == '\n') {
+  if (text_[position_] == '\n') {
     ++position_;
   }
 }
@@ -88,23 +90,23 @@ std::string MicFile::field(const char* name, char end) {
 
 double MicFile::decimal(const char* name, char end) {
   const std::string value = trimmed(field(name, end));
-  double number = 0;
-  if (!parse(value, number) || !std::isfinite(number)) {
+  const auto number = parse<double>(value);
+  if (!number || !std::isfinite(*number)) {
     fail(name, failure_number::kTypeMismatch, "\"" + value + "\" is not a number");
   }
-  return number;
+  return *number;
 }
 
 int MicFile::integer(const char* name, char end, int lowest, int highest) {
   const std::string value = trimmed(field(name, end));
-  std::int64_t number = 0;
-  if (!parse(value, number)) {
+  const auto number = parse<std::int64_t>(value);
+  if (!number) {
     fail(name, failure_number::kTypeMismatch, "\"" + value + "\" is not a whole number");
   }
-  if (number < lowest || number > highest) {
+  if (*number < lowest || *number > highest) {
     fail(name, failure_number::kOverflow, value + " is not from " + std::to_string(lowest) + " to " + std::to_string(highest));
   }
-  return static_cast<int>(number);
+  return static_cast<int>(*number);
 }
 
 MicGroup MicFile::filter() {

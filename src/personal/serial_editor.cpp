@@ -19,7 +19,7 @@ SerialEditor::SerialEditor(SerialFile& file, RunState& state, Form1& form1, NewS
 std::optional<std::int32_t> SerialEditor::entered() const {
   const std::string text = trimmed(newserial_.Text1.Text.get());
   const char* end = text.data() + text.size();
-  std::int32_t number = 0;
+  std::int32_t number{};
   const auto [rest, error] = std::from_chars(text.data(), end, number);
   if (error != std::errc() || rest != end || !SerialFile::fits(number)) {
     newserial_.host().showMessage("Please enter a whole number from 0 to " + std::to_string(SerialFile::kHighestNumber));

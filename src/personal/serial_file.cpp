@@ -34,7 +34,7 @@ std::int32_t readNumber() {
   if (content.size() < kNumberBytes) {
     return SerialFile::kFirstNumber;
   }
-  std::uint32_t number = 0;
+  std::uint32_t number{};
   for (std::size_t i = kNumberBytes; i > 0; --i) {
     number = number << kBitsPerByte | content[i - 1];
   }
@@ -106,7 +106,6 @@ void SerialFile::giveBack() {
   } catch (const Failure&) {
     // Skipped: better a number that no unit has than one that two have.
   }
-  reserved_.reset();
 }
 
 FileLock SerialFile::lock() const {

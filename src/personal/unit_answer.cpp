@@ -3,9 +3,8 @@
 namespace firmlane {
 
 bool UnitAnswer::await(const std::function<bool()>& come, int seconds, int interval) {
-  constexpr int kMillisecondsPerSecond = 1000;
   state_.TimedOut = false;
-  supervision_.setLimit(seconds * kMillisecondsPerSecond / interval);
+  supervision_.setLimit(static_cast<int>(seconds * kSecond / (interval * kMillisecond)));
   form1_.Watchdog.start(interval);
   while (!come() && !state_.TimedOut) {
     host_.queue().WaitEvents();

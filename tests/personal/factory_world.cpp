@@ -8,6 +8,9 @@ namespace {
 constexpr int kRunSpeed = 57600;
 constexpr int kBootSpeed = 9600;
 constexpr std::size_t kGroupSize = 6;
+constexpr std::array<std::string_view, 12> kShown = {"lblTop", "lblResetSerial", "lblProgressInfo", "lblOutcome",
+                                                     "txtNum", "lblSerial",      "btnSerial",       "frmModel",
+                                                     "frmUC",  "ProgressBar1",   "btnSN",           "btnMic"};
 }  // namespace
 
 FactoryUnit::FactoryUnit(VirtualTime& time, VirtualWire& wire) : time_(time), wire_(wire) {
@@ -15,7 +18,7 @@ FactoryUnit::FactoryUnit(VirtualTime& time, VirtualWire& wire) : time_(time), wi
 }
 
 void FactoryUnit::startForMicrophones(std::size_t groups) {
-  start();
+  groups_ = false;
   acknowledges_ = groups;
   send(bytes("02 00 00 00 1F 01 20 3E 3E"), kBootSpeed);
 }
@@ -55,7 +58,9 @@ void FactoryUnit::answer(const Bytes& message) {
     }
   }
   const std::int32_t address = (number[0] * 128 + number[1]) * 128 + number[2];
-  send(buildFrame(FrameKind::BootFrame, address, 31, Bytes{code}), kRunSpeed);
+  Bytes frame = buildFrame(FrameKind::BootFrame, address, 31, Bytes{code});
+  frame.pop_back();  // a unit in operation ends these with a single 3E
+  send(frame, kRunSpeed);
 }
 
 void FactoryUnit::send(Bytes bytes, int baud) {
@@ -64,7 +69,6 @@ void FactoryUnit::send(Bytes bytes, int baud) {
 
 FactoryTest::FactoryTest() {
   std::filesystem::current_path(world_.directory.path());
-  receivePath_.FrameLength.fill();
   state_.FactoryBuild = true;
   line_.showButtons();
   form1_.Command3.OnClick = [this] { next(); };
@@ -104,20 +108,32 @@ void FactoryTest::runSerial() {
   serial_.btnSN_Click();
 }
 
-void FactoryTest::writeNumber(std::int32_t number) const {
+std::string FactoryTest::content(std::int32_t number) {
   Bytes content;
   for (int shift = 0; shift < 32; shift += 8) {
     content.push_back(static_cast<std::uint8_t>(static_cast<std::uint32_t>(number) >> shift));
   }
-  world_.directory.write("sn.wls", content);
+  return hex(content);
 }
+
+void FactoryTest::writeNumber(std::int32_t number) const { world_.directory.write("sn.wls", bytes(content(number))); }
 
 std::string FactoryTest::file() const { return hex(Files::read("sn.wls")); }
 
-void FactoryTest::expectReady() const {
-  EXPECT_FALSE(wire_.isOpen());
-  EXPECT_TRUE(form1_.Command3.Enabled);
-  EXPECT_FALSE(form1_.Watchdog.enabled() && form1_.Watchdog.interval() > 0);
+std::string FactoryTest::page() const {
+  std::string text;
+  for (const Control* control : form1_.controls()) {
+    const bool ours = std::ranges::count(kShown, control->name()) > 0;
+    text += ours && control->Visible ? (text.empty() ? "" : " ") + control->name() : "";
+  }
+  text += ";";
+  const auto on = [&text](const char* name, bool is) { text += is ? std::string(" ") + name : ""; };
+  on("Next", form1_.Command3.Enabled);
+  on("port", wire_.isOpen());
+  on("Watchdog", form1_.Watchdog.enabled());
+  on("Timer1", form1_.Timer1.enabled());
+  on("Timer3", form1_.Timer3.enabled());
+  return text;
 }
 
 }  // namespace firmlane::test

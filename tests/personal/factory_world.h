@@ -5,10 +5,10 @@
 
 #include <filesystem>
 
+#include "link_world.h"
 #include "personal/mic_models.h"
 #include "personal/serial_editor.h"
 #include "personal/serial_number.h"
-#include "world.h"
 
 namespace firmlane::test {
 
@@ -28,8 +28,6 @@ class FactoryUnit {
 
   /// Switches on into the boot loader, which takes the microphone table; acknowledges the first `groups` groups.
   void startForMicrophones(std::size_t groups);
-  /// Switches on into normal operation.
-  void start() { groups_ = false; }
 
  private:
   void take(std::uint8_t byte);
@@ -54,28 +52,30 @@ class FactoryTest : public testing::Test {
   void next();
   /// A whole serial number run, with the clicks that lead through its steps.
   void runSerial();
+  /// What sn.wls holds for a number, as hex text.
+  [[nodiscard]] static std::string content(std::int32_t number);
   void writeNumber(std::int32_t number) const;
-  /// sn.wls as hex text.
   [[nodiscard]] std::string file() const;
-  /// The port is closed and the user can go on.
-  void expectReady() const;
+  /// What shows of the controls that the procedures use, and behind ";" what is on: Next, the port, timers.
+  [[nodiscard]] std::string page() const;
+  /// The page on which the next unit begins, and how it is when the last one did not go well.
+  static constexpr const char* kReady = "lblTop btnSN btnMic; Next";
+  static constexpr const char* kGivenUp = "lblTop lblOutcome btnSN btnMic; Next";
 
   std::filesystem::path before_ = std::filesystem::current_path();
-  World world_;
+  LinkWorld world_;
   RunState& state_ = world_.state;
   Form1& form1_ = world_.form1;
   VirtualWire& wire_ = world_.wires.add(2);
   FactoryUnit unit_{world_.time, wire_};
 
-  CommandSet commands_{world_.mainPort, state_, world_.frmAuto, world_.frmVRCAuto};
-  ShortDelay delay_{world_.queue, state_, form1_};
-  ReceivePath receivePath_{world_.host, world_.mainPort, commands_, delay_, state_, form1_, world_.frmAuto, world_.frmVRCAuto};
+  ReceivePath& receivePath_ = world_.receivePath;
   UnitAnswer answer_{world_.host, world_.supervision, state_, form1_};
   SerialFile serialFile_{world_.files, state_, form1_};
-  Preset preset_{world_.mainPort, commands_, receivePath_, answer_, state_, form1_};
+  Preset preset_{world_.mainPort, world_.commands, receivePath_, answer_, state_, form1_};
   FactoryLine line_{world_.mainPort, receivePath_, preset_, world_.supervision, world_.wizard, state_, form1_};
-  SerialNumber serial_{world_.host, world_.mainPort, commands_, receivePath_, answer_,         serialFile_,
-                       preset_,     line_,           state_,    form1_,       world_.newserial};
+  SerialNumber serial_{world_.host, world_.mainPort, world_.commands, receivePath_, answer_,         serialFile_,
+                       preset_,     line_,           state_,          form1_,       world_.newserial};
   SerialEditor editor_{serialFile_, state_, form1_, world_.newserial};
   MicModels mic_{world_.host,   world_.mainPort, receivePath_, answer_, world_.supervision,
                  world_.wizard, line_,           world_.files, state_,  form1_};
