@@ -7,7 +7,6 @@
 
 #include "link/command_set.h"
 #include "link/frame.h"
-#include "link/frame_ring.h"
 #include "link/short_delay.h"
 #include "platform/bytes.h"
 #include "platform/screen.h"
@@ -28,8 +27,6 @@ class ReceivePath {
   /// Bytes received and not yet delivered.
   Bytes RxBuffer;
   FrameLengths FrameLength;
-  /// Position from which the first ">" is searched.
-  std::int16_t RxSearchStart = 1;
   std::int16_t RxEventCount = 0;
   /// Only eight-byte answers and the single byte "A" are expected.
   bool ExpectFrameEnd = false;
@@ -54,7 +51,7 @@ class ReceivePath {
   void dropToFrameStart(Bytes& work);
   void showWork(const Bytes& work, std::int16_t end);
   void deliver();
-  void GetMsg();
+  void GetMsg(const Bytes& message);
   void act(const SubCodeRule& rule, const Bytes& message);
   void answer(const SubCodeRule& rule);
 
@@ -66,9 +63,6 @@ class ReceivePath {
   Form1& form1_;
   FrmAuto& frmAuto_;
   FrmVRCAuto& frmVRCAuto_;
-  std::array<Bytes, kRingSlots> RxQueue_;
-  std::int16_t RxQueueWrite_ = 0;
-  std::int16_t RxQueueRead_ = 0;
 };
 
 }  // namespace firmlane

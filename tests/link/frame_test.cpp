@@ -46,8 +46,9 @@ TEST(Frame, TheCheckAcceptsGoodFramesOnlyAndNeverReadsBeyondThem) {
            {"02 01 02 03 69 01 02 03 04 05 06 07 08 09 0A 0B 0C 3D 3E", 1, "code 105"},
            {"02 01 02 03 69 01 02 03 04 05 06 07 08 09 0A 0B 0D 3D 3E", 0, "code 105, bad byte"},
            {"02 01 02 03 69 01 02 03 04 05 06 07 08 09 0A 0B 0C", 0, "code 105, cut"},
+           {"02 00 00 00 1F 02 21", 1, "its end is still to come"},
            {"02 00 00 00 1F 02", 0, "cut in front of the checksum"},
-           {"02 00 00", 0, "cut in front of the code"},
+           {"02 00 00 00", 0, "cut in front of the code"},
            {"", 0, "nothing"},
        }) {
     EXPECT_EQ(Valid_Check(bytes(c.frame), lengths), c.good) << c.what;
@@ -123,6 +124,8 @@ TEST_F(CommandSetTest, SerialNumbersTravelWithoutTheirModelDigit) {
   world_.mainPort.Open();
   for (const Case& c : {Case{1000128, "02 00 00 00 27 00 01 00 00 00 00 28 80"},
                         {300, "02 00 00 00 27 00 02 2C 00 00 00 55 80"},
+                        {123456, "02 00 00 00 27 07 44 40 00 00 00 32 80"},
+                        {1234567, "02 00 00 00 27 0E 28 47 00 00 00 24 80"},
                         {10000300, "02 00 00 00 27 00 02 2C 00 00 00 55 80"},
                         {-5, "02 00 00 00 27 7F 7F 7B 00 00 00 20 80"}}) {
     const auto before = static_cast<std::ptrdiff_t>(wire_.sent().size());

@@ -3,15 +3,12 @@
 
 #include <gtest/gtest.h>
 
-#include "link/receive_path.h"
-#include "world.h"
+#include "link_world.h"
 
 namespace firmlane::test {
 
 class LinkTest : public testing::Test {
  protected:
-  LinkTest() { receive_.FrameLength.fill(); }
-
   void open() {
     world_.mainPort.setNumber(1);
     world_.mainPort.setReceiveThreshold(1);
@@ -34,12 +31,10 @@ class LinkTest : public testing::Test {
     return hex(frame) + "3E 3E";
   }
 
-  World world_;
+  LinkWorld world_;
   VirtualWire& wire_ = world_.wires.add(1);
   RunState& state_ = world_.state;
-  CommandSet commands_{world_.mainPort, state_, world_.frmAuto, world_.frmVRCAuto};
-  ShortDelay delay_{world_.queue, state_, world_.form1};
-  ReceivePath receive_{world_.host, world_.mainPort, commands_, delay_, state_, world_.form1, world_.frmAuto, world_.frmVRCAuto};
+  ReceivePath& receive_ = world_.receivePath;
 };
 
 }  // namespace firmlane::test
