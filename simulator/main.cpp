@@ -23,6 +23,7 @@
 #include "platform/qt/identity.h"
 #include "platform/qt/standard_input.h"
 #include "replay/script.h"
+#include "web/record_files.h"
 #include "web/web_console.h"
 
 namespace {
@@ -62,6 +63,14 @@ bool command(const std::unique_ptr<UnitBench>& bench, std::optional<Web>& web, c
   return goesOn;
 }
 
+void writeScript(const SimulatorOptions& options) {
+  const Recording recording = readRecording(Files::readText(options.script));
+  if (!options.files.empty()) {
+    putFiles(recording, shelfWith(options.directory), options.files);
+  }
+  std::cout << consoleScript(recording);
+}
+
 int simulate(const SimulatorOptions& options) {
   std::unique_ptr<UnitBench> bench;
   if (options.model != nullptr) {
@@ -96,11 +105,11 @@ int main(int argc, char** argv) {
       std::cout << versionLine("firmlane-simulator");
       return 0;
     }
+    writeImages(options);
     if (!options.script.empty()) {
-      std::cout << consoleScript(readRecording(Files::readText(options.script)));
+      writeScript(options);
       return 0;
     }
-    writeImages(options);
     if (!options.replay.empty()) {
       const QCoreApplication application(argc, argv);
       return runReplay(options, print);

@@ -35,7 +35,7 @@ struct Option {
   void (*take)(SimulatorOptions& options, const std::string& value);
 };
 
-constexpr std::array<Option, 14> kOptions = {{
+constexpr std::array<Option, 15> kOptions = {{
     {"--unit", "NAME", "the unit at the far end of the line",
      [](SimulatorOptions& options, const std::string& value) {
        options.model = findUnitModel(value);
@@ -80,6 +80,8 @@ constexpr std::array<Option, 14> kOptions = {{
      [](SimulatorOptions& options, const std::string& value) { options.replay = value; }},
     {"--script", "FILE", "prints what the user of a record did, as commands for firmlane-console",
      [](SimulatorOptions& options, const std::string& value) { options.script = value; }},
+    {"--files", "DIR", "with --script: puts the files there that the record's program found; those it lacks are taken from --dir",
+     [](SimulatorOptions& options, const std::string& value) { options.files = value; }},
     {"--help", nullptr, "this text", [](SimulatorOptions& options, const std::string&) { options.help = true; }},
     {"--version", nullptr, "the version", [](SimulatorOptions& options, const std::string&) { options.version = true; }},
 }};

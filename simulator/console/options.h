@@ -22,6 +22,7 @@ struct SimulatorOptions {
   int webPort = 0;     // 0: a free one
   std::string replay;  // a record to play; empty for none
   std::string script;  // a record whose user is written out; empty for none
+  std::string files;   // where the files go that its program found; empty for nowhere
   bool help = false;
   bool version = false;
 };

@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QTimer>
 #include <algorithm>
+#include <chrono>
 #include <optional>
 
 #include "console/device_link.h"
@@ -10,23 +11,17 @@
 #include "platform/files.h"
 #include "platform/qt/standard_input.h"
 #include "pty/pty_replay.h"
-#include "web/maker_site.h"
+#include "web/record_files.h"
 #include "web/replay_web.h"
 
 namespace firmlane::sim {
 
 namespace {
 
-QString shown(const std::string& text) { return QString::fromStdString(text); }
+constexpr std::chrono::milliseconds kLookForEnd{100};
+constexpr int kLooks = 50;
 
-Shelf shelfFor(const SimulatorOptions& options) {
-  Shelf shelf;
-  for (const auto& [path, page] : makeMakerSite("")) {
-    shelf.add(Bytes(page.body.begin(), page.body.end()));
-  }
-  shelf.addDirectory(options.directory);
-  return shelf;
-}
+QString shown(const std::string& text) { return QString::fromStdString(text); }
 
 /// A record with its ports and its web server.
 class ReplayBench {
@@ -40,6 +35,7 @@ class ReplayBench {
   void start();
   /// Ends the application; what has not been played by now counts as a difference.
   void stop();
+  [[nodiscard]] bool agrees() const { return line_.replay.difference().empty(); }
 
  private:
   void tellEnd();
@@ -49,18 +45,21 @@ class ReplayBench {
   Shelf shelf_;
   PtyReplay line_;
   std::optional<ReplayWeb> web_;
+  QTimer leaving_;
+  int looksLeft_ = kLooks;
 };
 
 ReplayBench::ReplayBench(const SimulatorOptions& options, std::function<void(const QJsonObject&)> print)
     : print_(std::move(print)),
       recording_(readRecording(Files::readText(options.replay))),
-      shelf_(shelfFor(options)),
+      shelf_(shelfWith(options.directory)),
       line_(recording_, options.timeScale) {
   for (const auto& [port, device] : line_.devices()) {
     print_({{"pty", shown(device)}, {"port", port}});
   }
   if (std::any_of(recording_.entries.begin(), recording_.entries.end(), [](const Entry& entry) { return entry.kind == "get"; })) {
     web_.emplace(recording_, shelf_, line_.replay, options.webPort);
+    web_->onRequest = [this](const std::string& url) { line_.observeRequest(url); };
     line_.onAnswer = [this](const Entry& entry) { return web_->answer(entry); };
     print_({{"server", shown(web_->url())}});
   }
@@ -78,6 +77,7 @@ std::string ReplayBench::device() const {
 }
 
 void ReplayBench::start() {
+  print_({{"replay", "begins"}});
   line_.replay.onOver = [this] { tellEnd(); };
   line_.replay.start();
 }
@@ -93,8 +93,17 @@ void ReplayBench::tellEnd() {
   const std::string& difference = line_.replay.difference();
   print_(difference.empty() ? QJsonObject{{"replay", "done"}}
                             : QJsonObject{{"replay", "difference"}, {"text", shown(difference)}});
-  // The event loop may not have begun.
-  QTimer::singleShot(0, [status = difference.empty() ? 0 : 1] { QCoreApplication::exit(status); });
+  if (!difference.empty()) {
+    QTimer::singleShot(0, [] { QCoreApplication::exit(1); });  // the event loop may not have begun
+    return;
+  }
+  // A program that has still to look at the last answer must not find its adapter gone.
+  leaving_.callOnTimeout([this] {
+    if (!line_.inUse() || --looksLeft_ == 0) {
+      QCoreApplication::exit(0);
+    }
+  });
+  leaving_.start(kLookForEnd);
 }
 
 }  // namespace
@@ -111,7 +120,9 @@ int runReplay(const SimulatorOptions& options, const std::function<void(const QJ
       },
       [&bench] { bench.stop(); }, StandardInput::EndOfFile::MeansNoLines);
   bench.start();
-  return QCoreApplication::exec();
+  const int status = QCoreApplication::exec();
+  bench.stop();  // a signal may have ended it
+  return bench.agrees() ? status : 1;
 }
 
 }  // namespace firmlane::sim

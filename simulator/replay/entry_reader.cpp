@@ -231,6 +231,9 @@ void takeBody(Words& words, Entry& entry) {
 /// `"wls.bin" 24000 bytes sum 0123456789ABCDEF`, `"sn.wls": DB 05 00 00`, `"sn.wls" missing`
 void takeFile(Words& words, Entry& entry) {
   entry.words.push_back(words.text());
+  if (entry.words.back().find_first_of("/\\:") != std::string::npos || entry.words.back().starts_with('.')) {
+    refuse("a file has a plain name");  // it may be written as one
+  }
   const std::string word = words.word();
   if (word == ":") {
     entry.bytes = inFull(takeHexUpTo(words, ""));

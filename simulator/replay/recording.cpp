@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <set>
 
 #include "platform/failure.h"
 #include "record/record.h"
@@ -83,6 +84,18 @@ void takeHead(Recording& recording, const Lines& lines) {
 std::string Recording::headOf(const std::string& name) const {
   const auto found = head.find(name);
   return found == head.end() ? std::string() : found->second;
+}
+
+std::vector<const Entry*> Recording::filesAtFirst() const {
+  std::vector<const Entry*> files;
+  std::set<std::string> met;
+  for (const Entry& entry : entries) {
+    if (entry.kind == "file" && met.insert(entry.words.front()).second && entry.words.back() != "missing" &&
+        entry.words.back() != "not") {
+      files.push_back(&entry);
+    }
+  }
+  return files;
 }
 
 Recording readRecording(std::string_view text) {

@@ -46,6 +46,8 @@ struct Recording {
 
   /// The value of that name in the head; empty when there is none.
   [[nodiscard]] std::string headOf(const std::string& name) const;
+  /// The files that were there when the program first turned to them.
+  [[nodiscard]] std::vector<const Entry*> filesAtFirst() const;
 };
 
 /// Reads a record. What stands in front of its title is passed over, quote signs of a mail before each line too. Throws Failure

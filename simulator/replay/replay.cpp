@@ -11,9 +11,10 @@ namespace firmlane::sim {
 
 namespace {
 
-constexpr Micros kLook = 5 * kMillisecond;
 // Longer than any limit of the program: what has not come by then does not come.
 constexpr Micros kPatience = 200 * kSecond;
+// By so much the last question before an answer may come earlier than it did.
+constexpr Micros kRhythm = kSecond;
 constexpr std::size_t kEnds = 16;
 constexpr std::size_t kMostEarly = 4096;
 
@@ -84,13 +85,8 @@ void Replay::advance() {
         plan(*entry);
         return;
       case Role::LineState:
-        if (!stage_.holds(*entry)) {
-          stage_.after(kLook, [this, alive = std::weak_ptr(life_), mine = at_] {
-            if (!alive.expired() && at_ == mine) {
-              advance();
-            }
-          });
-          return;
+        if (!stage_.takes(*entry)) {
+          return;  // it looks again
         }
         matched(*entry);
         break;
@@ -116,8 +112,8 @@ void Replay::plan(const Entry& entry) {
   // An adapter that goes in mid-stream goes at its byte: by its time the program would have sent others.
   const Micros wait = entry.kind == "lost" && streaming_ ? 0 : std::max<Micros>(0, entry.time - anchorTime_);
   const Micros due = anchor_ + wait;
-  stage_.after(std::max<Micros>(0, due - stage_.now()), [this, alive = std::weak_ptr(life_)] {
-    if (!alive.expired() && !over_) {
+  stage_.after(std::max<Micros>(0, due - stage_.now()), [this, alive = std::weak_ptr(life_), mine = at_] {
+    if (!alive.expired() && !over_ && at_ == mine) {
       perform();
     }
   });
@@ -143,6 +139,13 @@ void Replay::perform() {
 void Replay::matched(const Entry& entry) {
   anchor_ = stage_.now();
   anchorTime_ = entry.time;
+  if (entry.kind == "sent") {
+    asking_ = questionsOf(entry.bytes).has_value();
+  } else if (entry.kind == "open") {
+    told_.clear();
+  } else if (entry.kind == "heard") {
+    told_.insert(entry.text);
+  }
   streaming_ = entry.kind == "sent" ? !entry.bytes.inFull : streaming_ && entry.kind == "heard";
   heard_ = 0;
   sum_ = kSumOfNothing;
@@ -168,7 +171,7 @@ void Replay::observeRequest(const std::string& url) {
   if (over_) {
     return;
   }
-  skipLineStates();
+  comeToTraffic();
   const Entry* entry = next();
   const std::string asked = pathOf(withoutContact(url));
   if (entry == nullptr) {
@@ -182,20 +185,81 @@ void Replay::observeRequest(const std::string& url) {
   advance();
 }
 
-/// What was sent tells that the port had been opened, however briefly it was seen so.
-void Replay::skipLineStates() {
-  while (next() != nullptr && (roleOf(*next()) == Role::LineState || roleOf(*next()) == Role::PassedOver)) {
-    matched(*next());
+void Replay::look() {
+  const Entry* entry = next();
+  if (over_ || entry == nullptr) {
+    return;
   }
+  if (roleOf(*entry) == Role::LineState) {
+    advance();
+    return;
+  }
+  const bool traffic = entry->kind == "sent" || entry->kind == "heard";
+  const std::string moved = traffic ? stage_.movedOn(entry->port()) : std::string();
+  if (!moved.empty() && !skipReading()) {
+    differ(*entry, "now: " + moved);
+  }
+}
+
+/// A program that has read enough asks no further, and is not told again what it knows. False when there is more in what is next.
+bool Replay::skipReading() {
+  std::size_t end = at_;
+  for (; end < recording_.entries.size() && roleOf(recording_.entries[end]) != Role::LineState; ++end) {
+    const Entry& entry = recording_.entries[end];
+    const bool again =
+        (entry.kind == "sent" && questionsOf(entry.bytes)) || (entry.kind == "heard" && told_.contains(entry.text));
+    if (!again && roleOf(entry) != Role::PassedOver) {
+      return false;
+    }
+  }
+  planned_ = false;
+  while (at_ < end) {
+    matched(recording_.entries[at_]);
+  }
+  advance();
+  return true;
+}
+
+/// Past what the program has to have done with its ports before it can send or ask for a page.
+void Replay::comeToTraffic() {
+  if (!planned_ && next() != nullptr && roleOf(*next()) != Role::Output) {
+    advance();
+  }
+}
+
+/// The furthest of the questions that are next, if questions are.
+std::optional<Question> Replay::questionsNext() const {
+  const Entry* entry = next();
+  return part_ == ReplayPart::LineAndWeb && entry != nullptr && entry->kind == "sent" ? questionsOf(entry->bytes) : std::nullopt;
+}
+
+/// Returns how many bytes were a question of a reading; none when it is not the time for one.
+std::size_t Replay::hearQuestion(int port, ByteSpan bytes) {
+  const auto asked = questionAt(bytes);
+  const auto expected = questionsNext();
+  if (part_ != ReplayPart::LineAndWeb || !asked || (!expected && !asking_)) {
+    return 0;
+  }
+  // A unit that took its time, most often because its user did, takes it again.
+  if (expected && *asked >= *expected && next()->port() == port &&
+      stage_.now() - anchor_ >= next()->time - anchorTime_ - kRhythm) {
+    matched(*next());
+    advance();
+  }
+  return kQuestionSize;
 }
 
 void Replay::hear(int port, ByteSpan bytes) {
   while (!bytes.empty() && !over_) {
-    skipLineStates();
+    comeToTraffic();
     const Entry* entry = next();
     if (entry == nullptr) {
       finish();
       return;
+    }
+    if (const std::size_t question = hearQuestion(port, bytes); question > 0) {
+      bytes = bytes.subspan(question);
+      continue;
     }
     if (planned_ && streaming_ && early_.size() + bytes.size() <= kMostEarly) {
       early_.insert(early_.end(), bytes.begin(), bytes.end());

@@ -9,9 +9,11 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 
 #include "platform/failure.h"
+#include "replay/questions.h"
 #include "replay/recording.h"
 
 namespace firmlane::sim {
@@ -24,8 +26,12 @@ class ReplayStage {
   virtual void after(Micros span, std::function<void()> action) = 0;
   /// Does what an entry tells of the outside world. Returns why it cannot be done, or nothing.
   virtual std::optional<std::string> perform(const Entry& entry) = 0;
-  /// Whether the line is as this entry of a port says; asked only of a stage that is not told when it changes.
-  [[nodiscard]] virtual bool holds(const Entry& /*entry*/) const { return true; }
+  /// Whether the program has done with its port what this entry says; with that it is told, and what it has done next is asked
+  /// for next. Only of a stage that sees ports from outside, as are the other two.
+  virtual bool takes(const Entry& /*entry*/) { return true; }
+  /// What the program has done with this port that was not asked for, once nothing it sent before can come any more, as the
+  /// record would say it; empty for nothing.
+  [[nodiscard]] virtual std::string movedOn(int /*port*/) const { return {}; }
 };
 
 /// Which entries are played and compared. The rest is passed over.
@@ -49,6 +55,8 @@ class Replay {
   void observeRequest(const std::string& url);
   /// The program has sent bytes.
   void hear(int port, ByteSpan bytes);
+  /// The line may have changed, and what has come before is heard; for a stage that sees ports from outside.
+  void look();
 
   /// Called, from within one of the stage's actions or of the calls above, when nothing is left to play or a difference was
   /// found.
@@ -74,7 +82,10 @@ class Replay {
   void plan(const Entry& entry);
   void perform();
   void matched(const Entry& entry);
-  void skipLineStates();
+  void comeToTraffic();
+  [[nodiscard]] std::optional<Question> questionsNext() const;
+  bool skipReading();
+  std::size_t hearQuestion(int port, ByteSpan bytes);
   [[nodiscard]] std::size_t hearPart(ByteSpan bytes);
   void completeStream(const Entry& entry);
   void differ(const Entry& entry, const std::string& how);
@@ -90,6 +101,8 @@ class Replay {
   Bytes tail_;                     // the last of them
   Bytes early_;                    // bytes of a stream that goes on over an answer, which has not come yet
   bool streaming_ = false;         // the entry before was a long stream
+  bool asking_ = false;            // the last that was sent were questions of a reading
+  std::set<std::string> told_;     // what was heard in it
   Micros anchor_ = 0;              // when the entry before was done
   Micros anchorTime_ = 0;          // and when the record did it
   std::shared_ptr<char> life_ = std::make_shared<char>();  // planned actions die with the player

@@ -11,79 +11,175 @@ namespace firmlane::sim {
 
 namespace {
 
-constexpr const char* kPatience = " 300\n";
 constexpr std::array<std::string_view, 4> kOnControls = {"click", "choose", "type", "close"};
+// Words that stood for less have a program that looks at them gone by the time it looks.
+constexpr Micros kLasting = 2 * kSecond;
+constexpr Micros kPatience = 20 * kSecond;
 
-std::string json(const std::string& text) {
+std::string json(std::string_view text) {
   std::string result = "\"";
   for (const char c : text) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (byte >= 0x20 && byte < 0x7F && c != '"' && c != '\\') {
+    if (c >= 0x20 && c < 0x7F && c != '"' && c != '\\') {
       result += c;
     } else {
       std::array<char, 8> escape{};
-      std::snprintf(escape.data(), escape.size(), "\\u%04X", static_cast<unsigned>(byte));
+      std::snprintf(escape.data(), escape.size(), "\\u%04X", static_cast<unsigned>(static_cast<unsigned char>(c)));
       result += escape.data();
     }
   }
   return result + "\"";
 }
 
-/// What stands on the screen, the latest words last.
-class Screen {
+/// What in a text would be the same on any computer: not the names of directories, servers and devices, nor letters that the
+/// console may show in more than one way.
+class SameAnywhere {
  public:
-  void take(const Entry& entry) {
-    if (entry.kind == "box" || entry.kind == "answer") {
-      box_ = entry.kind == "box";
-    } else if (entry.kind == "says") {
-      forget(entry.words[0], true);
-      words_.emplace_back(entry.words[0], entry.words[2]);
-    } else if (entry.kind == "gone") {
-      forget(entry.words[0], true);
-    } else if (entry.kind == "hide" || entry.kind == "unload") {
-      forget(entry.words[0] + ".", false);
+  explicit SameAnywhere(const Recording& recording)
+      : names_{recording.headOf("directory"), recording.headOf("server"), recording.headOf("registration")} {}
+
+  /// How a path compares with a text, as the console's "wait" has it.
+  [[nodiscard]] std::string comparison(const std::string& text) const {
+    std::string_view longest;
+    std::size_t begin = 0;
+    for (std::size_t at = 0; at < text.size();) {
+      const std::size_t other = differing(text, at);
+      if (other > 0) {
+        longest = std::max(longest, std::string_view(text).substr(begin, at - begin), shorter);
+        begin = at + other;
+      }
+      at += std::max<std::size_t>(other, 1);
     }
-  }
-  [[nodiscard]] std::string wait() const {
-    if (box_) {
-      return std::string("wait messagebox") + kPatience;
-    }
-    return words_.empty() ? std::string()
-                          : "wait " + words_.back().first + ".caption == " + json(words_.back().second) + kPatience;
+    longest = std::max(longest, std::string_view(text).substr(begin), shorter);
+    return (longest.size() == text.size() ? " == " : " contains ") + json(longest);
   }
 
  private:
-  void forget(const std::string& name, bool whole) {
-    std::erase_if(words_, [&](const auto& said) { return whole ? said.first == name : said.first.starts_with(name); });
+  static bool shorter(std::string_view a, std::string_view b) { return a.size() < b.size(); }
+
+  /// How many bytes from here on may be others elsewhere.
+  [[nodiscard]] std::size_t differing(std::string_view text, std::size_t at) const {
+    for (const std::string& name : names_) {
+      if (!name.empty() && text.substr(at).starts_with(name)) {
+        return name.size();
+      }
+    }
+    const bool device = text[at] == '(' && text.substr(0, at).ends_with(' ') && text.substr(at).starts_with("(/dev/");
+    return device ? std::min(text.find(')', at), text.size()) - at : static_cast<unsigned char>(text[at]) >= 0x7F ? 1 : 0;
   }
 
-  std::deque<std::pair<std::string, std::string>> words_;
-  bool box_ = false;
+  std::array<std::string, 3> names_;
 };
 
-std::string command(const Entry& entry) {
-  if (entry.kind == "type") {
-    return "type " + entry.words[0] + " " + json(entry.words[1] == kNotKept ? "x" : entry.words[1]) + "\n";
+/// Writes the script as it follows what stands on the screen.
+class Script {
+ public:
+  explicit Script(const Recording& recording) : sameAnywhere_(recording) {
+    for (const Entry& entry : recording.entries) {
+      take(entry);
+    }
+    waitForLasting([](const Said&) { return true; }, 0);
+    waitForBox();
+    // What the program and the unit went on to say to each other takes its time.
+    text_ += "sleep " + std::to_string((longer(now_ - stepAt_) + kLasting) / kSecond) + "\n";
   }
-  return entry.text + "\n";
-}
+  [[nodiscard]] std::string text() const { return text_; }
+
+ private:
+  struct Said {
+    std::string control;
+    std::string words;
+    Micros since;
+    std::size_t line;
+    bool waitedFor;
+  };
+
+  void take(const Entry& entry) {
+    now_ = entry.time;
+    if (entry.kind == "answer") {
+      waitForLasting([](const Said&) { return true; }, kLasting);
+      step(entry.line);
+      waitForBox();
+      text_ += entry.text + "\n";
+      stepAt_ = now_;
+      box_.clear();
+    } else if (std::find(kOnControls.begin(), kOnControls.end(), entry.kind) != kOnControls.end()) {
+      act(entry);
+    } else if (entry.kind == "box") {
+      box_ = sameAnywhere_.comparison(entry.words[2]);
+      boxAt_ = entry.time;
+    } else if (entry.kind == "says" || entry.kind == "gone") {
+      forget([&entry](const Said& said) { return said.control == entry.words[0]; });
+      if (entry.kind == "says") {
+        said_.push_back({entry.words[0], entry.words[2], entry.time, entry.line, false});
+      }
+    } else if (entry.kind == "hide" || entry.kind == "unload") {
+      forget([&entry](const Said& said) { return said.control.starts_with(entry.words[0] + "."); });
+    }
+  }
+
+  void act(const Entry& entry) {
+    waitForLasting([](const Said&) { return true; }, kLasting);
+    if (!said_.empty()) {
+      waitFor(said_.back());
+    }
+    step(entry.line);
+    if (entry.kind != "close") {
+      wait(entry.words[0] + ".enabled == true", now_);
+    }
+    text_ += entry.kind != "type" ? entry.text
+                                  : "type " + entry.words[0] + " " + json(entry.words[1] == kNotKept ? "x" : entry.words[1]);
+    text_ += "\n";
+    stepAt_ = now_;
+  }
+
+  void waitForBox() {
+    if (!box_.empty()) {
+      wait("MessageBox.text" + box_, boxAt_);
+    }
+  }
+
+  template <typename Which>
+  void forget(Which which) {
+    waitForLasting(which, kLasting);
+    std::erase_if(said_, which);
+  }
+
+  template <typename Which>
+  void waitForLasting(Which which, Micros span) {
+    for (Said& said : said_) {
+      if (which(said) && now_ - said.since >= span) {
+        waitFor(said);
+      }
+    }
+  }
+
+  void waitFor(Said& said) {
+    if (!said.waitedFor) {
+      said.waitedFor = true;
+      step(said.line);
+      wait(said.control + ".caption" + sameAnywhere_.comparison(said.words), said.since);
+    }
+  }
+
+  static Micros longer(Micros span) { return span > 0 ? span + span / 4 : 0; }
+  void step(std::size_t line) { text_ += "# line " + std::to_string(line) + " of the record\n"; }
+  /// For as long as the record took from the step before to what is waited for, and some patience.
+  void wait(const std::string& what, Micros cameAt) {
+    text_ += "wait " + what + " " + std::to_string((longer(cameAt - stepAt_) + kPatience) / kSecond) + "\n";
+    stepAt_ = std::max(stepAt_, cameAt);
+  }
+
+  SameAnywhere sameAnywhere_;
+  std::deque<Said> said_;
+  std::string box_;  // how its text compares, while one is up
+  Micros boxAt_ = 0;
+  Micros now_ = 0;
+  Micros stepAt_ = 0;
+  std::string text_;
+};
 
 }  // namespace
 
-std::string consoleScript(const Recording& recording) {
-  std::string script;
-  Screen screen;
-  for (const Entry& entry : recording.entries) {
-    if (entry.kind == "answer") {
-      script += screen.wait() + command(entry);
-    } else if (std::find(kOnControls.begin(), kOnControls.end(), entry.kind) != kOnControls.end()) {
-      script += screen.wait();
-      script += entry.kind == "close" ? "" : "wait " + entry.words[0] + ".enabled == true" + kPatience;
-      script += command(entry);
-    }
-    screen.take(entry);
-  }
-  return script + screen.wait();
-}
+std::string consoleScript(const Recording& recording) { return Script(recording).text(); }
 
 }  // namespace firmlane::sim

@@ -1,5 +1,7 @@
 #include "web/replay_web.h"
 
+#include <array>
+
 #include "platform/failure.h"
 #include "replay/http_reason.h"
 
@@ -7,9 +9,35 @@ namespace firmlane::sim {
 
 namespace {
 constexpr qint64 kLongestRequest = 16384;
+
+/// What a server does for a program to say that a request has failed in these words.
+struct Break {
+  const char* words;
+  void (*carryOut)(QTcpSocket& socket);
+};
+constexpr std::array<Break, 3> kBreaks = {{
+    {"ended before the answer began", [](QTcpSocket& socket) { socket.abort(); }},
+    {"Connection closed",
+     [](QTcpSocket& socket) {
+       socket.write("HTTP/1.1 200 OK\r\nContent-Length: 65536\r\n\r\nT");
+       socket.disconnectFromHost();
+     }},
+    {"too long", [](QTcpSocket&) {}},  // the program's own patience ends
+}};
+
+std::optional<std::string> breakOff(QTcpSocket& socket, const std::string& words) {
+  for (const Break& known : kBreaks) {
+    if (words.find(known.words) != std::string::npos) {
+      known.carryOut(socket);
+      return std::nullopt;
+    }
+  }
+  return "no server on this computer can make a request fail like that; in virtual time the record can be played";
+}
+
 }  // namespace
 
-ReplayWeb::ReplayWeb(const Recording& recording, const Shelf& shelf, Replay& replay, int port)
+ReplayWeb::ReplayWeb(const Recording& recording, const Shelf& shelf, const Replay& replay, int port)
     : recording_(recording), shelf_(shelf), replay_(replay) {
   if (!server_.listen(QHostAddress::LocalHost, static_cast<quint16>(port))) {
     throw Failure(static_cast<int>(server_.serverError()),
@@ -32,7 +60,9 @@ void ReplayWeb::take(QTcpSocket& socket) {
   socket.readAll();
   const QList<QByteArray> words = head.left(head.indexOf("\r\n")).split(' ');
   asking_ = &socket;
-  replay_.observeRequest(QByteArray::fromPercentEncoding(words.size() > 1 ? words[1] : QByteArray()).toStdString());
+  if (onRequest) {
+    onRequest(QByteArray::fromPercentEncoding(words.size() > 1 ? words[1] : QByteArray()).toStdString());
+  }
 }
 
 std::optional<std::string> ReplayWeb::answer(const Entry& entry) {
@@ -40,8 +70,7 @@ std::optional<std::string> ReplayWeb::answer(const Entry& entry) {
     return std::nullopt;  // the program has given the request up
   }
   if (entry.kind != "got") {
-    asking_->abort();
-    return std::nullopt;
+    return breakOff(*asking_, entry.failureText());
   }
   const Entry* bodyEntry = replay_.bodyBehind(entry);
   const Bytes* known = bodyEntry == nullptr ? nullptr : shelf_.find(bodyEntry->bytes);

@@ -5,6 +5,7 @@
 #include <QPointer>
 #include <QTcpServer>
 #include <QTcpSocket>
+#include <functional>
 #include <string>
 
 #include "replay/replay.h"
@@ -15,8 +16,10 @@ namespace firmlane::sim {
 class ReplayWeb {
  public:
   /// Listens at once; port 0 takes a free one. All three outlive it. Throws Failure when the port is taken.
-  ReplayWeb(const Recording& recording, const Shelf& shelf, Replay& replay, int port);
+  ReplayWeb(const Recording& recording, const Shelf& shelf, const Replay& replay, int port);
 
+  /// A page is asked for: an address without scheme and host.
+  std::function<void(const std::string& url)> onRequest;
   [[nodiscard]] const std::string& url() const { return url_; }
   /// Sends what an entry says to whoever asked last. Returns why it cannot be done, or nothing.
   std::optional<std::string> answer(const Entry& entry);
@@ -27,7 +30,7 @@ class ReplayWeb {
 
   const Recording& recording_;
   const Shelf& shelf_;
-  Replay& replay_;
+  const Replay& replay_;
   std::string url_;
   QPointer<QTcpSocket> asking_;
   QTcpServer server_;

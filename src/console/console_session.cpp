@@ -98,12 +98,29 @@ bool ConsoleSession::serve() {
   return acted;
 }
 
+void ConsoleSession::answerError(const std::string& error, const std::function<Json()>& value) {
+  Json::Object answer{{"ok", false}, {"error", error}};
+  if (value) {
+    answer.emplace_back("value", value());
+  }
+  if (stopsAtFailure_ && failure_.empty()) {
+    failure_ = "line " + std::to_string(lineNumber_) + " of the script" + (comment_.empty() ? "" : " (" + comment_ + ")") + ", " +
+               command_ + ": " + error + (value ? "; it holds " + answer.back().second.text() : "");
+    quit_ = true;
+  }
+  print_(std::move(answer));
+}
+
 void ConsoleSession::carryOut(const std::string& text) {
+  ++lineNumber_;
   try {
     CommandLine line(text);
     if (line.isBlank()) {
+      const std::size_t comment = text.find_first_not_of("# ");
+      comment_ = comment == std::string::npos ? comment_ : text.substr(comment);
       return;
     }
+    command_ = text;
     const std::string verb = line.word();
     const auto* known = std::find_if(std::begin(kVerbs), std::end(kVerbs), [&verb](const Verb& v) { return verb == v.name; });
     if (known == std::end(kVerbs)) {
@@ -130,10 +147,8 @@ bool ConsoleSession::settleHold() {
   const Hold hold = *std::exchange(hold_, std::nullopt);
   if (hold.kind == Hold::Kind::Sleep) {
     answerOk();
-  } else if (hold.value) {
-    print_(Json::Object{{"ok", false}, {"error", "timeout"}, {"value", hold.value()}});
   } else {
-    answerError("timeout");
+    answerError("timeout", hold.value);
   }
   return true;
 }
@@ -303,11 +318,13 @@ void ConsoleSession::programEnded() {
 }
 
 void ConsoleSession::answerEnded(const std::string& text) {
+  ++lineNumber_;
   try {
     CommandLine line(text);
     if (line.isBlank()) {
       return;
     }
+    command_ = text;
     const std::string verb = line.word();
     // These two got what they asked for.
     if (verb == "quit" || (verb == "wait" && line.word() == "end")) {

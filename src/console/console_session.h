@@ -24,6 +24,12 @@ class ConsoleSession {
   /// What `get Record` reads. Before the program starts.
   void setRecord(std::function<std::string()> record) { record_ = std::move(record); }
 
+  /// From now on the first command that fails ends the console, as "quit" would. Before the program starts.
+  void stopAtFailure() { stopsAtFailure_ = true; }
+  /// The command that failed, with its number among the lines of the script, the comment above it and the error; empty when none
+  /// has, or when the console does not stop at it.
+  [[nodiscard]] const std::string& failure() const { return failure_; }
+
   /// A line of the script has come; it is carried out when those before it are. After the end it is answered at once.
   void take(std::string line);
   /// The script has come to its end, which counts as "quit".
@@ -78,7 +84,7 @@ class ConsoleSession {
   void handOn(const std::function<std::optional<std::string>()>& action);
   void answerOk() { print_(Json::Object{{"ok", true}}); }
   void answerValue(Json value) { print_(Json::Object{{"ok", true}, {"value", std::move(value)}}); }
-  void answerError(const std::string& error) { print_(Json::Object{{"ok", false}, {"error", error}}); }
+  void answerError(const std::string& error, const std::function<Json()>& value = {});
 
   FormHost& host_;
   PathReader reader_;
@@ -90,6 +96,11 @@ class ConsoleSession {
   int takenUp_ = 0;   // the last of them that the queue has come to
   bool quit_ = false;
   bool ended_ = false;
+  bool stopsAtFailure_ = false;
+  std::size_t lineNumber_ = 0;
+  std::string command_;  // the last that was taken up
+  std::string comment_;  // above it
+  std::string failure_;
 };
 
 }  // namespace firmlane

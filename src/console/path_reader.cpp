@@ -15,6 +15,7 @@ constexpr const char* kNoSuchControl = "no such control";
 constexpr const char* kNoSuchField = "no such field";
 constexpr const char* kRunState = "RunState";
 constexpr const char* kActivity = "Activity";
+constexpr const char* kMessageBox = "MessageBox";
 
 // What can be read, in the order in which it is written. A control or form may have more, which concerns its window alone.
 constexpr std::array kControlProperties = {"caption", "text",      "visible", "enabled", "value", "max",
@@ -98,6 +99,16 @@ std::function<Json()> PathReader::findField(const std::string& name) const {
   return [this, name] { return std::visit(ToJson{heldAsUtf8}, *runStateField(state_, name)); };
 }
 
+std::function<Json()> PathReader::findInBox(const std::string& name) const {
+  if (name != "text" && name != "title") {
+    throw Refusal(kNoSuchField);
+  }
+  return [this, text = name == "text"]() -> Json {
+    const auto& box = host_.messageBox();
+    return box ? shownAsUtf8(text ? box->text : box->title) : std::string();
+  };
+}
+
 std::function<Json()> PathReader::find(const std::string& path) const {
   const auto [formName, rest] = splitAtPoint(path);
   if (formName == kRunState) {
@@ -106,6 +117,9 @@ std::function<Json()> PathReader::find(const std::string& path) const {
   if (formName == kActivity) {
     std::function<Json()> field = activityField(activity_, rest);
     return field ? field : throw Refusal(kNoSuchField);
+  }
+  if (formName == kMessageBox) {
+    return findInBox(rest);
   }
   const Form& owner = form(formName);
   if (rest.empty()) {

@@ -20,8 +20,9 @@ class PathReader {
   [[nodiscard]] Form& form(const std::string& name) const;
   /// `path` is FORM.CONTROL, an element of an array FORM.CONTROL(INDEX).
   [[nodiscard]] Control& control(const std::string& path) const;
-  /// What reads the value that a path names, as often as wanted: FORM.PROPERTY, CONTROL.PROPERTY, RunState.FIELD or
-  /// Activity.FIELD; a control, a form or Activity alone for an object of all its properties.
+  /// What reads the value that a path names, as often as wanted: FORM.PROPERTY, CONTROL.PROPERTY, RunState.FIELD,
+  /// Activity.FIELD, or MessageBox.text and .title, empty without one; a control, a form or Activity alone for an object of all
+  /// its properties.
   [[nodiscard]] std::function<Json()> find(const std::string& path) const;
 
   /// All controls of a form with all their properties.
@@ -31,6 +32,7 @@ class PathReader {
 
  private:
   [[nodiscard]] std::function<Json()> findField(const std::string& name) const;
+  [[nodiscard]] std::function<Json()> findInBox(const std::string& name) const;
 
   const FormHost& host_;
   const RunState& state_;

@@ -257,6 +257,16 @@ TEST_F(ConsoleBench, QuitEndsAHandlerThatRunsAndABoxThatHolds) {
   EXPECT_THAT(taken(), testing::EndsWith("{\"ok\":true}\n{\"event\":\"end\"}\n{\"ok\":false,\"error\":\"ended\"}\n"));
 }
 
+TEST_F(ConsoleBench, AScriptThatIsToStopAtAFailureSaysWhichOfItsLinesFailed) {
+  session.stopAtFailure();
+  sheet.text.Caption = "one";
+  run("get MessageBox.text\n# line 47 of the record\n\nwait Sheet.text.caption == \"two\" 5\nclick Sheet.next", 10 * kSecond);
+  EXPECT_TRUE(ended);
+  EXPECT_EQ(session.failure(),
+            "line 4 of the script (line 47 of the record), wait Sheet.text.caption == \"two\" 5: timeout; it holds \"one\"");
+  EXPECT_THAT(taken(), testing::StartsWith("{\"ok\":true,\"value\":\"\"}\n{\"ok\":false,\"error\":\"timeout\""));
+}
+
 TEST_F(ConsoleBench, TheEndOfTheScriptComesAfterItsLastCommand) {
   session.take("sleep 2");
   session.takeEnd();

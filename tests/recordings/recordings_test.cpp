@@ -2,11 +2,12 @@
 // tools/make-recordings makes them anew.
 #include <gtest/gtest.h>
 
+#include <deque>
 #include <filesystem>
 
 #include "replay/script.h"
 #include "replay_stage.h"
-#include "web/maker_site.h"
+#include "web/record_files.h"
 
 namespace firmlane::test {
 namespace {
@@ -24,13 +25,6 @@ std::vector<std::string> recordings() {
 
 struct Recordings : testing::TestWithParam<std::string> {
   static std::string text(const std::string& name) { return Files::readText(std::string(RECORDINGS "/") + name + ".txt"); }
-  static sim::Shelf shelf() {
-    sim::Shelf shelf;
-    for (const auto& [path, page] : sim::makeMakerSite("")) {
-      shelf.add(Bytes(page.body.begin(), page.body.end()));
-    }
-    return shelf;
-  }
 };
 
 /// Plays a record. How long a pass of a counting loop took on its computer is not in it: of the paces that there are, the one
@@ -59,7 +53,7 @@ TEST_P(Recordings, ThePlayedRunSaysAndSendsTheSame) {
   const sim::Recording recording = sim::readRecording(text(GetParam()));
   EXPECT_TRUE(recording.complete);
   EXPECT_EQ(recording.dropped, 0U);
-  const sim::Shelf contents = shelf();
+  const sim::Shelf contents = sim::shelfWith("");
   EXPECT_EQ(played(recording, contents), "");
 }
 
@@ -143,10 +137,7 @@ TEST(RecordPlayer, ADifferenceIsNamedWithItsPlace) {
     const char* told;
   };
   const std::string text = Files::readText(RECORDINGS "/late-verdict.txt");
-  sim::Shelf contents;
-  for (const auto& [path, page] : sim::makeMakerSite("")) {
-    contents.add(Bytes(page.body.begin(), page.body.end()));
-  }
+  const sim::Shelf contents = sim::shelfWith("");
   for (const Case& c :
        {Case{"What would you like to do?", "What would you like?", "now: says Form1.lblTop \"What would you like to do?\""},
         Case{"00 1E 01 1F", "00 1E 01 1E", "byte 7 of 9 is 1F now, and was 1E"},
@@ -166,12 +157,85 @@ TEST(RecordPlayer, ADifferenceIsNamedWithItsPlace) {
 
 TEST(RecordPlayer, TheScriptOfARecordWaitsForWhatItsUserSaw) {
   const std::string script = sim::consoleScript(sim::readRecording(
-      "Firmlane record 1\n1.000000 show Form1\n1.000000 says Form1.lblTop \"a\\rb\"\n2.000000 click Form1.Command3\n"
-      "2.100000 says Form1.lblTop \"c\"\n2.200000 box none \"t\" \"x\" OK\n3.000000 answer OK\n3.100000 gone Form1.lblTop\nend "
-      "of record\n"));
+      "Firmlane record 1\ndirectory: /home/ann/firmware\n1.000000 show Form1\n1.000000 says Form1.lblTop \"a\\rb\"\n"
+      "1.000000 says Form1.lblPage \"0\"\n2.000000 click Form1.Command3\n"
+      "2.100000 says Form1.lblTop \"in: /home/ann/firmware, as ever\"\n3.000000 says Form1.lblTop \"gone in a wink\"\n"
+      "3.100000 says Form1.lblTop \"stays\"\n9.000000 box none \"t\" \"COM 3 (/dev/ttyUSB0) has gone\" OK\n"
+      "9.500000 answer OK\n9.600000 gone Form1.lblTop\n20.000000 heard 3: 80\nend of record\n"));
   EXPECT_EQ(script,
-            "wait Form1.lblTop.caption == \"a\\u000Db\" 300\nwait Form1.Command3.enabled == true 300\nclick Form1.Command3\n"
-            "wait messagebox 300\nanswer OK\n");
+            "# line 5 of the record\nwait Form1.lblPage.caption == \"0\" 21\n"
+            "# line 6 of the record\nwait Form1.Command3.enabled == true 21\nclick Form1.Command3\n"
+            "# line 9 of the record\nwait Form1.lblTop.caption == \"stays\" 21\n"
+            "# line 11 of the record\nwait MessageBox.text contains \") has gone\" 27\nanswer OK\nsleep 15\n");
+  EXPECT_EQ(sim::consoleScript(sim::readRecording("Firmlane record 1\ndirectory: /home/ann\n1.000000 says Form1.lblTop "
+                                                  "\"Saving in: /home/ann\"\n")),
+            "# line 3 of the record\nwait Form1.lblTop.caption contains \"Saving in: \" 21\nsleep 2\n");
+}
+
+/// A port seen from outside, and a program that does with it what a test says.
+struct LineStage : sim::ReplayStage {
+  VirtualTime time;
+  std::deque<std::string> done;  // with the port, as the record says it
+  std::string told;              // to the program
+
+  [[nodiscard]] Micros now() const override { return time.now(); }
+  void after(Micros span, std::function<void()> action) override { time.after(span, std::move(action)); }
+  std::optional<std::string> perform(const sim::Entry& entry) override {
+    told += entry.text.substr(entry.text.find(':') + 1);
+    return std::nullopt;
+  }
+  bool takes(const sim::Entry& entry) override {
+    if (done.empty() || done.front() != entry.text) {
+      return false;
+    }
+    done.pop_front();
+    return true;
+  }
+  [[nodiscard]] std::string movedOn(int /*port*/) const override { return done.empty() ? "" : done.front(); }
+};
+
+/// How often a question is repeated until its answer is there, and which of two comes first, is up to the computer.
+TEST(RecordPlayer, AReadingInAnotherRhythmIsTheSameReading) {
+  const std::string reset = "02 00 00 00 72 72 80 ";
+  const std::string who = "02 00 00 00 01 01 80 ";
+  const std::string versions = "02 00 00 00 5E 5E 80 ";
+  const std::string text =
+      "Firmlane record 1\n1.000000 open 3 57600 none\n1.100000 sent 3: " + reset + reset + who + "\n1.120000 heard 3: 16 80\n" +
+      "1.200000 sent 3: " + versions + "\n1.220000 heard 3: 5F 80\n1.300000 sent 3: " + versions +
+      "\n1.320000 heard 3: 5F 80\n1.400000 closed 3\n1.500000 open 3 9600 none\n1.600000 sent 3: 1E\nend of record\n";
+  const sim::Recording recording = sim::readRecording(text);
+  struct Case {
+    std::vector<std::string> acts;  // what the program does, 50 ms apart
+    const char* told;
+    const char* difference;
+  };
+  const std::string open = "open 3 57600 none";
+  const std::string again = "open 3 9600 none";
+  for (const Case& c : {
+           Case{{open, reset + reset + who, versions, versions, "closed 3", again, "1E"}, " 16 80 5F 80 5F 80", ""},
+           Case{{open, who, who + reset, versions, "closed 3", again, "1E"}, " 16 80 5F 80", ""},
+           Case{{open, reset, who, versions + who, versions, who, "closed 3", again, "1E"}, " 16 80 5F 80 5F 80", ""},
+           Case{{open, who, "closed 3"}, " 16 80", "line 5, 1.200000 s, the record has: sent 3: " /* nothing was read */},
+           Case{{open, who, versions, "closed 3", again, "1F"}, " 16 80 5F 80", "line 11, "},
+           Case{{open, who, versions, "closed 3", "1E"}, " 16 80 5F 80", "line 10, "},
+           Case{{open, "1E"}, "", "line 3, "},
+       }) {
+    LineStage stage;
+    sim::Replay replay(recording, stage, sim::ReplayPart::LineAndWeb);
+    replay.start();
+    for (const std::string& act : c.acts) {
+      const bool toPort = act.starts_with("open") || act.starts_with("closed");
+      toPort ? stage.done.push_back(act) : replay.hear(3, bytes(act));
+      replay.look();
+      stage.time.sleep(stage.time.now() + 50 * kMillisecond);
+      stage.time.poll();
+      replay.look();
+    }
+    EXPECT_EQ(stage.told, c.told);
+    EXPECT_TRUE(replay.difference().starts_with(c.difference)) << replay.difference();
+    EXPECT_EQ(replay.difference().empty(), *c.difference == '\0') << replay.difference();
+    EXPECT_TRUE(replay.over());
+  }
 }
 
 }  // namespace

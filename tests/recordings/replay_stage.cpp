@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "record/record_text.h"
+#include "web/record_files.h"
 
 namespace firmlane::test {
 
@@ -111,7 +112,7 @@ VirtualReplay::VirtualReplay(const sim::Recording& recording, const sim::Shelf& 
       before_(std::filesystem::current_path()),
       replay_(recording, *this, sim::ReplayPart::Everything) {
   std::filesystem::current_path(directory_.path());
-  putFiles();
+  sim::putFiles(recording, shelf, directory_.path());
   record_.follow([this](const std::string& line) { observe(line.substr(line.find(' ') + 1)); });
   replay_.onOver = [this] {
     reached_ = replay_.next() == nullptr ? recording_.entries.size() : replay_.next()->line;
@@ -146,19 +147,6 @@ void VirtualReplay::observe(std::string entry) {
     entry.replace(at, mine.size(), recording_.headOf("directory"));
   }
   replay_.observe(entry);
-}
-
-/// Files as they were when the program first turned to them.
-void VirtualReplay::putFiles() {
-  std::map<std::string, bool> met;
-  for (const Entry& entry : recording_.entries) {
-    if (entry.kind != "file" || std::exchange(met[entry.words.front()], true) || entry.words.back() == "missing") {
-      continue;
-    }
-    if (const Bytes* content = shelf_.find(entry.bytes)) {
-      directory_.write(entry.words.front(), *content);
-    }
-  }
 }
 
 std::string VirtualReplay::play() {

@@ -100,7 +100,6 @@ class VirtualReplay : private sim::ReplayStage {
   std::optional<std::string> act(const sim::Entry& entry);
   std::optional<std::string> answer(const sim::Entry& got);
   void observe(std::string entry);
-  void putFiles();
 
   const sim::Recording& recording_;
   const sim::Shelf& shelf_;

@@ -34,7 +34,11 @@ int main(int argc, char** argv) {
   std::signal(SIGPIPE, SIG_IGN);  // an output that nobody reads ends the program in order
 #endif
   try {
-    firmlane::ConsoleApp(*options, directory).run();
+    const std::string failure = firmlane::ConsoleApp(*options, directory).run();
+    if (!failure.empty()) {
+      std::cerr << failure << std::endl;
+      return 1;
+    }
     return 0;
   } catch (const firmlane::Failure& failure) {  // the record's file cannot be written
     std::cerr << "firmlane-console: " << failure.description() << std::endl;

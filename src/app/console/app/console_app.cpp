@@ -43,6 +43,9 @@ ConsoleApp::ConsoleApp(const ConsoleOptions& options, const std::string& directo
       session_(program_->host(), program_->state(), program_->activity(), [this](const Json& line) { print(line); }) {
   screen_.onBoxClosed = [this] { session_.boxClosed(); };
   source_.attach(session_);
+  if (options.stopAtFailure) {
+    session_.stopAtFailure();
+  }
   session_.setRecord([this] { return details_.text(); });
   if (!options.recordFile.empty()) {
     recordFile_.emplace(options.recordFile, queue_, record_, details_.head());
@@ -56,7 +59,7 @@ void ConsoleApp::print(const Json& line) {
   }
 }
 
-void ConsoleApp::run() {
+std::string ConsoleApp::run() {
   StandardInput input([this](const std::string& line) { session_.take(line); }, [this] { session_.takeEnd(); },
                       StandardInput::EndOfFile::Ends);
   program_->start();
@@ -67,6 +70,7 @@ void ConsoleApp::run() {
   if (!session_.quitRequested()) {
     input.drain(kLastCommandsMilliseconds);
   }
+  return session_.failure();
 }
 
 }  // namespace firmlane

@@ -34,8 +34,8 @@ class ConsoleApp {
   /// Needs a QCoreApplication.
   ConsoleApp(const ConsoleOptions& options, const std::string& directory);
 
-  /// Runs the program to its end.
-  void run();
+  /// Runs the program to its end. The command that failed, when that was what ended it; else empty.
+  std::string run();
 
  private:
   void print(const Json& line);

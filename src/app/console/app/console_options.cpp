@@ -41,6 +41,7 @@ std::optional<ConsoleOptions> readConsoleOptions(const QStringList& arguments, s
   const QCommandLineOption port("port", "Port N (1 to 16) is this device; may be repeated.", "N=DEVICE");
   const QCommandLineOption scale("time-scale", "The program's clock runs K times as fast, 1 to 1000.", "K", "1");
   const QCommandLineOption record("record", "Writes what happens to this file as it happens.", "FILE");
+  const QCommandLineOption stop("stop-at-failure", "The first command that fails ends the console with status 1.");
   const QCommandLineOption factory("factory-build", "Start as the production line's build.");
   const QCommandLineOption inHouse("in-house-build", "Start as the in-house build.");
   const QCommandLineOption debug("debug-view", "Show the debug view of front panel runs.");
@@ -49,7 +50,7 @@ std::optional<ConsoleOptions> readConsoleOptions(const QStringList& arguments, s
       "The Firmlane wizard without a window: commands on standard input, JSON lines on standard output.");
   const QCommandLineOption help("help", "This text.");
   const QCommandLineOption version("version", "The version.");
-  parser.addOptions({help, version, dir, server, registration, port, scale, record, factory, inHouse, debug});
+  parser.addOptions({help, version, dir, server, registration, port, scale, record, stop, factory, inHouse, debug});
   const auto fail = [&error](const QString& text) {
     error = "firmlane-console: " + text.toStdString();
     return std::nullopt;
@@ -91,6 +92,7 @@ std::optional<ConsoleOptions> readConsoleOptions(const QStringList& arguments, s
   if (parser.isSet(record)) {
     options.recordFile = QDir::current().absoluteFilePath(parser.value(record)).toStdString();  // --dir changes it
   }
+  options.stopAtFailure = parser.isSet(stop);
   bool isNumber = false;
   options.timeScale = parser.value(scale).toDouble(&isNumber);
   if (!isNumber || !(options.timeScale >= 1 && options.timeScale <= kFastest)) {

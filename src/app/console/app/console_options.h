@@ -17,6 +17,7 @@ struct ConsoleOptions {
   PortMap::Devices ports;
   double timeScale = 1;
   std::string recordFile;  // empty for none
+  bool stopAtFailure = false;
   BuildSwitches switches;
 };
 
