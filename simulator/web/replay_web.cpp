@@ -2,14 +2,11 @@
 
 #include <array>
 
-#include "platform/failure.h"
 #include "replay/http_reason.h"
 
 namespace firmlane::sim {
 
 namespace {
-constexpr qint64 kLongestRequest = 16384;
-
 /// What a server does for a program to say that a request has failed in these words.
 struct Break {
   const char* words;
@@ -38,32 +35,15 @@ std::optional<std::string> breakOff(QTcpSocket& socket, const std::string& words
 }  // namespace
 
 ReplayWeb::ReplayWeb(const Recording& recording, const Shelf& shelf, const Replay& replay, int port)
-    : recording_(recording), shelf_(shelf), replay_(replay) {
-  if (!server_.listen(QHostAddress::LocalHost, static_cast<quint16>(port))) {
-    throw Failure(static_cast<int>(server_.serverError()),
-                  "Cannot listen on port " + std::to_string(port) + ": " + server_.errorString().toStdString());
-  }
-  url_ = "http://127.0.0.1:" + std::to_string(server_.serverPort());
-  QObject::connect(&server_, &QTcpServer::newConnection, &server_, [this] {
-    while (QTcpSocket* socket = server_.nextPendingConnection()) {
-      QObject::connect(socket, &QTcpSocket::readyRead, socket, [this, socket] { take(*socket); });
-      QObject::connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
-    }
-  });
-}
-
-void ReplayWeb::take(QTcpSocket& socket) {
-  const QByteArray head = socket.peek(kLongestRequest);
-  if (!head.contains("\r\n\r\n") && head.size() < kLongestRequest) {
-    return;  // more is to come
-  }
-  socket.readAll();
-  const QList<QByteArray> words = head.left(head.indexOf("\r\n")).split(' ');
-  asking_ = &socket;
-  if (onRequest) {
-    onRequest(QByteArray::fromPercentEncoding(words.size() > 1 ? words[1] : QByteArray()).toStdString());
-  }
-}
+    : recording_(recording),
+      shelf_(shelf),
+      replay_(replay),
+      listener_(port, [this](QTcpSocket& socket, const std::string& target) {
+        asking_ = &socket;
+        if (onRequest) {
+          onRequest(HttpListener::readable(target));
+        }
+      }) {}
 
 std::optional<std::string> ReplayWeb::answer(const Entry& entry) {
   if (!asking_) {
@@ -96,7 +76,7 @@ Bytes ReplayWeb::withOwnName(const Bytes& body) const {
   const std::string name = recording_.headOf("server");
   QByteArray text(reinterpret_cast<const char*>(body.data()), static_cast<qsizetype>(body.size()));
   if (!name.empty()) {
-    text.replace(QByteArray::fromStdString(name), QByteArray::fromStdString(url_));
+    text.replace(QByteArray::fromStdString(name), QByteArray::fromStdString(url()));
   }
   return {text.begin(), text.end()};
 }

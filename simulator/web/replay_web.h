@@ -3,13 +3,12 @@
 #pragma once
 
 #include <QPointer>
-#include <QTcpServer>
-#include <QTcpSocket>
 #include <functional>
 #include <string>
 
 #include "replay/replay.h"
 #include "replay/shelf.h"
+#include "web/http_listener.h"
 
 namespace firmlane::sim {
 
@@ -20,20 +19,18 @@ class ReplayWeb {
 
   /// A page is asked for: an address without scheme and host.
   std::function<void(const std::string& url)> onRequest;
-  [[nodiscard]] const std::string& url() const { return url_; }
+  [[nodiscard]] const std::string& url() const { return listener_.url(); }
   /// Sends what an entry says to whoever asked last. Returns why it cannot be done, or nothing.
   std::optional<std::string> answer(const Entry& entry);
 
  private:
-  void take(QTcpSocket& socket);
   [[nodiscard]] Bytes withOwnName(const Bytes& body) const;
 
   const Recording& recording_;
   const Shelf& shelf_;
   const Replay& replay_;
-  std::string url_;
   QPointer<QTcpSocket> asking_;
-  QTcpServer server_;
+  HttpListener listener_;
 };
 
 }  // namespace firmlane::sim

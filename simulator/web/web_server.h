@@ -2,11 +2,11 @@
 // them. They run as long as that thread's Qt events do.
 #pragma once
 
-#include <QTcpServer>
 #include <functional>
 #include <map>
 #include <string>
 
+#include "web/http_listener.h"
 #include "web/web_reply.h"
 
 namespace firmlane::sim {
@@ -17,7 +17,7 @@ class WebServer {
   explicit WebServer(int port = 0);
 
   /// "http://127.0.0.1:" and the port: what stands in front of each path.
-  [[nodiscard]] const std::string& url() const { return url_; }
+  [[nodiscard]] const std::string& url() const { return listener_.url(); }
   /// What it holds; pages may be changed and added.
   MakerSite& site() { return site_; }
 
@@ -29,13 +29,12 @@ class WebServer {
   std::function<void(const std::string& target)> onRequest;
 
  private:
-  void answer(QTcpSocket& socket);
+  void answer(QTcpSocket& socket, const std::string& target);
   [[nodiscard]] WebFault faultFor(const std::string& path) const;
 
-  std::string url_;
   MakerSite site_;
   std::map<std::string, WebFault> faults_;
-  QTcpServer server_;  // last, so that no connection outlives what it answers from
+  HttpListener listener_;  // last, so that no connection outlives what it answers from
 };
 
 }  // namespace firmlane::sim

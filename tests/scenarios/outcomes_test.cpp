@@ -6,7 +6,6 @@
 namespace firmlane::test {
 namespace {
 
-const Step kFromDisk{"two options", "click chkReceiver; click btnNext"};
 const Step kOnline{"two options", "click ChkOffline; click btnNext"};
 constexpr const char* kRead = "on your hard drive is";
 constexpr const char* kRefused =

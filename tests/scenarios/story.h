@@ -74,6 +74,8 @@ class Story : public Ground {
 
 /// Steps from the start of the program to the options page of the wizard.
 std::vector<Step> toOptions(Line line);
+/// From there the unit is read, and programmed from the set on disk.
+inline const Step kFromDisk{"two options", "click chkReceiver; click btnNext"};
 /// Several lists of steps as one.
 std::vector<Step> operator+(std::vector<Step> first, const std::vector<Step>& second);
 

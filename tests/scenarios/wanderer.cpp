@@ -17,7 +17,7 @@ constexpr Micros kLife = 300 * kSecond;
 constexpr Micros kCalm = 200 * kSecond;
 constexpr Micros kAfterBox = 5 * kSecond;
 constexpr Micros kLateCount = 20 * kSecond;
-constexpr std::size_t kImageSize = 400;
+constexpr std::size_t kVelarcImageSize = 400;
 constexpr std::int32_t kFirstNumber = 1000;
 
 constexpr const char* kFaults[] = {"silent",        "wrong-checksum", "late-answer", "late-erase", "late-verdict",    "refuses",
@@ -59,7 +59,7 @@ void Wanderer::serve() {
   for (const sim::Version& version : kVelarcVersions) {
     const std::string url = std::string(kServer) + "/Velarc/firmware/" + std::to_string(version.second) + "/vrc.bin";
     list += "VRC|DSP V5." + std::to_string(version.second) + "-2026|" + url + "\r\n";
-    offer(url, "vrc.bin", text(sim::imageFile(sim::ImageKind::OldVelarc, version, kImageSize)));
+    offer(url, "vrc.bin", text(sim::imageFile(sim::ImageKind::OldVelarc, version, kVelarcImageSize)));
   }
   for (const char* name : kInstallers) {
     const std::string url = std::string(kServer) + "/Velarc/remote/" + name + ".exe";
@@ -328,7 +328,7 @@ void Wanderer::checkVerdict(const std::string& words) {
   const sim::ProcessorState* dsp = unit_->unit.state().find("DSP");
   const bool onDisk = std::any_of(std::begin(kVelarcVersions), std::end(kVelarcVersions), [&](const sim::Version& version) {
     return version.second == dsp->version.second && !dsp->blank &&
-           directory.read("vrc.bin") == text(sim::imageFile(sim::ImageKind::OldVelarc, version, kImageSize));
+           directory.read("vrc.bin") == text(sim::imageFile(sim::ImageKind::OldVelarc, version, kVelarcImageSize));
   });
   if (!onDisk) {
     fail("congratulations for a unit that does not run what lies on disk");

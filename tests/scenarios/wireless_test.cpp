@@ -9,12 +9,11 @@ namespace {
 using testing::ElementsAre;
 using testing::StartsWith;
 
-const std::vector<Step> kBegin = toOptions(Line::Wireless);
+const std::vector<Step> kToWireless = toOptions(Line::Wireless);
 const Step kBoth{"two options", "click ChkOffline; click chkReceiver; click btnNext"};
-const Step kFromDisk{"two options", "click chkReceiver; click btnNext"};
 const std::vector<Step> kPickNewest = {{"Your version is NOT a released set", "click btnNext"},
                                        {"versions are listed below", "choose VersionList 0; click btnNext"}};
-constexpr const char* kCongratulations = "Congratulations, you have successfully programmed your LWX receiver!";
+constexpr const char* kReceiverDone = "Congratulations, you have successfully programmed your LWX receiver!";
 
 struct Receiver : Story {
   Receiver() : Story(Line::Wireless, "lwx52") {}
@@ -23,7 +22,7 @@ struct Receiver : Story {
 
 TEST(WirelessUpdate, OnlineAllFiveProcessorsAreProgrammedAndTheProgressCountsThem) {
   Receiver story;
-  story.play(kBegin + std::vector<Step>{kBoth} + kPickNewest + std::vector<Step>{{kCongratulations, ""}});
+  story.play(kToWireless + std::vector<Step>{kBoth} + kPickNewest + std::vector<Step>{{kReceiverDone, ""}});
   EXPECT_EQ(story.versions(), "Hub=2.40 DSP=2.31 RF1=1.50 RF2=1.50 Front=2.60");
   EXPECT_THAT(story.programmed(), ElementsAre(StartsWith("Processor 1 "), StartsWith("Processor 2 "), StartsWith("Processor 3 "),
                                               StartsWith("Processor 4 ")));
@@ -39,10 +38,10 @@ TEST(WirelessUpdate, OnlineAllFiveProcessorsAreProgrammedAndTheProgressCountsThe
 
 TEST(WirelessUpdate, ProcessorsThatAreCurrentAreLeftAlone) {
   Receiver story;
-  story.play(kBegin + std::vector<Step>{kBoth,
-                                        {"Your version is NOT a released set", "click btnNext"},
-                                        {"versions are listed below", "choose VersionList 1; click btnNext"},
-                                        {kCongratulations, ""}});
+  story.play(kToWireless + std::vector<Step>{kBoth,
+                                             {"Your version is NOT a released set", "click btnNext"},
+                                             {"versions are listed below", "choose VersionList 1; click btnNext"},
+                                             {kReceiverDone, ""}});
   EXPECT_EQ(story.versions(), "Hub=2.10 DSP=2.30 RF1=1.20 RF2=1.20 Front=2.30");
   EXPECT_THAT(story.programmed(),
               ElementsAre(StartsWith("Processor 2 "), StartsWith("Processor 3 "), StartsWith("Processor 4 ")));
@@ -51,8 +50,8 @@ TEST(WirelessUpdate, ProcessorsThatAreCurrentAreLeftAlone) {
 TEST(WirelessUpdate, ReceiversOfEveryKindFollowOneAnother) {
   Receiver story;
   putOnDisk(story.directory, Line::Wireless, releases(Line::Wireless)[0]);
-  const std::vector<Step> another = {{"on your hard drive is", "click btnNext"}, {kCongratulations, ""}};
-  story.play(kBegin + std::vector<Step>{kFromDisk} + another);
+  const std::vector<Step> another = {{"on your hard drive is", "click btnNext"}, {kReceiverDone, ""}};
+  story.play(kToWireless + std::vector<Step>{kFromDisk} + another);
   EXPECT_EQ(story.versions(), "Hub=2.40 DSP=2.31 RF1=1.50 RF2=1.50 Front=2.60");
   const std::pair<const char*, const char*> units[] = {{"lwx51", "Hub=2.40 DSP=2.31 RF1=1.50 Front=2.60"},
                                                        {"lwx9600", "Hub=2.10 DSP=2.31 RF1=1.14 Front=2.21"},

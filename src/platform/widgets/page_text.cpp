@@ -16,8 +16,8 @@ constexpr int kMostLetters = 92;      // of a line; a longer one is hard to read
 constexpr int kSeparatorIndent = 16;  // blanks in front of an "OR" between two paragraphs
 constexpr double kLineAir = 1.12;
 constexpr double kBlankLine = 0.6;
-constexpr double kPadding = 10;
-constexpr double kEdge = 4;
+constexpr double kCardPadding = 10;
+constexpr double kCardEdge = 4;
 constexpr QLatin1String kWarning("VERY IMPORTANT");
 
 /// Letters of the mark that a line of a list begins with: "- " or "1. ".
@@ -94,12 +94,12 @@ PageText::PageText(const QString& text, int width)
 void PageText::openCard(Sign sign) {
   open_ = sign;
   cards_.push_back({sign, QRectF(0, height_, measure_, 0)});
-  height_ += kPadding;
+  height_ += kCardPadding;
 }
 
 void PageText::closeCard() {
   if (std::exchange(open_, Sign::None) != Sign::None) {
-    height_ += kPadding;
+    height_ += kCardPadding;
     cards_.back().place.setBottom(height_);
   }
 }
@@ -110,7 +110,7 @@ void PageText::set(const QString& line, Part part) {
   font.setBold(large || part == Part::Warning);
   const QFontMetricsF metrics(font);
   const double blanks = std::min(indentOf(line) * metrics.horizontalAdvance(QLatin1Char(' ')), measure_ * 0.5);
-  const double left = (open_ != Sign::None ? kEdge + kPadding : 0) + blanks;
+  const double left = (open_ != Sign::None ? kCardEdge + kCardPadding : 0) + blanks;
   const double hang = metrics.horizontalAdvance(line.trimmed().left(markOf(line.trimmed())));
   auto layout = std::make_unique<QTextLayout>(line.trimmed(), font);
   layout->setPosition({left, height_});
@@ -118,7 +118,7 @@ void PageText::set(const QString& line, Part part) {
   double down = 0;
   for (QTextLine row = layout->createLine(); row.isValid(); row = layout->createLine()) {
     const double in = down > 0 ? hang : 0;
-    row.setLineWidth(std::max(1.0, measure_ - left - in - (open_ != Sign::None ? kPadding : 0)));
+    row.setLineWidth(std::max(1.0, measure_ - left - in - (open_ != Sign::None ? kCardPadding : 0)));
     row.setPosition({in, down});
     down += row.height() * kLineAir;
   }
@@ -136,7 +136,7 @@ void PageText::paint(QPainter& painter, QPointF corner, const QPalette& palette)
     box.addRoundedRect(place, 4, 4);
     painter.setClipPath(box);
     painter.fillPath(box, groundOf(card.sign, palette));
-    painter.fillRect(QRectF(place.topLeft(), QSizeF(kEdge, place.height())), colourOf(card.sign));
+    painter.fillRect(QRectF(place.topLeft(), QSizeF(kCardEdge, place.height())), colourOf(card.sign));
     painter.setClipping(false);
   }
   for (const Line& line : lines_) {

@@ -16,7 +16,7 @@ constexpr double kGapLines = 0.35;
 constexpr int kMostColumn = 9;  // times the height of a line
 
 QString arrow() { return QStringLiteral(" \u2192 "); }
-constexpr double kEdge = 1.6;
+constexpr double kOutline = 1.6;
 constexpr double kStroke = 2.2;
 constexpr double kArm = 0.2;  // of a tick or cross, in circles
 
@@ -171,10 +171,10 @@ void ProcessorStrip::drawMark(QPainter& painter, const QRectF& circle, const Pro
       drawDisc(painter, circle, accent);
       return drawNumber(painter, circle, processor.number, palette().color(QPalette::HighlightedText));
     case ProcessorState::Pending:
-      drawOutline(painter, circle, QPen(accent, kEdge));
+      drawOutline(painter, circle, QPen(accent, kOutline));
       return drawNumber(painter, circle, processor.number, palette().color(QPalette::WindowText));
     case ProcessorState::NotSelected:
-      drawOutline(painter, circle, QPen(faint(palette(), 0.3), kEdge, Qt::DotLine));
+      drawOutline(painter, circle, QPen(faint(palette(), 0.3), kOutline, Qt::DotLine));
       return drawNumber(painter, circle, processor.number, faint(palette(), 0.45));
   }
 }

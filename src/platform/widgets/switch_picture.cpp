@@ -13,7 +13,7 @@ constexpr double kLines = 4.2;  // of text, high
 
 constexpr QRgb kCase = 0xff1d3445;
 constexpr QRgb kDeep = 0xff0f222f;
-constexpr QRgb kEdge = 0xff6f8794;
+constexpr QRgb kRim = 0xff6f8794;
 constexpr QRgb kMetal = 0xffb9c6cc;
 constexpr QRgb kGreen = 0xff58b586;
 constexpr QRgb kAmber = 0xfff0a442;
@@ -25,9 +25,9 @@ void fill(QPainter& painter, QRgb colour, const QRectF& box, double radius) {
 }
 
 void drawUnit(QPainter& painter) {
-  fill(painter, kEdge, QRectF(14, 62, 16, 5), 2);
-  fill(painter, kEdge, QRectF(108, 62, 16, 5), 2);
-  fill(painter, kEdge, QRectF(0, 6, 138, 58), 8);
+  fill(painter, kRim, QRectF(14, 62, 16, 5), 2);
+  fill(painter, kRim, QRectF(108, 62, 16, 5), 2);
+  fill(painter, kRim, QRectF(0, 6, 138, 58), 8);
   fill(painter, kCase, QRectF(1.4, 7.4, 135.2, 55.2), 7);
   fill(painter, kDeep, QRectF(11, 18, 48, 34), 4);
   constexpr double kLevels[] = {7, 12, 17, 22};
@@ -48,7 +48,7 @@ void drawSwitch(QPainter& painter, const QColor& accent) {
   painter.setBrush(QColor(kDeep));
   painter.drawRoundedRect(QRectF(99, 13, 28, 44), 5, 5);
   fill(painter, kMetal, QRectF(103, 17, 20, 17), 2.5);
-  fill(painter, kEdge, QRectF(103, 36, 20, 17), 2.5);
+  fill(painter, kRim, QRectF(103, 36, 20, 17), 2.5);
   painter.setPen(QPen(QColor(kDeep), 2.4, Qt::SolidLine, Qt::RoundCap));
   painter.drawLine(QPointF(113, 21.5), QPointF(113, 29.5));
   painter.setBrush(Qt::NoBrush);
