@@ -164,7 +164,6 @@ void FlashRun::enterProgram() {
   wizard_.setBar(0);
   receivePath_.RxBuffer.clear();
   form1_.lblTop.Caption = "Connected to unit, now erasing FLASH Memory...";
-  form1_.Command3.Disable();
   supervision_.BarValue = 0;
 }
 

@@ -15,7 +15,6 @@ Preset::Preset(SerialPort& port, CommandSet& commands, ReceivePath& receivePath,
 }
 
 bool Preset::SendPreset0() {
-  receivePath_.PresetLoaded = false;
   form1_.Timer3.start(kReportInterval);
   PresetPending = true;
   while (!sendAndWait()) {

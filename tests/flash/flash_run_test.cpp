@@ -290,21 +290,6 @@ TEST_F(FlashRunTest, EachWaitEndsInItsTime) {
   EXPECT_EQ(world_.screen.boxes().size(), 2U) << "one for each missing image";
 }
 
-TEST_F(FlashRunTest, AVerdictWithinItsTimeAfterALongImageSucceeds) {
-  image("wls.bin", 60'000);
-  Activity::Phase verdict;
-  world_.after(4 * kSecond, [&] { form1_.Command3.Enable(); });
-  world_.after(68 * kSecond, [&] {
-    verdict = supervision_.activity.now();
-    EXPECT_FALSE(form1_.Command3.Enabled);
-  });
-  fly("WS", "DSPFlash", {.image = 60'002, .verdict = 2 * kSecond});
-  EXPECT_EQ(nameOf(verdict.doing), std::string("waiting for the verdict"));
-  EXPECT_EQ(verdict.limit, 5 * kSecond);
-  EXPECT_EQ(state_.WizardPage, 7);
-  EXPECT_NEAR(seconds(kSending, kSent), 62, 0.5);
-}
-
 TEST_F(FlashRunTest, AnEraseReportIsFoundBehindAStrayStartByte) {
   image("RFSL.s19", 10);
   world_.after(4 * kSecond, [&] { wire_.deliver(bytes("02 02 00 00 00 1F 31 50 3E")); });
@@ -335,31 +320,21 @@ TEST_F(FlashRunTest, APortThatIsOpenIsLeftAlone) {
   EXPECT_EQ(ending(), "0 page 6 -timedout +port -next -watchdog -timer1 +bar");
 }
 
-TEST_F(FlashRunTest, APortThatCannotBeOpenedIsTheCallersFailure) {
-  wire_.openFailure = Failure(failure_number::kPortInUse, "The port is in use");
-  EXPECT_THROW(fly("WS", "DSPFlash", {}), Failure);
-  EXPECT_FALSE(form1_.Watchdog.enabled());
-}
-
 TEST_F(FlashRunTest, ARunIsRefusedWithoutItsImage) {
-  struct Case {
-    const char* product;
-    bool older;
-    const char* target;
-    const char* file;
-  };
-  for (const Case& c : {Case{"WS", false, "NewHubFlash", "HUBSL.s19"}, Case{"WS", false, "DSPFlash", "wls.bin"},
-                        Case{"WS", false, "RF2Flash", "RFSL.s19"}, Case{"VC", false, "NewHubFlash", "vrc2hub.s19"},
-                        Case{"VC", false, "DSPFlash", "vrc2.bin"}, Case{"VC", true, "OldVRCFlash", "vrc.bin"}}) {
-    SCOPED_TRACE(c.file);
-    state_.ProductCode = c.product;
-    state_.OldVelarc = c.older;
-    state_.FlashTarget = c.target;
-    EXPECT_THROW(processors_.requireImage(), Failure);
-    image(c.file, 0);
-    EXPECT_THROW(processors_.requireImage(), Failure) << "empty";
-    image(c.file, 1);
-    EXPECT_NO_THROW(processors_.requireImage());
+  for (const auto& [product, older, target, file] : {std::tuple{"WS", false, "NewHubFlash", "HUBSL.s19"},
+                                                     {"WS", false, "DSPFlash", "wls.bin"},
+                                                     {"WS", false, "RF2Flash", "RFSL.s19"},
+                                                     {"VC", false, "NewHubFlash", "vrc2hub.s19"},
+                                                     {"VC", false, "DSPFlash", "vrc2.bin"},
+                                                     {"VC", true, "OldVRCFlash", "vrc.bin"}}) {
+    state_.ProductCode = product;
+    state_.OldVelarc = older;
+    state_.FlashTarget = target;
+    EXPECT_THROW(processors_.requireImage(), Failure) << file;
+    image(file, 0);
+    EXPECT_THROW(processors_.requireImage(), Failure) << "empty " << file;
+    image(file, 1);
+    EXPECT_NO_THROW(processors_.requireImage()) << file;
   }
   state_.ProductCode = "WS";
   state_.FlashTarget = "FrontFlash";

@@ -49,28 +49,22 @@ class ImageSenderTest : public testing::Test {
 };
 
 TEST_F(ImageSenderTest, BytesOnTheWireOfEitherForm) {
-  struct Case {
-    const char* product;
-    bool vrc2;
-    const char* image;
-    const char* wire;
-  };
   std::string before;
-  for (const Case& c : {Case{"WS", false, "80 7F FF 00", "01 80 7F FF 00 7E"},
-                        {"VC", true, "80 80 80", "01 80 80 80 00"},
-                        {"VC", false, "80 7F FF 00", "01 01 00 00 7F 01 7F 00 00 7E"},
-                        {"VC", false, "", "01 00"},
-                        {"WS", true, "", "01 00"}}) {
-    world_.state.ProductCode = c.product;
-    world_.state.UnitIsVrc2 = c.vrc2;
+  for (const auto& [product, vrc2, content, wire] : {std::tuple{"WS", false, "80 7F FF 00", "01 80 7F FF 00 7E"},
+                                                   {"VC", true, "80 80 80", "01 80 80 80 00"},
+                                                   {"VC", false, "80 7F FF 00", "01 01 00 00 7F 01 7F 00 00 7E"},
+                                                   {"VC", false, "", "01 00"},
+                                                   {"WS", true, "", "01 00"}}) {
+    world_.state.ProductCode = product;
+    world_.state.UnitIsVrc2 = vrc2;
     form1_.Watchdog.setInterval(1000);
     form1_.lblProgressInfo.Hide();
-    sender_.DumpFile2(image(bytes(c.image)));
+    sender_.DumpFile2(image(bytes(content)));
     EXPECT_TRUE(form1_.lblProgressInfo.Visible);
-    EXPECT_EQ(sent(), before + c.wire) << c.product << c.vrc2;
+    EXPECT_EQ(sent(), before + wire) << product << vrc2;
     before = sent() + " ";
-    EXPECT_EQ(form1_.Watchdog.interval(), c.product == std::string("VC") && !c.vrc2 ? 1000 : 500);
-    EXPECT_EQ(form1_.lblProgressInfo.Caption.get(), "Programmed " + std::to_string(bytes(c.image).size()) + " bytes (100%)");
+    EXPECT_EQ(form1_.Watchdog.interval(), product == std::string("VC") && !vrc2 ? 1000 : 500);
+    EXPECT_EQ(form1_.lblProgressInfo.Caption.get(), "Programmed " + std::to_string(bytes(content).size()) + " bytes (100%)");
   }
 }
 

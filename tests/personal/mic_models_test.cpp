@@ -23,19 +23,14 @@ std::string table(const std::string& model = "SM|20000|1.25|-84", const std::str
 }
 
 TEST_F(MicModelsTest, LinesBecomeTheGroupsThatAUnitTakes) {
-  struct Case {
-    const char* line;
-    const char* name;
-    const char* filter;
-  };
-  for (const Case& c : {Case{"SM|20000|1.25|-84\r", "53 4D 20 20 20 20", "01 1C 20 00 00 7D"},
-                        {"NONE|128|2.56|0\r", "00 00 00 00 00 00", "00 01 00 54 02 00"},
-                        {" NONE |0|0|44\r", "00 00 00 00 00 00", "00 00 00 00 00 00"},
-                        {"none|32767|327.67| +6\r", "6E 6F 6E 65 20 20", "01 7F 7F 5A FF 7F"},
-                        {"LONGNAME|1|.5|1\r", "4C 4F 4E 47 4E 41", "00 00 01 55 00 32"}}) {
-    const MicFile::ModelLine line = MicFile(c.line).modelLine();
-    EXPECT_EQ(hex(line.name), c.name) << c.line;
-    EXPECT_EQ(hex(line.filter), c.filter) << c.line;
+  for (const auto& [text, name, filter] : {std::tuple{"SM|20000|1.25|-84\r", "53 4D 20 20 20 20", "01 1C 20 00 00 7D"},
+                                           {"NONE|128|2.56|0\r", "00 00 00 00 00 00", "00 01 00 54 02 00"},
+                                           {" NONE |0|0|44\r", "00 00 00 00 00 00", "00 00 00 00 00 00"},
+                                           {"none|32767|327.67| +6\r", "6E 6F 6E 65 20 20", "01 7F 7F 5A FF 7F"},
+                                           {"LONGNAME|1|.5|1\r", "4C 4F 4E 47 4E 41", "00 00 01 55 00 32"}}) {
+    const MicFile::ModelLine line = MicFile(text).modelLine();
+    EXPECT_EQ(hex(line.name), name) << text;
+    EXPECT_EQ(hex(line.filter), filter) << text;
   }
 }
 

@@ -371,44 +371,6 @@ TEST_F(SerialNumberTest, AnAnswerUnderTheQuestionCountsUnlessItDiffersAndTheUser
   }
 }
 
-TEST_F(SerialNumberTest, APresetThatFailsLeavesTheNumberTaken) {
-  writeNumber(100);
-  bool numberHeard = false;
-  unit_.onMessage = [&] {
-    unit_.deafTo = numberHeard ? 99 : 0;
-    numberHeard = true;
-    receivePath_.PresetLoaded = unit_.heard.size() == 1;  // of the unit before
-  };
-  world_.screen.answerNext(MessageButton::Yes);
-  world_.screen.answerNext(MessageButton::No);
-  runSerial();
-  EXPECT_EQ(unit_.heard.size(), 3U);
-  EXPECT_EQ(unit_.heard.at(2), kPresetMessage);
-  EXPECT_EQ(file(), content(101));
-  EXPECT_EQ(page(), kGivenUp);
-  EXPECT_EQ(top(), "No answer from the receiver: the Serial Number was programmed, but Preset 0 was not loaded");
-}
-
-TEST_F(SerialNumberTest, ExitEndsEveryWaitAndNoNumberComesTwice) {
-  // In the power cycle text, at the number, at the models, waiting for the unit.
-  for (const auto& [seconds, fileAfter] : {std::pair{0.5, 100}, {1.5, 100}, {2.5, 100}, {7.0, 101}}) {
-    writeNumber(100);
-    unit_.deafTo = 99;
-    state_.SerialStep = 0;
-    at(seconds, [&] { world_.queue.post([] { throw ProgramEnded{}; }); });
-    for (const double click : {1.0, 2.0, 3.0}) {
-      if (click < seconds) {
-        clickAfter(click, form1_.Command3);
-      }
-    }
-    EXPECT_THROW(serial_.btnSN_Click(), ProgramEnded) << seconds;
-    EXPECT_EQ(file(), content(fileAfter)) << seconds;
-    world_.mainPort.Close();
-    form1_.frmModel.Hide();
-    form1_.Command3.Enable();
-  }
-}
-
 TEST_F(SerialNumberTest, WhatARunBeforeHasLeftDoesNotSpoilTheNextNumber) {
   writeNumber(17);  // a byte that XON/XOFF would take for its own
   state_.FlashTarget = "NewHubFlash";

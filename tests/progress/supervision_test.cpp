@@ -65,22 +65,15 @@ TEST_F(SupervisionTest, TicksShowProgressOnlyOfAnImageThatHasBytes) {
 }
 
 TEST_F(SupervisionTest, TheBarMovesInStepsUntilTheImageIsOut) {
-  struct Case {
-    int before;
-    bool slow;
-    bool imageDone;
-    int shown;
-    int after;
-  };
-  for (const Case& c :
-       {Case{0, false, false, 5, 5}, {95, false, false, 0, 0}, {99, true, false, 0, 0}, {42, true, true, 100, 42}}) {
-    supervision_.BarValue = static_cast<std::int16_t>(c.before);
-    supervision_.SlowBar = c.slow;
-    state_.ImageDone = c.imageDone;
+  for (const auto& [before, slow, imageDone, shown, after] :
+       {std::tuple{0, false, false, 5, 5}, {95, false, false, 0, 0}, {99, true, false, 0, 0}, {42, true, true, 100, 42}}) {
+    supervision_.BarValue = static_cast<std::int16_t>(before);
+    supervision_.SlowBar = slow;
+    state_.ImageDone = imageDone;
     form1_.Timer1.start(100);
     world_.run(100 * kMillisecond);
-    EXPECT_EQ(form1_.ProgressBar1.Value.get(), c.shown) << c.before;
-    EXPECT_EQ(supervision_.BarValue, c.after) << c.before;
+    EXPECT_EQ(form1_.ProgressBar1.Value.get(), shown) << before;
+    EXPECT_EQ(supervision_.BarValue, after) << before;
   }
 }
 
