@@ -82,7 +82,7 @@ TEST_F(SetOnDisk, APowerFailureAnywhereLeavesTheOldSetOrTheNewOne) {
   const int operations = this->operations();
   std::map<std::string, int> outcomes;
   for (int at = 0; at <= operations; ++at) {
-    for (unsigned seed = 0; seed < 12; ++seed) {
+    for (unsigned seed = 0; seed < 6; ++seed) {
       SCOPED_TRACE("operation " + std::to_string(at) + ", seed " + std::to_string(seed));
       std::mt19937 random(seed);
       start();
@@ -110,7 +110,7 @@ TEST_F(SetOnDisk, APowerFailureAnywhereLeavesTheOldSetOrTheNewOne) {
     }
   }
   EXPECT_THAT(outcomes,
-              testing::UnorderedElementsAre(testing::Pair("old", testing::Gt(90)), testing::Pair("new", testing::Gt(50))));
+              testing::UnorderedElementsAre(testing::Pair("old", testing::Gt(45)), testing::Pair("new", testing::Gt(25))));
 }
 
 TEST_F(SetOnDisk, AnOperationThatFailsLeavesTheOldSetOrTheNewOne) {
@@ -145,10 +145,16 @@ TEST_F(SetOnDisk, ASetThatIsNotCompleteLeavesNothing) {
     disk->plan(FaultyDisk::Fault::None, 0);
   }
   EXPECT_EQ(found(), "old");
-  directory.write("wls.bin.new", std::string("from a program that was killed"));
-  disk->plan(FaultyDisk::Fault::None, 0);
-  settle();
-  EXPECT_EQ(found(), "old");
+  for (const char* left : {"wls.bin.new", "FNTLCDc.s19.new.part", "firmlane.set.part"}) {
+    directory.write(left, std::string("from a program that was killed"));
+    disk->plan(FaultyDisk::Fault::None, 0);
+    settle();
+    EXPECT_EQ(found(), "old");
+  }
+  std::filesystem::remove(directory.path() / "firmlane.lock");
+  std::filesystem::create_directory(directory.path() / "firmlane.lock");
+  fetch();
+  EXPECT_EQ(found(), "new") << "a share without locks";
 }
 
 TEST_F(SetOnDisk, ADamagedRecordMeansThatThereIsNoSetUntilAWholeOneHasCome) {

@@ -129,8 +129,10 @@ TEST_F(Lists, AnAnswerThatIsNoListEndsOnPage50) {
   constexpr const char* kNoList =
       "The Firmlane was unable to find a list of currently available software on Tolvex's website. Please try again "
       "later.\r\rClick on Next to continue";
+  state.InAutoWizard = true;
   for (const bool software : {false, true}) {
     const std::string url = maker(software ? "/lwx/updatev4.txt" : "/LWX/updateV4.txt");
+    frmAuto.lblMain.Caption = "";
     http.answer(url, "");
     fetch(software);
     EXPECT_EQ(page(), std::string("50 connecting top: Error connecting to the Internet status: ") + kNoConnection);
@@ -138,6 +140,7 @@ TEST_F(Lists, AnAnswerThatIsNoListEndsOnPage50) {
     fetch(software);
     EXPECT_EQ(page(), std::string("50 status: ") + kNoList);
     EXPECT_EQ(form1.ProgressBar1.Value, 100);
+    EXPECT_EQ(frmAuto.lblMain.Caption.get().empty(), software) << "the wizard waits for no list of software";
   }
   EXPECT_THAT(form1.List1.Lines.get(), IsEmpty());
   EXPECT_FALSE(directory.has("updateWS.txt"));

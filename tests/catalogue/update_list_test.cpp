@@ -2,8 +2,6 @@
 
 #include <gmock/gmock.h>
 
-#include <random>
-
 namespace firmlane::test {
 namespace {
 
@@ -151,44 +149,6 @@ TEST(UpdateListText, AListOf32768CharactersFails) {
     EXPECT_EQ(readFirmwareList(text, "WLS", 8).failure->number(), 5) << "no bar in it";
   }
   EXPECT_EQ(readFirmwareList("#WLS" + std::string(32764, 'x') + "|a|b", "WLS", 0).failure->number(), 6) << "bar at 32769";
-}
-
-// Whatever comes, the reading ends, keeps to its tables, and points into the text.
-void expectSound(const std::string& text) {
-  for (const UpdateList& list : {readFirmwareList(text, "WLS", 8), readFirmwareList(text, "VRC", 0), readSoftwareList(text)}) {
-    EXPECT_LE(list.locations.size(), kMostEntries);
-    EXPECT_LE(list.names.size(), list.locations.size() + 1);
-    EXPECT_LE(list.systems.size(), kMostSystems);
-    EXPECT_TRUE(list.failure || list.names.size() == list.locations.size());
-    for (const std::vector<std::string_view>& system : list.systems) {
-      EXPECT_LE(system.size(), 8U);
-    }
-  }
-}
-
-TEST(UpdateListText, ACutListIsSurvived) {
-  const std::string whole = kWireless;
-  for (std::size_t size = 0; size <= whole.size(); ++size) {
-    expectSound(whole.substr(0, size));
-  }
-}
-
-TEST(UpdateListText, RandomListsAreSurvived) {
-  constexpr unsigned kSeed = 20;
-  SCOPED_TRACE("seed " + std::to_string(kSeed));
-  std::mt19937 random(kSeed);
-  const std::vector<std::string> pieces = {"|",   "|",   "\n",     "\r",     "\r\n", "V", "v",
-                                           "WLS", "VRC", "REMOTE", "SYSTEM", "#",    "x", ""};
-  for (int round = 0; round < 3000; ++round) {
-    std::string text = round % 2 == 0 ? "#" : kWireless;
-    const auto size = random() % (round % 100 == 0 ? 40000 : 120);
-    for (std::size_t i = 0; i < size; ++i) {
-      const std::string& piece = pieces[random() % pieces.size()];
-      text.insert(text.size() < 1000 ? random() % (text.size() + 1) : text.size(),
-                  piece.empty() ? std::string(1, static_cast<char>(random())) : piece);
-    }
-    expectSound(text);
-  }
 }
 
 }  // namespace

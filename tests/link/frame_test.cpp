@@ -9,31 +9,22 @@ namespace firmlane::test {
 namespace {
 
 TEST(Frame, AddressesAreSplitIntoGroupsOfSevenBits) {
-  struct Case {
-    std::int32_t number;
-    const char* groups;
-  };
-  for (const Case& c : {Case{0, "00 00 00"},
-                        {300, "00 02 2C"},
-                        {16384, "01 00 00"},
-                        {16511, "01 00 7F"},
-                        {2097151, "7F 7F 7F"},
-                        {2097152, "00 00 00"},
-                        {-1, "7F 7F 7F"}}) {
-    EXPECT_EQ(hex(sevenBitGroups(c.number)), c.groups) << c.number;
+  for (const auto& [number, groups] : {std::pair{0, "00 00 00"},
+                                       {300, "00 02 2C"},
+                                       {16384, "01 00 00"},
+                                       {16511, "01 00 7F"},
+                                       {2097151, "7F 7F 7F"},
+                                       {2097152, "00 00 00"},
+                                       {-1, "7F 7F 7F"}}) {
+    EXPECT_EQ(hex(sevenBitGroups(number)), groups) << number;
   }
 }
 
 TEST(Frame, TheCheckAcceptsGoodFramesOnlyAndNeverReadsBeyondThem) {
-  struct Case {
-    const char* frame;
-    int good;
-    const char* what;
-  };
   FrameLengths lengths;
   lengths.fill();
-  for (const Case& c : {
-           Case{"02 00 00 00 1F 02 21 3E", 1, "erase report"},
+  for (const auto& [frame, good, what] : {
+           std::tuple{"02 00 00 00 1F 02 21 3E", 1, "erase report"},
            {"02 00 00 00 06 03 09 3E 3E 55", 1, "bytes behind the frame"},
            {"02 00 00 00 60 01 61 3E", 1, "code 96"},
            {"02 00 00 00 1F 02 A1 3E", 1, "top bit of the checksum does not count"},
@@ -51,7 +42,7 @@ TEST(Frame, TheCheckAcceptsGoodFramesOnlyAndNeverReadsBeyondThem) {
            {"02 00 00 00", 0, "cut in front of the code"},
            {"", 0, "nothing"},
        }) {
-    EXPECT_EQ(Valid_Check(bytes(c.frame), lengths), c.good) << c.what;
+    EXPECT_EQ(Valid_Check(bytes(frame), lengths), good) << what;
   }
 }
 
@@ -117,21 +108,17 @@ TEST_F(CommandSetTest, AClosedPortIsOpenedByThoseThatMayAndRefusedToTheOthers) {
 }
 
 TEST_F(CommandSetTest, SerialNumbersTravelWithoutTheirModelDigit) {
-  struct Case {
-    std::int32_t serial;
-    const char* frame;
-  };
   world_.mainPort.Open();
-  for (const Case& c : {Case{1000128, "02 00 00 00 27 00 01 00 00 00 00 28 80"},
-                        {300, "02 00 00 00 27 00 02 2C 00 00 00 55 80"},
-                        {123456, "02 00 00 00 27 07 44 40 00 00 00 32 80"},
-                        {1234567, "02 00 00 00 27 0E 28 47 00 00 00 24 80"},
-                        {10000300, "02 00 00 00 27 00 02 2C 00 00 00 55 80"},
-                        {-5, "02 00 00 00 27 7F 7F 7B 00 00 00 20 80"}}) {
+  for (const auto& [serial, frame] : {std::pair{1000128, "02 00 00 00 27 00 01 00 00 00 00 28 80"},
+                                      {300, "02 00 00 00 27 00 02 2C 00 00 00 55 80"},
+                                      {123456, "02 00 00 00 27 07 44 40 00 00 00 32 80"},
+                                      {1234567, "02 00 00 00 27 0E 28 47 00 00 00 24 80"},
+                                      {10000300, "02 00 00 00 27 00 02 2C 00 00 00 55 80"},
+                                      {-5, "02 00 00 00 27 7F 7F 7B 00 00 00 20 80"}}) {
     const auto before = static_cast<std::ptrdiff_t>(wire_.sent().size());
-    world_.state.SerialNumber = c.serial;
+    world_.state.SerialNumber = serial;
     commands_.SetSerial();
-    EXPECT_EQ(hex(Bytes(wire_.sent().begin() + before, wire_.sent().end())), c.frame) << c.serial;
+    EXPECT_EQ(hex(Bytes(wire_.sent().begin() + before, wire_.sent().end())), frame) << serial;
   }
 }
 

@@ -25,6 +25,13 @@ class VersionReadoutTest : public testing::Test {
     state_.VersionsComplete = state_.SerialRead = state_.GotId = state_.GetVersionsSent = state_.VersionsRead = false;
     form_.Load();
   }
+  /// A unit on the line that answers both questions.
+  FakeUnit& unitAt(int baud, const std::string& id = kIdAnswer, const std::string& versions = kVersionAnswer) {
+    FakeUnit& unit = unit_.emplace(world_, 4, baud);
+    unit.answers = {{kWho, id}, {kVersions, versions}};
+    return unit;
+  }
+  void tryAgain() { EXPECT_EQ(world_.host.click(form_.Command1), std::nullopt); }
   void complete(Micros limit = 10 * kSecond) {
     world_.runUntil([this] { return state_.VersionsComplete; }, limit);
   }
@@ -35,11 +42,11 @@ class VersionReadoutTest : public testing::Test {
   FrmVersion& form_ = world_.frmVersion;
   VersionReadout readout_{world_.versionPort, world_.activity, state_, form_};
   VirtualWire& wire_ = world_.wires.add(4);
+  std::optional<FakeUnit> unit_;
 };
 
 TEST_F(VersionReadoutTest, AWirelessUnitIsReadAtFullSpeed) {
-  FakeUnit unit(world_, 4, 57600);
-  unit.answers = {{kWho, kIdAnswer}, {kVersions, kVersionAnswer}};
+  unitAt(57600);
   world_.versionPort.setHandshake(Handshake::Rts);
   load();
   EXPECT_EQ(world_.versionPort.lineSettings().handshake, Handshake::None);
@@ -63,15 +70,20 @@ TEST_F(VersionReadoutTest, AWirelessUnitIsReadAtFullSpeed) {
 TEST_F(VersionReadoutTest, TheFirstQuestionComesFiveThousandPassesAfterTheReset) {
   state_.ProductCode = "VC";
   world_.after(90 * kMillisecond, [this] { EXPECT_EQ(hex(wire_.sent()), "") << "no reset, no question yet"; });
+  FakeUnit& unit = unitAt(19200, "02 00 02 2C 02 00 00 03 67 00 00 00 02 00 00 18 80");  // an old DSP
   load();
   EXPECT_GE(world_.time.now(), 100 * kMillisecond);
   EXPECT_EQ(hex(wire_.sent()).substr(hex(wire_.sent()).size() - 20), kWhoFrame);
   EXPECT_EQ(wire_.settings()->baud, 19200);
+  complete();
+  world_.run(5 * kSecond);
+  EXPECT_EQ(form_.lblDSP.Caption.get(), "4.87");
+  EXPECT_EQ(unit.count(kVersions), 0);
+  EXPECT_FALSE(form_.Timer1.enabled());
 }
 
 TEST_F(VersionReadoutTest, AnOldReceiverIsFoundAtTheOldSpeed) {
-  FakeUnit unit(world_, 4, 9600);
-  unit.answers = {{kWho, kIdAnswer}, {kVersions, kVersionAnswer}};
+  FakeUnit& unit = unitAt(9600);
   load();
   complete();
   EXPECT_TRUE(state_.LegacyLink);
@@ -81,7 +93,7 @@ TEST_F(VersionReadoutTest, AnOldReceiverIsFoundAtTheOldSpeed) {
   EXPECT_NEAR(static_cast<double>(world_.time.now()) / kSecond, 2.4, 0.2);
 
   form_.Show();
-  EXPECT_EQ(world_.host.click(form_.Command1), std::nullopt);
+  tryAgain();
   world_.after(0, [this] {
     world_.queue.post(
         [this] { EXPECT_FALSE(state_.VersionsComplete || state_.GetVersionsSent || state_.GotId || state_.SerialRead); });
@@ -89,19 +101,6 @@ TEST_F(VersionReadoutTest, AnOldReceiverIsFoundAtTheOldSpeed) {
   world_.run(kSecond);
   EXPECT_TRUE(state_.LegacyLink) << "what was read stays true of it";
   EXPECT_FALSE(state_.VersionsComplete);
-}
-
-TEST_F(VersionReadoutTest, AVelarcWithAnOldDspIsAskedForNoVersions) {
-  state_.ProductCode = "VC";
-  FakeUnit unit(world_, 4, 19200);
-  unit.answers = {{kWho, "02 00 02 2C 02 00 00 03 67 00 00 00 02 00 00 18 80"}};
-  load();
-  complete();
-  world_.run(5 * kSecond);
-  EXPECT_EQ(form_.lblDSP.Caption.get(), "4.87");
-  EXPECT_TRUE(state_.LegacyLink);
-  EXPECT_EQ(unit.count(kVersions), 0);
-  EXPECT_FALSE(form_.Timer1.enabled());
 }
 
 TEST_F(VersionReadoutTest, ASilentLineIsAskedEveryTickAndTheSpeedChangesEveryTwoSeconds) {
@@ -122,8 +121,7 @@ TEST_F(VersionReadoutTest, ASilentLineIsAskedEveryTickAndTheSpeedChangesEveryTwo
 }
 
 TEST_F(VersionReadoutTest, GarbledVersionsAreAskedForAgain) {
-  FakeUnit unit(world_, 4, 57600);
-  unit.answers = {{kWho, kIdAnswer}, {kVersions, "02 00 00 00 5F 0B 05 02 0C 01 07 03 01 00 00 00 00 80"}};
+  FakeUnit& unit = unitAt(57600, kIdAnswer, "02 00 00 00 5F 0B 05 02 0C 01 07 03 01 00 00 00 00 80");
   load();
   world_.run(500 * kMillisecond);
   EXPECT_FALSE(state_.VersionsComplete || state_.VersionsRead);
@@ -134,8 +132,7 @@ TEST_F(VersionReadoutTest, GarbledVersionsAreAskedForAgain) {
 
 TEST_F(VersionReadoutTest, BytesOfTheWrongSpeedDoNotSpoilTheAnswer) {
   for (const char* noise : {"FF 00 FE 80", "80", "02 11", "02 FF FF FF FF FF FF FF", "02 05 06 07 80", "02 00 01 01 55 01 80"}) {
-    FakeUnit unit(world_, 4, 9600);
-    unit.answers = {{kWho, kIdAnswer}, {kVersions, kVersionAnswer}};
+    unitAt(9600);
     world_.after(1900 * kMillisecond, [&] { wire_.deliver(bytes(noise)); });
     load();
     complete();
@@ -150,9 +147,8 @@ TEST_F(VersionReadoutTest, WhatWillNeverBecomeAnAnswerDoesNotStandInFrontOfOne) 
   FakeUnit unit(world_, 4, 57600);
   Bytes endless(32'767, 0x11);
   endless.front() = 0x02;
-  const std::pair<Bytes, std::function<void()>> cases[] = {
-      {bytes("02 00 02"), [this] { EXPECT_EQ(world_.host.click(form_.Command1), std::nullopt); }},
-      {endless, [this] { wire_.deliver(bytes("11")); }}};
+  const std::pair<Bytes, std::function<void()>> cases[] = {{bytes("02 00 02"), [this] { tryAgain(); }},
+                                                           {endless, [this] { wire_.deliver(bytes("11")); }}};
   for (const auto& [start, then] : cases) {
     unit.answers.clear();
     state_.VersionsComplete = state_.GetVersionsSent = true;
@@ -216,8 +212,7 @@ TEST_F(VersionReadoutTest, UnloadedInAnyWaitItSendsNothingMoreAndLeavesThePortCl
 }
 
 TEST_F(VersionReadoutTest, LoadedAgainInsideAnOldWaitOnlyTheNewConversationGoesOn) {
-  FakeUnit unit(world_, 4, 57600);
-  unit.answers = {{kWho, kIdAnswer}, {kVersions, kVersionAnswer}};
+  FakeUnit& unit = unitAt(57600);
   world_.after(2100 * kMillisecond, [this] {
     world_.queue.post([this] {
       form_.Unload();
@@ -236,8 +231,7 @@ TEST_F(VersionReadoutTest, LoadedAgainInsideAnOldWaitOnlyTheNewConversationGoesO
 
 TEST_F(VersionReadoutTest, AUnitThatTellsLessThanTheOneBeforeTakesNothingOverFromIt) {
   state_.ProductCode = "VC";
-  FakeUnit unit(world_, 4, 19200);
-  unit.answers = {{kWho, kVelarcId}, {kVersions, kVelarcVersions}};
+  FakeUnit& unit = unitAt(19200, kVelarcId, kVelarcVersions);
   load();
   complete();
   EXPECT_EQ(state_.VrcHubVer3, 3);
@@ -251,7 +245,7 @@ TEST_F(VersionReadoutTest, AUnitThatTellsLessThanTheOneBeforeTakesNothingOverFro
   }
 }
 
-TEST_F(VersionReadoutTest, APortThatCannotBeOpenedIsToldAndTheFormGoes) {
+TEST_F(VersionReadoutTest, APortThatFailsIsToldOnceAndTryAgainReadsWhenItIsBack) {
   wire_.openFailure = Failure(failure_number::kPortInUse, "The port is in use");
   form_.ShowModal();
   ASSERT_EQ(world_.screen.boxes().size(), 1U);
@@ -260,11 +254,8 @@ TEST_F(VersionReadoutTest, APortThatCannotBeOpenedIsToldAndTheFormGoes) {
   EXPECT_EQ(state_.ErrorText, world_.screen.boxes()[0].text);
   EXPECT_FALSE(form_.Loaded || form_.Visible);
   EXPECT_EQ(pointer(), Pointer::Normal);
-}
-
-TEST_F(VersionReadoutTest, APulledAdapterIsToldOnceAndTryAgainReadsWhenItIsBack) {
+  wire_.openFailure.reset();
   for (const Micros when : {50 * kMillisecond, 350 * kMillisecond, 2100 * kMillisecond}) {
-    FakeUnit unit(world_, 4, 57600);
     const std::size_t boxes = world_.screen.boxes().size();
     world_.after(when, [this] { wire_.vanish(); });
     form_.Show();
@@ -275,23 +266,23 @@ TEST_F(VersionReadoutTest, APulledAdapterIsToldOnceAndTryAgainReadsWhenItIsBack)
     EXPECT_FALSE(form_.Timer1.enabled());
     EXPECT_EQ(pointer(), Pointer::Normal);
     wire_.openFailure.reset();
-    unit.answers = {{kWho, kIdAnswer}, {kVersions, kVersionAnswer}};
-    EXPECT_EQ(world_.host.click(form_.Command1), std::nullopt);
+    unitAt(57600);
+    tryAgain();
     complete();
     form_.Unload();
+    unit_.reset();
   }
 }
 
 TEST_F(VersionReadoutTest, TryAgainReadsTheIdAnewOnTheOpenPort) {
-  FakeUnit unit(world_, 4, 57600);
-  unit.answers = {{kWho, kIdAnswer}, {kVersions, kVersionAnswer}};
+  FakeUnit& unit = unitAt(57600);
   load();
   form_.Show();
   complete();
   world_.run(kSecond);
   unit.answers[kWho] = "02 00 02 2D 02 00 00 02 1F 00 00 00 03 00 00 55 80";
   const Bytes sent = wire_.sent();
-  EXPECT_EQ(world_.host.click(form_.Command1), std::nullopt);
+  tryAgain();
   world_.run(2 * kSecond);
   EXPECT_EQ(state_.SerialNumber, 2000301);
   EXPECT_EQ(wire_.opens(), 1);
@@ -305,7 +296,7 @@ TEST_F(VersionReadoutTest, TryAgainInAChangeOfSpeedStartsOverAtFullSpeed) {
   world_.after(2100 * kMillisecond, [&] {
     EXPECT_FALSE(wire_.isOpen());
     unit.answers = {{kWho, kIdAnswer}, {kVersions, kVersionAnswer}};
-    EXPECT_EQ(world_.host.click(form_.Command1), std::nullopt);
+    tryAgain();
   });
   form_.Show();
   complete();

@@ -4,16 +4,6 @@
 namespace firmlane::sim {
 namespace {
 
-TEST(RunningUnitTest, AnswersAtItsOwnSpeedOnly) {
-  for (const auto& [model, own] : {std::pair{"lwx51", 57600}, {"lwx9600", 9600}, {"velarc2b", 19200}, {"velarc", 19200}}) {
-    for (const int baud : {9600, 19200, 57600}) {
-      Bench bench(model, baud);
-      bench.unit.startRunning();
-      EXPECT_EQ(bench.ask("02 00 00 00 01 01 80").empty(), baud != own) << model << baud;
-    }
-  }
-}
-
 TEST(RunningUnitTest, StoresANumberThatComesWholeAndReportsAnotherTwiceWhenToldTo) {
   Bench bench("lwx51", 57600);
   bench.unit.startRunning();
