@@ -122,7 +122,7 @@ struct Personal {
 
   Ground& ground;
   Line& line;
-  UnitAnswer answer{ground.host, line.supervision, ground.state, ground.form1};
+  UnitAnswer answer{ground.host, ground.mainPort, line.supervision, ground.state, ground.form1};
   SerialFile file{ground.files, ground.state, ground.form1};
   Preset preset{ground.mainPort, line.commands, line.receive, answer, ground.state, ground.form1};
   FactoryLine factory{ground.mainPort, line.receive, preset, line.supervision, line.wizard, ground.state, ground.form1};

@@ -105,8 +105,8 @@ bool FrontPanel::awaitRequest() {
   const auto asked = [this] { return state_.FrontBlockOk || state_.FrontVectorAsked; };
   const auto noVerdict = [this] { return state_.FlashPhase == flash_phase::kErased; };
   while (!asked() && !silence.passed(noVerdict() ? SilenceLimit::kSeconds : kAfterVerdict)) {
-    host_.queue().WaitEvents();
     port_.requireOpen();
+    host_.queue().WaitEvents();
   }
   if (!asked() && noVerdict()) {
     state_.TimedOut = true;

@@ -105,6 +105,9 @@ bool MicModels::SendMicModels(const std::string& path) {
     supervision_.setLimit(kAfterwardsLimit);
     return true;
   } catch (const Failure& failure) {
+    if (failure.number() == failure_number::kPortGone) {
+      throw;  // no file to look for
+    }
     host_.showFailure("Error encountered while trying to open file, please retry, " + std::to_string(failure.number()) + "," +
                       failure.description());
     return false;

@@ -7,6 +7,10 @@ bool UnitAnswer::await(const std::function<bool()>& come, int seconds, int inter
   supervision_.setLimit(static_cast<int>(seconds * kSecond / (interval * kMillisecond)));
   form1_.Watchdog.start(interval);
   while (!come() && !state_.TimedOut) {
+    if (!port_.IsOpen()) {
+      form1_.Watchdog.stop();
+      port_.requireOpen();
+    }
     host_.queue().WaitEvents();
   }
   return come();

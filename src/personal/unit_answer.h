@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "platform/screen.h"
+#include "platform/serial_port.h"
 #include "progress/supervision.h"
 
 namespace firmlane {
@@ -13,11 +14,11 @@ inline constexpr int kAnswerSeconds = 10;
 
 class UnitAnswer {
  public:
-  UnitAnswer(FormHost& host, Supervision& supervision, RunState& state, Form1& form1)
-      : host_(host), supervision_(supervision), state_(state), form1_(form1) {}
+  UnitAnswer(FormHost& host, const SerialPort& port, Supervision& supervision, RunState& state, Form1& form1)
+      : host_(host), port_(port), supervision_(supervision), state_(state), form1_(form1) {}
 
   /// Waits, passing events, until `come` holds or `seconds` have gone by; `interval` is that of Watchdog's ticks in milliseconds.
-  /// Returns whether it came. Clears TimedOut first; Watchdog runs on afterwards.
+  /// Returns whether it came. Clears TimedOut first; Watchdog runs on afterwards. Throws Failure as soon as the port has gone.
   bool await(const std::function<bool()>& come, int seconds = kAnswerSeconds, int interval = 1000);
 
   /// Tells the user that no answer came and offers another try. An answer that arrived while the question stood is taken in.
@@ -28,6 +29,7 @@ class UnitAnswer {
 
  private:
   FormHost& host_;
+  const SerialPort& port_;
   Supervision& supervision_;
   RunState& state_;
   Form1& form1_;

@@ -46,7 +46,7 @@ class ClassicTest : public testing::Test {
   ShortDelay delay_{world_.queue, world_.state, world_.form1};
   ReceivePath receive_{world_.host,  world_.mainPort, commands_,      delay_,
                        world_.state, world_.form1,    world_.frmAuto, world_.frmVRCAuto};
-  UnitAnswer answer_{world_.host, world_.supervision, world_.state, world_.form1};
+  UnitAnswer answer_{world_.host, world_.mainPort, world_.supervision, world_.state, world_.form1};
   Preset preset_{world_.mainPort, commands_, receive_, answer_, world_.state, world_.form1};
   FactoryLine line_{world_.mainPort, receive_, preset_, world_.supervision, world_.wizard, world_.state, world_.form1};
   StartUp start_;

@@ -70,7 +70,7 @@ class FactoryTest : public testing::Test {
   FactoryUnit unit_{world_.time, wire_};
 
   ReceivePath& receivePath_ = world_.receivePath;
-  UnitAnswer answer_{world_.host, world_.supervision, state_, form1_};
+  UnitAnswer answer_{world_.host, world_.mainPort, world_.supervision, state_, form1_};
   SerialFile serialFile_{world_.files, state_, form1_};
   Preset preset_{world_.mainPort, world_.commands, receivePath_, answer_, state_, form1_};
   FactoryLine line_{world_.mainPort, receivePath_, preset_, world_.supervision, world_.wizard, state_, form1_};

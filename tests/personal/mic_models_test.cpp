@@ -134,6 +134,55 @@ TEST_F(MicModelsTest, AUnitThatStopsAcknowledgingEndsTheTransferAfterTenSeconds)
   EXPECT_EQ(page(), kGivenUp);
 }
 
+/// Whatever the unit is waited for: the user is told which adapter has gone when it goes, not after the unit's ten seconds.
+TEST_F(MicModelsTest, APulledAdapterIsNamedAtOnce) {
+  world_.directory.write("micmodels.lmm", table());
+  struct Case {
+    const char* awaited;
+    bool microphones;
+    std::size_t unanswered;  // message of the program, counted from 1
+    const char* page;
+  };
+  for (const Case& c : {Case{"the number's answer", false, 1, kReady},
+                        {"the preset's answer", false, 2, kReady},
+                        {"the start", true, 0, kGivenUp},
+                        {"an acknowledge", true, 52, kGivenUp}}) {
+    SCOPED_TRACE(c.awaited);
+    Micros pulledAt = 0;
+    const auto pull = [&] {
+      pulledAt = world_.time.now() + kSecond;
+      world_.after(kSecond, [&] { wire_.vanish(); });
+    };
+    unit_.heard.clear();
+    unit_.onMessage = [&] {
+      const bool last = unit_.heard.size() == c.unanswered;
+      unit_.deafTo = last ? c.unanswered : 0;
+      if (last) {
+        pull();
+      }
+    };
+    Micros toldAt = 0;
+    world_.screen.onBox = [&](const MessageBox&) { toldAt = world_.time.now(); };
+    world_.screen.answerNext(MessageButton::OK);
+    if (!c.microphones) {
+      runSerial();
+    } else {
+      c.unanswered == 0 ? pull() : unit_.startForMicrophones(c.unanswered - 2);
+      form1_.btnMic.Click();
+    }
+    const std::string told = world_.screen.boxes().back().text;
+    EXPECT_NE(told.find("Serial port COM 2 has gone: its adapter was pulled"), std::string::npos) << told;
+    EXPECT_EQ(told.find("open file"), std::string::npos) << told;
+    EXPECT_EQ((toldAt - pulledAt) / kSecond, 0);
+    EXPECT_EQ(page(), c.page);
+    wire_.openFailure.reset();
+    if (c.microphones) {
+      next();
+    }
+  }
+  EXPECT_EQ(world_.screen.boxes().size(), 4U);
+}
+
 TEST_F(MicModelsTest, AUnitThatDoesNotStartIsAskedForAgainForTwentySecondsEachTime) {
   world_.directory.write("micmodels.lmm", table());
   world_.screen.answerNext(MessageButton::Yes, 100 * kSecond);
