@@ -8,59 +8,6 @@ using testing::ElementsAre;
 
 using DetoursTest = FlowTest;
 
-TEST_F(DetoursTest, ASilentUnitIsRecoveredWithAllProcessorsAndNoComparison) {
-  state.PortChosen = true;
-  state.LwxSysFile[0] = system("3.1", "2.31", "2.30", "1.2", "1.9");
-  world.unit = nullptr;
-  world.open(form, false, true);
-  world.after(29'050 * kMillisecond, [&] {
-    expectPage(0,
-               "Now attempting to read the firmware versions in the connected receiver.\r\n\r\nYour receiver should be "
-               "turned on now.",
-               "Back- Next- bar");
-    EXPECT_EQ(form.Progress1.Value, 45) << "in the second sweep of 20 s";
-    EXPECT_FALSE(world.frmRecover.Visible);
-    state.LegacyLink = true;  // the readout is at the older link's turn
-  });
-  world.after(31 * kSecond, [&] {
-    EXPECT_FALSE(state.LegacyLink);
-    EXPECT_EQ(world.frmRecover.lblMain.Caption,
-              "Unable to connect to your receiver\r\n\r\nPlease check your connections and COM port and make sure your "
-              "receiver is turned on.\r\n\r\nIf you are still unable to connect, click the 'Recover' button.\r\nUse this "
-              "option if you think that the firmware in your receiver may be corrupt.");
-    EXPECT_FALSE(world.frmVersion.Loaded);
-    world.host.click(world.frmRecover.Label1);
-    world.host.click(world.frmRecover.btnRecover);
-  });
-  world.click(form.btnNext);
-  EXPECT_THAT(asked(), ElementsAre("read", "open /Mic_FAQ_LWX_index.htm", "flash 0"));
-  expectPage(5, "Processor 1 Programmed!\r\r\r\r", "reset Next bar total lblTotal");
-  EXPECT_EQ(form.lblTotal.Caption, "Overall Progress (Step 1 of 11)");
-  for (int press = 0; press < 4; ++press) {
-    world.click(form.btnNext);
-  }
-  EXPECT_THAT(asked(), ElementsAre("flash 1", "flash 2", "flash 3", "flash 4"));
-  EXPECT_EQ(world.frmDBUG.lblStage.Caption, "Initializing");
-  EXPECT_EQ(world.frmDBUG.lblErrors.Caption, "About to Start Communications with Receiver");
-}
-
-TEST_F(DetoursTest, ComPortReadsAgainWithThirtySecondsOfItsOwn) {
-  state.PortChosen = true;
-  world.unit = nullptr;
-  world.open(form, false, true);
-  world.clickLater(31 * kSecond, world.frmRecover.btnComPort);
-  world.after(32500 * kMillisecond, [&] {
-    world.unit = [&] { report(2, 30, 2, 20); };
-    world.unitAnswersAfter = 29 * kSecond;
-  });
-  // The port window takes a second; the unit is there for the third reading.
-  world.clickLater(64 * kSecond, world.frmRecover.btnComPort);
-  world.click(form.btnNext);
-  EXPECT_EQ(state.AutoPage, 2);
-  EXPECT_FALSE(form.lblOutcome.Visible) << "the unit has answered";
-  EXPECT_THAT(asked(), ElementsAre("read", "ask for port", "read", "ask for port", "read"));
-}
-
 TEST_F(DetoursTest, TheLimitOfAnEarlierReadingDoesNotEndALaterOne) {
   state.PortChosen = true;
   world.open(form, false, true);
@@ -77,27 +24,6 @@ TEST_F(DetoursTest, TheLimitOfAnEarlierReadingDoesNotEndALaterOne) {
   world.click(form.btnNext);
   EXPECT_EQ(state.AutoPage, 2);
   EXPECT_FALSE(world.frmRecover.Loaded);
-}
-
-TEST_F(DetoursTest, WithoutAPortTheOptionsComeBackAndTheFailureIsTold) {
-  world.screen.answerOthers();
-  world.portChosen = 0;
-  world.open(form, false, true);
-  world.click(form.btnNext);
-  expectPage(0, kOptionsPage, "Back Next Off Rec imgDL imgFlash");
-  world.portChosen = 3;
-  world.versionPortOpens = false;
-  world.click(form.btnNext);
-  expectPage(0, kOptionsPage, "Back Next Off Rec imgDL imgFlash");
-  EXPECT_FALSE(world.frmVersion.Loaded);
-  world.versionPortOpens = true;
-  world.click(form.btnNext);
-  EXPECT_EQ(state.AutoPage, 2);
-  EXPECT_THAT(asked(), ElementsAre("ask for port", "ask for port", "read", "no port", "ask for port", "read"));
-  ASSERT_EQ(world.screen.boxes().size(), 1U) << "a port that cannot be opened is told by the readout itself";
-  EXPECT_EQ(world.screen.boxes()[0].text, "Error opening port: No COM port has been chosen (#8002)");
-  EXPECT_EQ(world.screen.boxes()[0].icon, MessageIcon::Critical);
-  EXPECT_EQ(state.ErrorText, world.screen.boxes()[0].text);
 }
 
 TEST_F(DetoursTest, APortThatIsGoneAtTheFinalCheckCanBeTriedAgain) {
@@ -123,23 +49,6 @@ TEST_F(DetoursTest, APortThatIsGoneAtTheFinalCheckCanBeTriedAgain) {
   world.portChosen = 0;
   world.click(form.btnMore);
   EXPECT_FALSE(state.VersionsComplete) << "what was read says nothing of another receiver";
-}
-
-TEST_F(DetoursTest, AFailedDownloadEndsTheDownloadingAndStaysOnThePage) {
-  state.VersionPicked = true;
-  state.SelectedSystem = 1;
-  world.open(form, true, false);
-  world.click(form.btnNext);
-  int files = 0;
-  world.download = [&] { return ++files != 2; };
-  const std::string page = form.lblMain.Caption;
-  world.click(form.btnNext);
-  expectPage(3, page, "Back Next RelNote List");
-  EXPECT_EQ(form.VersionList.ListIndex, 1) << "the earlier pick";
-  world.click(form.btnNext);
-  EXPECT_EQ(state.AutoPage, 4);
-  EXPECT_THAT(asked(), ElementsAre("fetch WS", "page 1 product 1", "page 2 product 1", "get 0 of 1", "get 1 of 1", "get 0 of 1",
-                                   "get 1 of 1", "get 2 of 1", "get 3 of 1"));
 }
 
 TEST_F(DetoursTest, BackEndsTheWaitsOfTheOnlinePath) {
@@ -256,48 +165,6 @@ TEST_F(DetoursTest, AnEarlierListStandsInForOneThatDoesNotCome) {
   EXPECT_THAT(asked(), ElementsAre("fetch WS")) << "the main form has no list to be led to";
 }
 
-TEST_F(DetoursTest, WithoutASetOnDiskNothingIsComparedOrProgrammed) {
-  std::filesystem::remove(world.directory.path() / "wls.bin");
-  state.PortChosen = true;
-  world.open(form, false, true);
-  world.click(form.btnNext);
-  EXPECT_THAT(form.lblMain.Caption.get(), testing::EndsWith("your hard drive is:\r\nVersion , released "));
-  for (int press = 0; press < 2; ++press) {
-    EXPECT_EQ(form.lblOutcome.Kind, "caution");
-    EXPECT_EQ(
-        form.lblOutcome.Caption,
-        "There is no firmware set on your hard drive.\r\rPlease download the latest firmware from Tolvex to this PC first.");
-    if (press == 0) {
-      world.click(form.btnNext);
-    }
-  }
-  expectPage(0, kOptionsPage, "Back Next Off Rec imgDL imgFlash");
-  EXPECT_THAT(asked(), ElementsAre("read"));
-}
-
-TEST_F(DetoursTest, ASecondChanceThatCameToNothingIsFollowedByTheSameProcessors) {
-  state.PortChosen = true;
-  state.LwxSysFile[0] = system("3.1", "2.31", "2.30", "1.2", "1.9");
-  world.open(form, false, true);
-  world.click(form.btnNext);
-  world.flash = [&] {
-    for (CheckBox* check : form.checks()) {
-      check->Value = 0;
-    }
-    state.TimedOut = true;
-  };
-  world.click(form.btnNext);
-  EXPECT_EQ(shown(form), "Next total lblTotal");
-  world.click(form.btnNext);
-  EXPECT_EQ(shown(form), "Next Off Rec imgDL imgFlash") << "the progress of the run that failed is gone";
-  world.flash = [&] { state.TimedOut = false; };
-  for (int press = 0; press < 3; ++press) {
-    world.click(form.btnNext);
-  }
-  EXPECT_EQ(shown(form), "reset Next total lblTotal");
-  EXPECT_THAT(asked(), ElementsAre("read", "flash 0", "read", "flash 0", "flash 1"));
-}
-
 TEST_F(DetoursTest, TheSecondHalfOfADoubleClickStartsNoSecondRun) {
   state.PortChosen = true;
   state.LwxSysFile[0] = system("3.1", "2.31", "2.30", "1.2", "1.9");
@@ -357,25 +224,6 @@ TEST_F(DetoursTest, TheDriverTakesOneProcessorACallAndNoneWhenNoneIsSelected) {
     EXPECT_EQ(form.lblPage.Caption, page);
   }
   EXPECT_THAT(asked(), ElementsAre("flash 0", "flash 4"));
-}
-
-TEST_F(DetoursTest, AdvancedOptionsShowTheSelections) {
-  form.Load();
-  for (const bool visible : {true, false}) {
-    form.btnDetails.Click();
-    EXPECT_EQ(form.Check1.Visible && form.Shape5.Visible && form.Label6.Visible, visible);
-    EXPECT_EQ(form.btnDetails.Caption, visible ? "Hide Advanced Options" : "Show Advanced Options");
-  }
-}
-
-TEST_F(DetoursTest, TheDebugViewComesWithItsSwitchAlone) {
-  for (const bool wanted : {false, true}) {
-    Flow flow;
-    flow.state.DebugView = wanted;
-    flow.form.Show();
-    EXPECT_EQ(flow.world.frmDBUG.Visible, wanted);
-    EXPECT_EQ(flow.form.Left == flow.world.frmDBUG.Left + flow.world.frmDBUG.Width, wanted);
-  }
 }
 
 TEST_F(DetoursTest, APortThatIsLostLeadsToRecoveryAtOnceAndRecoveryCanEndTheProgram) {

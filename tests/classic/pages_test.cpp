@@ -60,96 +60,6 @@ TEST_F(PagesTest, TheChoiceOfTaskLeadsToItsPath) {
   }
 }
 
-TEST_F(PagesTest, AFetchStartsWithAnEmptyListAndAMovingBar) {
-  product(form1_.VRColdButton);
-  form1_.List1.AddItem("old");
-  next();
-  EXPECT_THAT(form1_.List1.Lines.get(), IsEmpty());
-  EXPECT_TRUE(form1_.lblConnect.Visible && form1_.ProgressBar1.Visible);
-  EXPECT_FALSE(form1_.lblTop.Visible || form1_.Option1(0).Visible);
-  EXPECT_TRUE(form1_.Timer1.enabled());
-  EXPECT_EQ(form1_.Timer1.interval(), 100);
-}
-
-TEST_F(PagesTest, TheOlderVelarcGoesFromListToDownloadToFlash) {
-  world_.screen.answerOthers();
-  product(form1_.VRColdButton);
-  next();
-  state_.CatalogueReady = true;
-  form1_.List1.AddItem("V4.91 - newer");
-  next();
-  EXPECT_EQ(state_.WizardPage, 2);
-  EXPECT_TRUE(form1_.txtEmail.Visible);
-  onRegister_ = [this] { EXPECT_TRUE(form1_.List1.Visible) << "nobody waits before an empty page"; };
-  next();
-  EXPECT_TRUE(state_.ContactBlank);
-  EXPECT_FALSE(form1_.txtEmail.Visible);
-  EXPECT_EQ(top(), "Please select the firmware version you wish to download from Tolvex and then click Next to continue");
-  EXPECT_TRUE(form1_.btnVRCrelnotef.Visible);
-  next();
-  EXPECT_EQ(state_.WizardPage, 3);
-  EXPECT_EQ(world_.screen.boxes().back().text,
-            "Please click on one of the firmware versions in the list and then click Next to continue");
-  form1_.List1.AddItem("V4.90 - older");
-  EXPECT_EQ(world_.host.choose(form1_.List1, 0), std::nullopt);
-  next();
-  EXPECT_EQ(top(), "Downloading file to " + world_.directory.path().string());
-  EXPECT_EQ(state_.WizardPage, 4);
-  next();
-  EXPECT_EQ(world_.screen.boxes().back().text, "Would you like to see the Release Notes for this firmware now?");
-  EXPECT_EQ(
-      top(),
-      "If you are ready to update the firmware in your Vel-Arc now, click on Next\r\rOtherwise, click on Exit or More Options");
-  EXPECT_THAT(log_, ElementsAre("clear urls", "firmware list", "register", "firmware", "release notes"));
-  click(form1_.Command1);
-  EXPECT_EQ(top(), kBackToStart);
-  EXPECT_FALSE(form1_.Command1.Visible);
-  EXPECT_EQ(state_.WizardPage, 0);
-}
-
-TEST_F(PagesTest, RemoteSoftwareEndsInItsInstallerOrBackAtTheStart) {
-  for (const bool done : {true, false}) {
-    SCOPED_TRACE(done);
-    log_.clear();
-    downloadDone_ = done;
-    state_.CatalogueReady = true;
-    form1_.List1.AddItem("Remote 2");
-    state_.WizardPage = 20;
-    next();
-    EXPECT_EQ(state_.WizardPage, 21);
-    form1_.txtFirst.Text = "Ada";
-    next();
-    EXPECT_FALSE(state_.ContactBlank);
-    EXPECT_EQ(top(), "Please select the software version you wish to download from Tolvex and then click Next to continue");
-    form1_.List1.AddItem("Remote 2");
-    form1_.List1.ListIndex = 0;
-    world_.screen.answerNext(MessageButton::No);
-    next();
-    EXPECT_EQ(state_.WizardPage, 23);
-    EXPECT_EQ(top(), "Downloading file from Tolvex...");
-    if (!done) {
-      world_.screen.answerNext(MessageButton::OK);
-    }
-    next();
-    if (done) {
-      EXPECT_THAT(log_, ElementsAre("register", "software", "install"));
-    } else {
-      EXPECT_EQ(world_.screen.boxes().back().text, "Error retreiving Remote Software, please try again");
-      EXPECT_EQ(top(), kBackToStart);
-    }
-  }
-}
-
-TEST_F(PagesTest, AnEmptyCatalogueIsToldAndLeadsBack) {
-  world_.screen.answerOthers();
-  state_.CatalogueReady = true;  // of an earlier list; this one has no line
-  state_.WizardPage = 1;
-  next();
-  EXPECT_EQ(world_.screen.boxes().back().text, "Error, didnt download any files");
-  EXPECT_EQ(state_.WizardPage, 0);
-  EXPECT_TRUE(form1_.lblTop.Visible && form1_.Option1(2).Visible) << "what needs no list can still be chosen";
-}
-
 TEST_F(PagesTest, NextWaitsForAListOnItsWay) {
   product(form1_.VRColdButton);
   next();
@@ -157,20 +67,6 @@ TEST_F(PagesTest, NextWaitsForAListOnItsWay) {
   next();
   EXPECT_EQ(state_.WizardPage, 1);
   EXPECT_TRUE(world_.screen.boxes().empty());
-}
-
-TEST_F(PagesTest, AFailedDownloadBringsBackTheList) {
-  downloadDone_ = false;
-  state_.ProductCode = "VC";
-  state_.CatalogueReady = true;
-  state_.WizardPage = 3;
-  form1_.List1.AddItem("V4.90 - older");
-  form1_.List1.ListIndex = 0;
-  next();
-  EXPECT_EQ(state_.WizardPage, 3);
-  EXPECT_TRUE(form1_.List1.Visible && form1_.btnVRCrelnotef.Visible);
-  EXPECT_FALSE(form1_.ProgressBar1.Visible);
-  EXPECT_EQ(top(), "Please select the firmware version you wish to download from Tolvex and then click Next to continue");
 }
 
 TEST_F(PagesTest, TheFirstTaskPageComesBackAsItWasFromEveryStateOfAFetch) {
@@ -220,35 +116,6 @@ TEST_F(PagesTest, APageWithoutAHandlerChangesOnlyItsNumberOnScreen) {
   EXPECT_EQ(form1_.lblPage.Caption.get(), "8");
   EXPECT_EQ(top(), before);
   EXPECT_EQ(state_.WizardPage, 8);
-}
-
-TEST_F(PagesTest, ThePowerOffPageSpeaksOfTheUnit) {
-  state_.PortChosen = true;
-  struct Case {
-    const char* product;
-    const char* text;
-    bool processors;
-  };
-  for (
-      const Case& c :
-      {Case{
-           "VC",
-           "Before a Vel-Arc's FLASH RAM can be upgraded, you must make sure that only one Vel-Arc is connected to your computer "
-           "and that there are no other Vel-Arcs connected in the chain\r\rPlease turn off the power switch on your Vel-Arc now "
-           "and click Next",
-           false},
-       Case{"WS",
-            "Before a Receiver's FLASH RAM can be upgraded, you must make sure that only one Receiver is connected to your "
-            "computer and that there are no other Receivers connected on the network\r\rPlease turn off the power switch on your "
-            "Receiver now and click Next",
-            true}}) {
-    state_.ProductCode = c.product;
-    state_.WizardPage = 5;
-    next();
-    EXPECT_EQ(top(), c.text);
-    EXPECT_EQ(form1_.frmUC.Visible, c.processors);
-    EXPECT_EQ(state_.WizardPage, 6);
-  }
 }
 
 TEST_F(PagesTest, AUserWhoClosesThePortWindowStaysOnThePage) {
@@ -339,24 +206,6 @@ TEST_F(PagesTest, TheTargetFollowsProductAndProcessor) {
   }
 }
 
-TEST_F(PagesTest, WithoutAProcessorTheFlashPageAsksForOne) {
-  world_.screen.answerOthers();
-  state_.PortChosen = true;
-  state_.ProductCode = "WS";
-  state_.FlashTarget = "RF2Flash";  // of the unit before
-  state_.WizardPage = 5;
-  next();
-  next();
-  EXPECT_EQ(world_.screen.boxes().back().text, "Please select the processor to flash and then click Next to continue");
-  EXPECT_THAT(log_, IsEmpty());
-  EXPECT_EQ(state_.WizardPage, 6);
-  click(form1_.Option4(0));
-  onFlash_ = [this] { EXPECT_TRUE(form1_.ProgressBar1.Visible); };
-  next();
-  EXPECT_THAT(log_, ElementsAre("flash NewHubFlash"));
-  EXPECT_FALSE(form1_.ProgressBar1.Visible) << "the run is over";
-}
-
 TEST_F(PagesTest, ARunThatCannotBeginIsToldAndLeavesTheButtonsLive) {
   world_.screen.answerOthers();
   state_.ProductCode = "WS";
@@ -388,19 +237,6 @@ TEST_F(PagesTest, TheSecondHalfOfADoubleClickStartsNoSecondRun) {
   EXPECT_THAT(log_, ElementsAre("convert", "flash FrontFlash"));
 }
 
-TEST_F(PagesTest, AProcessorWithoutAnImageIsNotErased) {
-  world_.screen.answerOthers();
-  imageThere_ = false;
-  state_.ProductCode = "WS";
-  state_.WizardPage = 6;
-  form1_.Option4(1).Value = true;
-  next();
-  EXPECT_THAT(log_, IsEmpty());
-  EXPECT_EQ(world_.screen.boxes().back().text, "Error: wls.bin is missing (#53)");
-  EXPECT_TRUE(state_.TimedOut);
-  EXPECT_EQ(form1_.lblOutcome.Kind, "failure");
-}
-
 TEST_F(PagesTest, AFrontPanelWithoutAnImageIsNotErased) {
   struct Case {
     const char* product;
@@ -420,25 +256,6 @@ TEST_F(PagesTest, AFrontPanelWithoutAnImageIsNotErased) {
     EXPECT_THAT(top(), testing::StartsWith("If you are ready to Update")) << "nothing waits for the unit";
     EXPECT_THAT(form1_.lblOutcome.Caption.get(), testing::StartsWith("There is no image to program"));
   }
-}
-
-TEST_F(PagesTest, AfterARunNextLeadsBackToTheStart) {
-  state_.WizardPage = 7;
-  state_.FlashTarget = "OldVRCFlash";
-  form1_.Option1(1).Value = true;
-  next();
-  EXPECT_EQ(top(), kBackToStart);
-  EXPECT_TRUE(form1_.Option1(0).Value);
-  EXPECT_TRUE(form1_.Option1(2).Visible);
-  EXPECT_EQ(state_.WizardPage, 0);
-}
-
-TEST_F(PagesTest, AFailedFetchLeadsBackToTheStart) {
-  state_.WizardPage = 50;
-  form1_.lblStatus.Show();
-  next();
-  EXPECT_FALSE(form1_.lblStatus.Visible);
-  EXPECT_EQ(top(), kBackToStart);
 }
 
 }  // namespace

@@ -34,32 +34,30 @@ int asNumber(const sim::Version& version) { return (version.first * 128 + versio
 
 }  // namespace
 
-RandomRun::RandomRun(Line line, std::uint32_t seed) : story(line, models(line)[seed % models(line).size()]), random_(seed) {
+RandomRun::RandomRun(Line line, std::uint32_t seed) : stage(line, models(line)[seed % models(line).size()]), random_(seed) {
   for (const Release& release : releases(line)) {
     for (const SetFile& file : setFiles(line, release)) {
       whole_[file.name].insert(std::string(file.content.begin(), file.content.end()));
     }
   }
   if (chance(60)) {
-    putOnDisk(story.directory, line, oneOf(releases(line)));
+    putOnDisk(stage.directory, line, oneOf(releases(line)));
   }
-  const auto note = story.screen.onChange;
-  story.screen.onChange = [this, note](Control& control) {
-    note(control);
-    if (&control == &story.form().lblMain && story.form().lblMain.Caption.get().starts_with("Programming Complete.")) {
+  stage.screen.onChange = [this](const Control& control) {
+    if (&control == &stage.form().lblMain && stage.form().lblMain.Caption.get().starts_with("Programming Complete.")) {
       checkVerdict();
     }
   };
 }
 
 void RandomRun::play() {
-  story.play(toOptions(story.line));
-  end_ = story.time.now() + kRunLength;
-  story.time.setEnd(end_ + 2 * kCalm);
+  stage.start();
+  end_ = stage.time.now() + kRunLength;
+  stage.time.setEnd(end_ + 2 * kCalm);
   next();
   try {
     for (;;) {
-      story.queue.WaitEvents();
+      stage.queue.WaitEvents();
       checkAtRest();
     }
   } catch (const RunOver&) {
@@ -67,8 +65,8 @@ void RandomRun::play() {
   } catch (const ProgramEnded&) {
     // A user can always leave.
   }
-  story.program.reset();
-  if (story.wire.isOpen()) {
+  stage.program.reset();
+  if (stage.wire.isOpen()) {
     fail("the port is open behind the program's end");
   }
   checkFiles();
@@ -76,8 +74,8 @@ void RandomRun::play() {
 
 void RandomRun::next() {
   const Micros pause = (chance(20) ? 5 : 1) * static_cast<Micros>(random_() % 2000 + 50) * kMillisecond;
-  story.time.after(pause, [this] {
-    if (story.time.now() >= end_) {
+  stage.time.after(pause, [this] {
+    if (stage.time.now() >= end_) {
       rest();
       return;
     }
@@ -88,14 +86,14 @@ void RandomRun::next() {
 
 /// The troubles end, the user sits back, and what has a limit runs into it.
 void RandomRun::rest() {
-  story.unit().faults = {};
-  serve(story.http, story.line);
-  story.time.after(kCalm, [] { throw RunOver(); });
+  stage.unit().faults = {};
+  serve(stage.http, stage.line);
+  stage.time.after(kCalm, [] { throw RunOver(); });
 }
 
 void RandomRun::act() {
-  if (story.state().AutoPage != page_) {
-    page_ = story.state().AutoPage;
+  if (stage.state().AutoPage != page_) {
+    page_ = stage.state().AutoPage;
     checkFiles();
   }
   if (chance(3)) {
@@ -107,7 +105,7 @@ void RandomRun::act() {
   if (chance(1)) {
     swapUnit();
   }
-  FormHost& host = story.program->host();
+  FormHost& host = stage.program->host();
   if (host.messageBox()) {
     answerBox();
     return;
@@ -130,13 +128,13 @@ void RandomRun::act() {
 }
 
 void RandomRun::answerBox() {
-  const std::vector<MessageButton> buttons = buttonsOf(story.program->host().messageBox()->buttons);
-  story.program->host().answer(chance(70) ? buttons.front() : oneOf(buttons));
+  const std::vector<MessageButton> buttons = buttonsOf(stage.program->host().messageBox()->buttons);
+  stage.program->host().answer(chance(70) ? buttons.front() : oneOf(buttons));
 }
 
 void RandomRun::workPort() {
   if (chance(5)) {
-    story.program->host().close(*story.program->host().onScreen().front());
+    stage.program->host().close(*stage.program->host().onScreen().front());
     return;
   }
   constexpr const char* kButtons[] = {"Command3", "Option1(2)", "Option1(2)", "Option1(4)", "Command1", "Command1"};
@@ -144,13 +142,13 @@ void RandomRun::workPort() {
 }
 
 void RandomRun::workWizard() {
-  AutoForm& form = story.form();
+  AutoForm& form = stage.form();
   if (form.ChkOffline.Visible && (!form.btnNext.Enabled || chance(20))) {
     click(chance(50) ? "ChkOffline" : "chkReceiver");
     return;
   }
   if (form.VersionList.Visible && form.VersionList.ListCount() > 0 && chance(40)) {
-    story.program->host().choose(form.VersionList, static_cast<int>(random_()) & 1);
+    stage.program->host().choose(form.VersionList, static_cast<int>(random_()) & 1);
     return;
   }
   constexpr const char* kButtons[] = {"btnNext", "btnNext", "btnNext", "btnNext",    "btnNext", "btnNext",
@@ -163,9 +161,9 @@ void RandomRun::workWizard() {
 }
 
 void RandomRun::workPower() {
-  sim::Unit& unit = story.unit();
+  sim::Unit& unit = stage.unit();
   const bool told =
-      story.form().lblReset.Visible && story.form().lblReset.Caption.get().find("turn it back on") != std::string::npos;
+      stage.form().lblReset.Visible && stage.form().lblReset.Caption.get().find("turn it back on") != std::string::npos;
   if (!unit.isOn()) {
     if (chance(80)) {
       unit.powerOn();
@@ -175,47 +173,47 @@ void RandomRun::workPower() {
   }
 }
 
-void RandomRun::troubleUnit() { sim::setFault(story.unit().faults, chance(60) ? "none" : oneOf(kFaults)); }
+void RandomRun::troubleUnit() { sim::setFault(stage.unit().faults, chance(60) ? "none" : oneOf(kFaults)); }
 
 void RandomRun::troubleServer() {
-  serve(story.http, story.line);
+  serve(stage.http, stage.line);
   if (chance(60)) {
     return;
   }
-  std::vector<std::string> urls = {updateListUrl(story.line)};
-  for (const SetFile& file : setFiles(story.line, oneOf(releases(story.line)))) {
+  std::vector<std::string> urls = {updateListUrl(stage.line)};
+  for (const SetFile& file : setFiles(stage.line, oneOf(releases(stage.line)))) {
     urls.push_back(file.url);
   }
   const std::string& url = oneOf(urls);
   const ScriptedAnswer troubles[] = {{.failure = Failure(12030, "The connection was broken"), .delay = 3 * kSecond},
                                      {.failure = Failure(12002, "Too slow"), .delay = kForever}};
   if (url == urls.front() && chance(50)) {
-    story.http.answer(url, chance(50) ? "" : "<html>");
+    stage.http.answer(url, chance(50) ? "" : "<html>");
   } else {
-    story.http.answer(url, oneOf(troubles));
+    stage.http.answer(url, oneOf(troubles));
   }
 }
 
 /// Another unit takes the place of the one that hangs there, as long as nothing is being written.
 void RandomRun::swapUnit() {
-  if (!story.wire.isOpen()) {
-    story.connect(oneOf(models(story.line)));
-    story.unit().startRunning();
+  if (!stage.wire.isOpen()) {
+    stage.connect(oneOf(models(stage.line)));
+    stage.unit().startRunning();
   }
 }
 
 void RandomRun::click(const std::string& name) {
-  FormHost& host = story.program->host();
+  FormHost& host = stage.program->host();
   if (Control* control = host.onScreen().front()->control(name)) {
     host.click(*control);
   }
 }
 
 void RandomRun::checkAtRest() {
-  const AutoForm& form = story.form();
-  const int page = story.state().AutoPage;
-  const bool readout = story.program->host().form("frmVersion")->Loaded;
-  if (story.wire.isOpen() && !(readout && page == 19)) {
+  const AutoForm& form = stage.form();
+  const int page = stage.state().AutoPage;
+  const bool readout = stage.program->host().form("frmVersion")->Loaded;
+  if (stage.wire.isOpen() && !(readout && page == 19)) {
     fail("a port is open at rest");
   }
   const bool goesOn = (form.btnNext.Visible && form.btnNext.Enabled) || (form.btnBack.Visible && form.btnBack.Enabled) ||
@@ -227,14 +225,14 @@ void RandomRun::checkAtRest() {
 
 void RandomRun::checkFiles() {
   for (const auto& [name, contents] : whole_) {
-    if (story.directory.has(name) && !contents.contains(story.directory.read(name))) {
+    if (stage.directory.has(name) && !contents.contains(stage.directory.read(name))) {
       fail("half written: " + name);
     }
   }
 }
 
 void RandomRun::checkSomethingPossible() {
-  const FormHost& host = story.program->host();
+  const FormHost& host = stage.program->host();
   if (host.messageBox()) {
     return;
   }
@@ -250,15 +248,15 @@ void RandomRun::checkSomethingPossible() {
 
 void RandomRun::checkVerdict() {
   reachedEnd_ = true;
-  const RunState& state = story.state();
-  const bool wireless = story.line == Line::Wireless;
+  const RunState& state = stage.state();
+  const bool wireless = stage.line == Line::Wireless;
   const std::string chosen = (wireless ? state.LwxSysFile : state.VrcSysFile)[0].SystemVersion.trimmed();
-  const auto& all = releases(story.line);
+  const auto& all = releases(stage.line);
   const auto release = std::find_if(all.begin(), all.end(), [&](const Release& r) { return r.system == chosen; });
   if (release == all.end()) {
     return;  // nothing on disk and nothing chosen: there is nothing to be behind
   }
-  const sim::UnitState& unit = story.unit().state();
+  const sim::UnitState& unit = stage.unit().state();
   const auto behind = [&unit](const char* processor, const sim::Version& wanted) {
     return unit.find(processor) != nullptr && asNumber(unit.find(processor)) < asNumber(wanted);
   };
@@ -273,13 +271,13 @@ void RandomRun::checkVerdict() {
            !behind("Front", release->front);
   }
   if (!good) {
-    fail("a verdict that is not true, for " + chosen + ": " + story.versions());
+    fail("a verdict that is not true, for " + chosen + ": " + versionsOf(stage.unit()));
   }
 }
 
 void RandomRun::fail(const std::string& what) {
   if (fault_.empty()) {
-    fault_ = what + "\non the screen: " + (story.program ? story.screenText() : "nothing");
+    fault_ = what + "\non the screen: " + (stage.program ? stage.screenText() : "nothing");
   }
 }
 

@@ -7,7 +7,7 @@
 #include <set>
 #include <string>
 
-#include "story.h"
+#include "stage.h"
 
 namespace firmlane::test {
 
@@ -22,7 +22,7 @@ class RandomRun {
   /// Whether a unit was programmed and found good.
   [[nodiscard]] bool reachedEnd() const { return reachedEnd_; }
 
-  Story story;
+  Stage stage;
 
  private:
   void next();

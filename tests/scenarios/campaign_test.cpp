@@ -45,7 +45,7 @@ TEST(Campaign, NothingBreaksTheProductionLine) { playAll<Wanderer>(Way::Producti
 
 /// A wizard that does not look at the unit behind the programming, in the place of the program's own.
 struct BlindWizard {
-  explicit BlindWizard(Story& story) : story_(story) {}
+  explicit BlindWizard(Stage& stage) : stage_(stage) {}
 
   static ProductParameters blind(Line line) {
     ProductParameters parameters = line == Line::Wireless ? wirelessParameters() : velarc2Parameters();
@@ -56,29 +56,29 @@ struct BlindWizard {
   }
   template <typename F>
   F& form(const char* name) {
-    return static_cast<F&>(*story_.program->host().form(name));
+    return static_cast<F&>(*stage_.program->host().form(name));
   }
 
   WizardWindow window() {
-    return story_.line == Line::Wireless ? wirelessWindow(form<FrmAuto>("frmAuto"))
+    return stage_.line == Line::Wireless ? wirelessWindow(form<FrmAuto>("frmAuto"))
                                          : velarc2Window(form<FrmVRCAuto>("frmVRCAuto"));
   }
 
-  Story& story_;
-  ProductParameters parameters_ = blind(story_.line);
-  const WizardInCharge inCharge_{story_.state(), form<Form1>("Form1"), form<FrmAuto>("frmAuto"), form<FrmVRCAuto>("frmVRCAuto")};
-  FirmwareSet set_{story_.files};
-  AutoWizardSetting setting_{story_.program->host(),
+  Stage& stage_;
+  ProductParameters parameters_ = blind(stage_.line);
+  const WizardInCharge inCharge_{stage_.state(), form<Form1>("Form1"), form<FrmAuto>("frmAuto"), form<FrmVRCAuto>("frmVRCAuto")};
+  FirmwareSet set_{stage_.files};
+  AutoWizardSetting setting_{stage_.program->host(),
                              inCharge_,
-                             story_.files,
+                             stage_.files,
                              set_,
-                             const_cast<RunState&>(story_.state()),
+                             const_cast<RunState&>(stage_.state()),
                              form<Form1>("Form1"),
                              form<FrmPort>("frmPort"),
                              form<FrmVersion>("frmVersion"),
                              form<FrmRecover>("frmRecover"),
                              form<FrmDBUG>("frmDBUG"),
-                             story_.program->activity()};
+                             stage_.program->activity()};
   AutoWizard wizard_{setting_, {[] { return true; }, [](const std::string&) {}}, window(), parameters_};
 };
 
@@ -86,7 +86,7 @@ struct BlindWizard {
 bool foundOut(Line line) {
   for (std::uint32_t seed = 1; seed <= runs(); ++seed) {
     RandomRun run(line, seed);
-    BlindWizard blind(run.story);
+    BlindWizard blind(run.stage);
     run.play();
     if (run.fault().starts_with("a verdict that is not true")) {
       return true;

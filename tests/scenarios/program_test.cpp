@@ -2,7 +2,7 @@
 // image.
 #include <gmock/gmock.h>
 
-#include "story.h"
+#include "stage.h"
 
 namespace firmlane::test {
 namespace {
@@ -13,15 +13,7 @@ using testing::HasSubstr;
 /// The program with a unit on port 1, which the service buttons use.
 struct Composed : Ground {
   explicit Composed(const BuildSwitches& switches = {}) {
-    program = std::make_unique<Program>(Platform{.queue = queue,
-                                                 .screen = screen,
-                                                 .mainDriver = mainDriver,
-                                                 .versionDriver = versionDriver,
-                                                 .http = http,
-                                                 .desktop = desktop,
-                                                 .files = files,
-                                                 .servers = {kServer, "http://registration.example"}},
-                                        switches);
+    program = std::make_unique<Program>(platformOver(*this), switches);
     screen.press = [this](MessageButton button) { program->host().answer(button); };
     screen.answerOthers();
     program->start();

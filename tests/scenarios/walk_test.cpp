@@ -1,0 +1,308 @@
+// Walks through every page: tests/walks/NAME.txt is what a user does, line by line, and what changes on the forms at that. A
+// change of a page shows in the diff of its walk. FIRMLANE_WALKS=1 writes the files anew instead of comparing them.
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <map>
+#include <regex>
+#include <sstream>
+
+#include "stage.h"
+
+namespace firmlane::test {
+namespace {
+
+constexpr Micros kLook = 100 * kMillisecond;
+struct WalkOver {};
+
+/// What of the run state a walk tells. The versions and records stand on the forms.
+constexpr const char* kTold =
+    "AutoDriving AutoPage CatalogueReady ComPort ContactBlank DebugView FactoryBuild FactoryFirstPass FinalCheckFailed "
+    "FlashTarget GetVersionsSent GotId HasRf2 InAutoWizard InHouseBuild InVrcAutoWizard LegacyLink MatchedSystem OldVelarc "
+    "OptionsShown PortChosen ProductCode ReadTimedOut RecoverChosen SelectedSystem SerialOnly SerialRead SerialStep TimedOut "
+    "VersionPicked VersionsCompared VersionsComplete VersionsRead WizardPage";
+
+std::string inQuotes(std::string text) {
+  text = std::regex_replace(std::regex_replace(text, std::regex("\r"), "\\r"), std::regex("\n"), "\\n");
+  return "\"" + text + "\"";
+}
+
+struct Written {
+  std::string operator()(bool value) const { return value ? "yes" : "no"; }
+  std::string operator()(std::int32_t value) const { return std::to_string(value); }
+  std::string operator()(const std::string& value) const { return inQuotes(value); }
+  std::string operator()(const std::vector<std::string>& lines) const {
+    std::string text;
+    for (const std::string& line : lines) {
+      text += (text.empty() ? "" : ", ") + inQuotes(line);
+    }
+    return "{" + text + "}";
+  }
+  std::string operator()(const std::vector<SystemRecord>&) const { return ""; }
+};
+
+/// What old hands read about the frames goes with the bytes, not with the pages.
+bool isDiagnosis(const std::string& name) {
+  return name.starts_with("msg") || name == "txtstat" || name == "txtlen" || name == "txtQtime" || name == "txtSent";
+}
+
+std::string wordsOf(const Activity& activity) {
+  const Activity::Phase phase = activity.now();
+  std::string text = nameOf(phase.doing);
+  text += phase.parts > 0 ? " " + std::to_string(phase.part) + "/" + std::to_string(phase.parts) : "";
+  text += phase.limit > 0 ? ", " + std::to_string(phase.limit / kSecond) + " s" : "";
+  for (const ProcessorReport& one : activity.processors()) {
+    text += "; " + std::to_string(one.number) + " " + one.name + " " + nameOf(one.state) + " " + one.before + ">" + one.wanted +
+            ">" + one.after;
+  }
+  return text;
+}
+
+/// The program and a user who reads his steps from a walk's file.
+class Walk : Ground {
+ public:
+  Walk(const Walk&) = delete;
+  Walk& operator=(const Walk&) = delete;
+  explicit Walk(std::istream& file) {
+    std::filesystem::current_path(directory.path());  // the serial numbers stand where the program is started
+    for (std::string line; std::getline(file, line);) {
+      if (line.starts_with("# ") || line.empty()) {
+        told_ << line << "\n";
+      } else if (line.starts_with("! ")) {
+        told_ << line << "\n";
+        prepare(line.substr(2));
+      } else if (line.starts_with("> ")) {
+        steps_.push_back(line.substr(2));
+      }
+    }
+  }
+
+  ~Walk() { std::filesystem::current_path(before_); }
+
+  std::string play() {
+    program_ = std::make_unique<Program>(platformOver(*this), build_);
+    screen.press = [this](MessageButton button) { program_->host().answer(button); };
+    screen.onChange = [this](Control&) { changed_ = true; };
+    const auto listening = program_->activity().listen([this] { changed_ = true; });
+    tell(true, false);
+    time.after(kLook, [this] { step(); });
+    try {
+      program_->start();
+      for (;;) {
+        queue.WaitEvents();
+      }
+    } catch (const WalkOver&) {
+    } catch (const ProgramEnded&) {
+      tell(true);
+      told_ << "the program has ended\n";
+    }
+    return withoutDirectory(told_.str());
+  }
+
+ private:
+  void prepare(const std::string& what) {
+    std::istringstream words(what);
+    std::string verb;
+    std::string name;
+    words >> verb >> name;
+    if (verb == "unit") {
+      int port = 1;
+      words >> port;
+      bench_.reset();
+      bench_ = std::make_unique<sim::VirtualUnit>(time, wires.add(port), name);
+      bench_->unit.startRunning();
+    } else if (verb == "set") {
+      const Line line = name == "wireless" ? Line::Wireless : Line::Velarc2;
+      putOnDisk(directory, line, releases(line).front());
+    } else if (verb == "server") {
+      serve(http, name == "wireless" ? Line::Wireless : Line::Velarc2);
+    } else if (verb == "page") {  // page ADDRESS TEXT: what the server has there; ~ ends a line
+      std::string text;
+      std::getline(words >> std::ws, text);
+      http.answer(kServer + name, std::regex_replace(text, std::regex("~"), "\r\n"));
+    } else if (verb == "no-page") {
+      http.answer(kServer + name, ScriptedAnswer{.failure = Failure(104, "Broken")});
+    } else if (verb == "file") {
+      directory.write(name, bytes(what.substr(what.rfind(' '))));
+    } else if (verb == "gone") {
+      std::filesystem::remove(directory.path() / name);
+    } else if (verb == "image") {
+      directory.write("vrc.bin", sim::imageFile(sim::ImageKind::OldVelarc, {4, 91, 0}, 400));
+    } else if (verb == "build") {
+      build_ = {.factoryBuild = name == "factory", .inHouseBuild = name == "in-house", .debugView = name == "debug"};
+    }
+  }
+
+  /// Each run has a directory of its own, and each system its own sign between names.
+  std::string withoutDirectory(std::string text) const {
+    const std::string path = directory.path().string();
+    for (std::size_t at = text.find(path); at != std::string::npos; at = text.find(path, at)) {
+      text.replace(at, path.size(), "DIRECTORY");
+    }
+    return std::regex_replace(text, std::regex(R"(DIRECTORY\\)"), "DIRECTORY/");
+  }
+
+  void step() {
+    tell(true);
+    if (steps_.empty()) {
+      throw WalkOver();
+    }
+    const std::string step = steps_.front();
+    steps_.pop_front();
+    told_ << "> " << step << "\n";
+    looks_ = 20;
+    act(step);
+    look();
+  }
+
+  /// What comes and goes while an operation runs is told too, all but the bars.
+  void look() {
+    if (--looks_ > 0) {
+      if (changed_) {
+        tell(false);
+      }
+      time.after(kLook, [this] { look(); });
+    } else {
+      step();
+    }
+  }
+
+  void act(const std::string& step) {
+    std::istringstream words(step);
+    std::string verb;
+    std::string name;
+    std::string rest;
+    words >> verb >> name;
+    std::getline(words >> std::ws, rest);
+    FormHost& host = program_->host();
+    Control* control = host.onScreen().empty() ? nullptr : host.onScreen().front()->control(name);
+    std::optional<std::string> refused;
+    if (verb == "click" && control != nullptr) {
+      refused = host.click(*control);
+    } else if (verb == "press") {  // in code, which reaches hidden buttons too
+      queue.post([control] { control->Click(); });
+    } else if (verb == "choose") {
+      refused = host.choose(*control, std::stoi(rest));
+    } else if (verb == "type") {
+      refused = host.type(*control, rest);
+    } else if (verb == "answer") {
+      refused = host.answer(name == "OK"    ? MessageButton::OK
+                            : name == "Yes" ? MessageButton::Yes
+                            : name == "No"  ? MessageButton::No
+                                            : MessageButton::Cancel);
+    } else if (verb == "close") {
+      refused = host.close(*host.onScreen().front());
+    } else if (verb == "off") {
+      bench_->unit.powerOff();
+    } else if (verb == "on") {
+      bench_->unit.powerOn();
+    } else if (verb == "fault") {
+      sim::setFault(bench_->unit.faults, name);
+    } else if (verb == "unit" || verb == "server" || verb == "set" || verb == "page" || verb == "no-page" || verb == "gone" ||
+               verb == "image") {
+      prepare(step);
+    } else if (verb == "unplug") {
+      wires.find(1)->vanish();
+    } else if (verb == "plug") {
+      wires.find(1)->openFailure.reset();
+    } else if (verb == "wait") {
+      looks_ = std::stoi(name) * 10;
+    } else {
+      refused = "no such thing on the screen";
+    }
+    if (refused) {
+      told_ << "refused: " << *refused << "\n";
+    }
+  }
+
+  /// Writes what differs from the last look.
+  void tell(bool atRest, bool aloud = true) {
+    for (const Form* form : program_->host().forms()) {
+      tellProperties(form->name(), *form, atRest, aloud);
+      for (const Control* control : form->controls()) {
+        if (isDiagnosis(control->name())) {
+          continue;
+        }
+        tellProperties(form->name() + "." + control->name(), *control, atRest, aloud);
+      }
+    }
+    std::istringstream fields(kTold);
+    for (std::string field; fields >> field;) {
+      tellValue(field, *runStateField(program_->state(), field), aloud);
+    }
+    tellValue("activity", wordsOf(program_->activity()), aloud);
+    tellValue("unit", bench_ ? versionsOf(bench_->unit) : "", aloud);
+    const auto& box = program_->host().messageBox();
+    tellValue("box", box ? RunStateValue(asText(*box)) : RunStateValue(false), aloud);
+    tellValue("asked the server for", http.requests().empty() ? "" : http.requests().back(), aloud);
+    tellValue("opened", desktop.documents.empty() ? "" : desktop.documents.back(), aloud);
+    tellValue("started", desktop.programs.empty() ? "" : desktop.programs.back(), aloud);
+    changed_ = false;
+  }
+
+  void tellProperties(const std::string& owner, const PropertyOwner& of, bool atRest, bool aloud) {
+    const auto* control = dynamic_cast<const Control*>(&of);
+    const bool moving =
+        control != nullptr && (control->kind() == ControlKind::ProgressBar || control->name() == "lblProgressInfo");
+    for (const PropertyBase* property : of.properties()) {
+      if (atRest || !moving || property->name() == "visible") {
+        std::visit([&](const auto& value) { tellValue(owner + "." + property->name(), RunStateValue(value), aloud); },
+                   property->value());
+      }
+    }
+  }
+
+  void tellValue(const std::string& name, RunStateValue value, bool aloud) {
+    RunStateValue& last = last_[name];
+    if (aloud && last != value) {
+      told_ << name << " = " << std::visit(Written{}, value) << "\n";
+    }
+    last = std::move(value);
+  }
+
+  static std::string asText(const MessageBox& box) {
+    return "[" + box.title + "] " + box.text + ", icon " + std::to_string(static_cast<int>(box.icon)) + ", sign " +
+           std::to_string(static_cast<int>(box.sign)) + ", " + std::to_string(buttonsOf(box.buttons).size()) + " buttons";
+  }
+
+  std::filesystem::path before_ = std::filesystem::current_path();
+  std::unique_ptr<sim::VirtualUnit> bench_;
+  BuildSwitches build_;
+  std::deque<std::string> steps_;
+  std::unique_ptr<Program> program_;
+  std::map<std::string, RunStateValue> last_;
+  bool changed_ = false;
+  std::ostringstream told_;
+  int looks_ = 0;
+};
+
+std::vector<std::string> walks() {
+  std::vector<std::string> names;
+  for (const auto& entry : std::filesystem::directory_iterator(WALKS)) {
+    names.push_back(entry.path().stem().string());
+  }
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+class Walks : public testing::TestWithParam<std::string> {};
+
+TEST_P(Walks, EveryPageComesAsItsWalkTells) {
+  const std::string path = WALKS "/" + GetParam() + ".txt";
+  std::ifstream file(path, std::ios::binary);
+  const std::string told = Walk(file).play();
+  if (std::getenv("FIRMLANE_WALKS") != nullptr) {
+    std::ofstream(path, std::ios::binary) << told;
+  }
+  EXPECT_EQ(told, Files::readText(path)) << "with FIRMLANE_WALKS=1 the test writes the walk anew";
+}
+
+INSTANTIATE_TEST_SUITE_P(Pages, Walks, testing::ValuesIn(walks()), [](const auto& walk) {
+  std::string name = walk.param;
+  std::replace(name.begin(), name.end(), '-', '_');
+  return name;
+});
+
+}  // namespace
+}  // namespace firmlane::test
