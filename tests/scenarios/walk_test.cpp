@@ -6,6 +6,7 @@
 #include <fstream>
 #include <map>
 #include <regex>
+#include <set>
 #include <sstream>
 
 #include "stage.h"
@@ -83,8 +84,8 @@ class Walk : Ground {
   std::string play() {
     program_ = std::make_unique<Program>(platformOver(*this), build_);
     screen.press = [this](MessageButton button) { program_->host().answer(button); };
-    screen.onChange = [this](Control&) { changed_ = true; };
-    const auto listening = program_->activity().listen([this] { changed_ = true; });
+    screen.onChange = [this](Control& control) { changed_.insert(&control); };
+    const auto listening = program_->activity().listen([this] { changed_.insert(nullptr); });
     tell(true, false);
     time.after(kLook, [this] { step(); });
     try {
@@ -159,7 +160,7 @@ class Walk : Ground {
   /// What comes and goes while an operation runs is told too, all but the bars.
   void look() {
     if (--looks_ > 0) {
-      if (changed_) {
+      if (!changed_.empty()) {
         tell(false);
       }
       time.after(kLook, [this] { look(); });
@@ -221,7 +222,7 @@ class Walk : Ground {
     for (const Form* form : program_->host().forms()) {
       tellProperties(form->name(), *form, atRest, aloud);
       for (const Control* control : form->controls()) {
-        if (isDiagnosis(control->name())) {
+        if (isDiagnosis(control->name()) || !(atRest || changed_.contains(control))) {
           continue;
         }
         tellProperties(form->name() + "." + control->name(), *control, atRest, aloud);
@@ -238,7 +239,7 @@ class Walk : Ground {
     tellValue("asked the server for", http.requests().empty() ? "" : http.requests().back(), aloud);
     tellValue("opened", desktop.documents.empty() ? "" : desktop.documents.back(), aloud);
     tellValue("started", desktop.programs.empty() ? "" : desktop.programs.back(), aloud);
-    changed_ = false;
+    changed_.clear();
   }
 
   void tellProperties(const std::string& owner, const PropertyOwner& of, bool atRest, bool aloud) {
@@ -272,7 +273,7 @@ class Walk : Ground {
   std::deque<std::string> steps_;
   std::unique_ptr<Program> program_;
   std::map<std::string, RunStateValue> last_;
-  bool changed_ = false;
+  std::set<const Control*> changed_;  // since the last look; null stands for the activity
   std::ostringstream told_;
   int looks_ = 0;
 };
