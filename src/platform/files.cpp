@@ -1,6 +1,7 @@
 #include "platform/files.h"
 
 #include <algorithm>
+#include <array>
 #include <cctype>
 #include <cerrno>
 #include <fstream>
@@ -34,7 +35,6 @@ std::ifstream openForReading(const std::string& path) {
   if (!fs::is_regular_file(status)) {
     throw Failure(failure_number::kPathAccess, "Not a file: " + path);
   }
-  errno = 0;
   std::ifstream file(path, std::ios::binary);
   if (!file) {
     throwSystemError(errno, path);
@@ -42,10 +42,14 @@ std::ifstream openForReading(const std::string& path) {
   return file;
 }
 
-template <typename Container>
-Container readAll(const std::string& path) {
+/// The stream tells what it meets by its state; its buffer alone would throw what nobody here catches.
+std::string readAll(const std::string& path) {
   std::ifstream file = openForReading(path);
-  Container content(std::istreambuf_iterator<char>(file), {});
+  std::string content;
+  std::array<char, 65536> part{};
+  while (file.read(part.data(), part.size()) || file.gcount() > 0) {
+    content.append(part.data(), static_cast<std::size_t>(file.gcount()));
+  }
   if (file.bad()) {
     throwSystemError(EIO, path);
   }
@@ -85,9 +89,12 @@ std::int64_t Files::length(const std::string& path) {
   return static_cast<std::int64_t>(file.tellg());
 }
 
-Bytes Files::read(const std::string& path) { return readAll<Bytes>(path); }
+Bytes Files::read(const std::string& path) {
+  const std::string content = readAll(path);
+  return {content.begin(), content.end()};
+}
 
-std::string Files::readText(const std::string& path) { return readAll<std::string>(path); }
+std::string Files::readText(const std::string& path) { return readAll(path); }
 
 void Files::replace(const std::string& path, ByteSpan content) const {
   PartialFile file(*disk_, path);

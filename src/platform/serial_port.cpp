@@ -74,7 +74,6 @@ void SerialPort::Open() {
   // A late answer to what an earlier opening asked would stand in front of the next one.
   driver_.discard();
   waiting_.clear();
-  lineFreeAt_ = queue_.now();
 }
 
 void SerialPort::openDriver() {
@@ -98,7 +97,6 @@ void SerialPort::Close() {
   open_ = false;
   // Of a port that was lost, too: what came from it must not strike whoever is next.
   waiting_.clear();
-  receiveEvent_.drop();
 }
 
 void SerialPort::drain() {
@@ -181,7 +179,6 @@ void SerialPort::waitWhileHeldBack() {
 }
 
 void SerialPort::Write(ByteSpan bytes) {
-  requireOpen();
   waitForRoom(bytes.size());
   requireOpen();
   recorder_.sent(number_, bytes);

@@ -28,6 +28,19 @@ TEST_F(EventQueueTest, APassRunsWhatWasPendingAndNotWhatHandlersAdd) {
   EXPECT_THAT(log, ElementsAre("first", "second", "added"));
 }
 
+TEST_F(EventQueueTest, APassTakesWhatIsDueAndRestsWhenThereIsNothing) {
+  Timer timer(queue_);
+  std::string log;
+  timer.OnTimer = [&] { log += "tick "; };
+  timer.start(1);
+  queue_.holdUntilTime(kMillisecond);
+  queue_.post([&] { log += "posted "; });
+  queue_.WaitEvents();
+  EXPECT_EQ(log, "posted tick ");
+  queue_.PumpEvents();
+  EXPECT_EQ(time_.now(), kMillisecond + 20) << "loops count passes by the thousand";
+}
+
 TEST_F(EventQueueTest, ANestedPassTakesOverWhatTheOuterOneHadLeft) {
   std::vector<std::string> log;
   queue_.post([&] {
@@ -70,6 +83,22 @@ TEST_F(EventQueueTest, TicksThatFellDueUnderAHoldRunInTheirOrder) {
   EXPECT_EQ(log, "early late ");
 }
 
+TEST_F(EventQueueTest, AWaitInsideAHandlerFindsOneTickPendingHoweverLongItHeld) {
+  Timer first(queue_);
+  Timer second(queue_);
+  int ticks = 0;
+  second.OnTimer = [&] { ++ticks; };
+  first.OnTimer = [&] {
+    first.stop();
+    queue_.holdUntilTime(time_.now() + 50 * kMillisecond);
+    queue_.PumpEvents();
+    EXPECT_EQ(ticks, 1);
+  };
+  first.start(10);
+  second.start(10);
+  queue_.WaitEvents();
+}
+
 TEST_F(EventQueueTest, AHeldProgramCountsOneTickHoweverLongItWasHeld) {
   Timer timer(queue_);
   int ticks = 0;
@@ -91,21 +120,27 @@ TEST_F(EventQueueTest, TouchingATimerStartsItsIntervalAnewAndDropsAPendingTick) 
   struct Case {
     const char* name;
     void (*touch)(Timer&);
-    Micros nextTick;  // after the touch at 95 ms; kForever for none
+    Micros nextTick;  // after the touch, in the pass that would have run the tick; kForever for none
   };
   for (const Case& c : {Case{"interval", [](Timer& t) { t.setInterval(50); }, 50 * kMillisecond},
                         Case{"enabled again", [](Timer& t) { t.setEnabled(true); }, 90 * kMillisecond},
                         Case{"disabled", [](Timer& t) { t.stop(); }, kForever},
                         Case{"interval 0", [](Timer& t) { t.setInterval(0); }, kForever}}) {
     SCOPED_TRACE(c.name);
+    Timer touching(queue_);
     Timer timer(queue_);
     Micros tickedAt = kForever;
     timer.OnTimer = [&] { tickedAt = std::min(tickedAt, time_.now()); };
+    const Micros touchedAt = time_.now() + 90 * kMillisecond;
+    touching.OnTimer = [&] {
+      touching.stop();
+      c.touch(timer);
+    };
+    touching.start(90);
     timer.start(90);
-    const Micros touchedAt = time_.now() + 95 * kMillisecond;
-    queue_.holdUntilTime(touchedAt);
-    c.touch(timer);
-    queue_.waitEventsUntil(touchedAt + kSecond);
+    while (time_.now() < touchedAt + kSecond) {
+      queue_.waitEventsUntil(touchedAt + kSecond);
+    }
     EXPECT_EQ(tickedAt == kForever ? kForever : tickedAt - touchedAt, c.nextTick);
   }
 }

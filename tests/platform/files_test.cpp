@@ -28,6 +28,7 @@ TEST(FilesTest, NamesAreFoundWithoutRegardToCase) {
   directory.write("hubSL.s19", "another");
   EXPECT_EQ(files.path("hubSL.s19"), files.path("HUBSL.s19")) << "two spellings side by side are still one file";
   EXPECT_EQ(files.path("new.bin"), (directory.path() / "new.bin").string());
+  EXPECT_EQ(Files::length(files.path("HUBSL.s19")), 2);
 }
 
 TEST(FilesTest, AFailedReplacementLeavesTheOldFile) {
@@ -73,6 +74,28 @@ TEST(FilesTest, AFileThatGrowsBeyondWhatTheSystemGrantsFails) {
   EXPECT_FALSE(directory.has("wls.bin.part"));
 }
 
+TEST(FilesTest, AFileThatCannotBeOpenedOrReadFails) {
+  const auto failure = [](const std::string& path) {
+    try {
+      static_cast<void>(Files::read(path));
+    } catch (const Failure& met) {
+      return met.number();
+    }
+    return 0;
+  };
+  EXPECT_EQ(failure("/proc/self/mem"), EIO) << "there is nothing at address 0";
+  const TemporaryDirectory directory;
+  directory.write("wls.bin", std::string("image"));
+  rlimit before{};
+  ::getrlimit(RLIMIT_NOFILE, &before);
+  rlimit none = before;
+  none.rlim_cur = 0;
+  ::setrlimit(RLIMIT_NOFILE, &none);
+  const int number = failure((directory.path() / "wls.bin").string());
+  ::setrlimit(RLIMIT_NOFILE, &before);
+  EXPECT_EQ(number, EMFILE);
+}
+
 TEST(FilesTest, WhatHasTheNameOfATemporaryFileIsNotWrittenThrough) {
   namespace fs = std::filesystem;
   const TemporaryDirectory directory;
@@ -109,18 +132,20 @@ TEST(FilesTest, OnlyWhatIsNotThereCountsAsMissing) {
   fs::create_symlink(here / "not mounted/sn.wls", here / "share");
   fs::create_symlink(here / "loop", here / "loop");
   directory.write("file", "x");
-  const std::map<std::string, int> numbers = {{"nothing", failure_number::kFileNotFound},
-                                              {"directory", failure_number::kPathAccess},
-                                              {"share", ENOENT},
-                                              {"loop", ELOOP},
-                                              {"file/sn.wls", ENOTDIR},
-                                              {std::string(300, 'x'), ENAMETOOLONG}};
-  for (const auto& [name, number] : numbers) {
+  const std::map<std::string, std::pair<int, const char*>> failures = {
+      {"nothing", {failure_number::kFileNotFound, "File not found: "}},
+      {"directory", {failure_number::kPathAccess, "Not a file: "}},
+      {"share", {ENOENT, ""}},
+      {"loop", {ELOOP, ""}},
+      {"file/sn.wls", {ENOTDIR, ""}},
+      {std::string(300, 'x'), {ENAMETOOLONG, ""}}};
+  for (const auto& [name, expected] : failures) {
     try {
       static_cast<void>(Files::read((here / name).string()));
       ADD_FAILURE() << name;
     } catch (const Failure& failure) {
-      EXPECT_EQ(failure.number(), number) << name << ": " << failure.description();
+      EXPECT_EQ(failure.number(), expected.first) << name << ": " << failure.description();
+      EXPECT_TRUE(failure.description().starts_with(expected.second)) << failure.description();
     }
   }
 }

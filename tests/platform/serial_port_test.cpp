@@ -7,6 +7,8 @@
 namespace firmlane::test {
 namespace {
 
+constexpr const char* kGone = "Serial port COM 3 has gone: its adapter was pulled (#8020)";
+
 class SerialPortTest : public testing::Test {
  protected:
   SerialPortTest() {
@@ -14,13 +16,13 @@ class SerialPortTest : public testing::Test {
     world_.mainPort.setSettings("9600,N,8,1");
   }
 
-  int failureOf(const std::function<void()>& use) {
+  static std::string failureOf(const std::function<void()>& use) {
     try {
       use();
     } catch (const Failure& failure) {
-      return failure.number();
+      return failureText("", failure);
     }
-    return 0;
+    return "";
   }
 
   World world_;
@@ -116,24 +118,28 @@ TEST_F(SerialPortTest, AUnitThatHoldsTheLineBackHoldsTheWriteBack) {
   port_.setHandshake(Handshake::Rts);
   port_.Open();
   wire_.holdBack(true);
-  world_.after(3 * kSecond, [&] { wire_.holdBack(false); });
+  world_.after(50 * kSecond, [&] { wire_.holdBack(false); });
+  world_.after(50 * kSecond + 5 * kMillisecond, [&] { wire_.holdBack(true); });  // a unit that takes a little lives
+  world_.after(100 * kSecond, [&] { wire_.holdBack(false); });
   for (int i = 0; i < 200; ++i) {
     port_.Write({0x55});
   }
-  EXPECT_GE(world_.time.now(), 3 * kSecond);
+  EXPECT_GE(world_.time.now(), 100 * kSecond);
 }
 
 TEST_F(SerialPortTest, AUnitThatHoldsTheLineBackForGoodEndsTheWrite) {
   port_.setHandshake(Handshake::Rts);
   port_.Open();
   wire_.holdBack(true);
+  int written = 0;
   const auto writeOn = [&] {
-    for (;;) {
+    for (;; ++written) {
       port_.Write({0x55});
     }
   };
-  EXPECT_THROW(writeOn(), Failure);
-  EXPECT_EQ(world_.time.now() / kSecond, 60);
+  EXPECT_EQ(failureOf(writeOn), "The unit takes no more data (#8013)");
+  EXPECT_EQ(written, 65);
+  EXPECT_EQ(world_.time.now() / kMillisecond, 60'034) << "a minute behind the time at which the byte would have gone";
   EXPECT_TRUE(port_.IsOpen());
 }
 
@@ -150,7 +156,7 @@ TEST_F(SerialPortTest, ExitEndsAWriteThatIsHeldBack) {
   EXPECT_THROW(writeOn(), ProgramEnded);
   EXPECT_EQ(world_.time.now() / kSecond, 5);
   world_.after(5 * kSecond, [&] { wire_.vanish(); });
-  EXPECT_EQ(failureOf(writeOn), failure_number::kPortGone);
+  EXPECT_EQ(failureOf(writeOn), kGone);
   EXPECT_EQ(world_.time.now() / kSecond, 10);
 }
 
@@ -163,18 +169,24 @@ TEST_F(SerialPortTest, TheEventComesWhenTheThresholdIsReachedAndOncePerPass) {
   world_.run(kMillisecond);
   EXPECT_TRUE(seen.empty());
   wire_.deliver(Bytes(1, 0x41));
+  world_.run(kMillisecond);
+  wire_.deliver(Bytes(9, 0x41));
   wire_.deliver(Bytes(20, 0x41));
   world_.run(kMillisecond);
-  EXPECT_EQ(seen, std::vector<std::size_t>{29});
+  EXPECT_EQ(seen, (std::vector<std::size_t>{9, 29}));
 
   wire_.deliver(Bytes(9, 0x41));
   port_.Read();
   wire_.deliver(Bytes(3, 0x41));
   world_.run(kMillisecond);
-  EXPECT_EQ(seen.size(), 1U) << "the event was for bytes that somebody else has read; a frame would be torn";
+  EXPECT_EQ(seen.size(), 2U) << "the event was for bytes that somebody else has read; a frame would be torn";
   port_.setReceiveThreshold(1);
   world_.run(kMillisecond);
   EXPECT_EQ(seen.back(), 3U) << "they stood in front of the next frame";
+  port_.setReceiveThreshold(0);
+  wire_.deliver(Bytes(3, 0x41));
+  world_.run(kMillisecond);
+  EXPECT_EQ(seen.size(), 3U) << "without a threshold there is no event";
 }
 
 TEST_F(SerialPortTest, APulledAdapterIsAClosedPortThatSaysSo) {
@@ -184,15 +196,29 @@ TEST_F(SerialPortTest, APulledAdapterIsAClosedPortThatSaysSo) {
   wire_.deliver(Bytes(1, 0x41));
   wire_.vanish();
   EXPECT_FALSE(port_.IsOpen());
-  port_.Close();
-  world_.run(kMillisecond);
-  EXPECT_EQ(failureOf([&] { port_.Write({1}); }), failure_number::kPortGone);
+  world_.run(0);
+  EXPECT_EQ(failureOf([&] { port_.Write({1}); }), kGone);
   EXPECT_THROW(port_.Open(), Failure);
   wire_.openFailure.reset();
   port_.Open();
+  EXPECT_EQ(hex(port_.Read()), "") << "what came before the loss says nothing of this opening";
+  wire_.deliver(Bytes(1, 0x41));
   port_.Close();
-  EXPECT_EQ(failureOf([&] { port_.Write({1}); }), failure_number::kPortClosed)
+  EXPECT_EQ(hex(port_.Read()), "");
+  world_.run(kMillisecond);
+  EXPECT_EQ(failureOf([&] { port_.Write({1}); }), "The serial port is not open (#8018)")
       << "that it had gone once is of no interest any more";
+}
+
+TEST_F(SerialPortTest, APortThatIsNoMoreIsClosedAndHearsNothing) {
+  VirtualDriver driver(world_.wires);
+  auto port = std::make_unique<SerialPort>(world_.queue, driver);
+  port->setNumber(3);
+  port->Open();
+  port->setSettings("19200,N,8,1");
+  EXPECT_EQ(wire_.settings()->baud, 19200);
+  port.reset();
+  EXPECT_FALSE(wire_.isOpen() || driver.received || driver.lost);
 }
 
 TEST_F(SerialPortTest, ALossWakesAWait) {
@@ -200,31 +226,29 @@ TEST_F(SerialPortTest, ALossWakesAWait) {
   world_.after(kSecond, [&] { wire_.vanish(); });
   world_.queue.WaitEvents();
   EXPECT_EQ(world_.time.now(), kSecond);
-  try {
-    port_.requireOpen();
-    FAIL() << "the port is said to be open";
-  } catch (const Failure& failure) {
-    EXPECT_EQ(failureText("", failure), "Serial port COM 3 has gone: its adapter was pulled (#8020)");
-  }
+  EXPECT_EQ(failureOf([this] { port_.requireOpen(); }), kGone);
 }
 
 TEST_F(SerialPortTest, OpenFailuresCarryTheirNumber) {
   for (const int number : {0, 1, 16, 17}) {
     world_.wires.add(number);  // hardware that only the numbers' own bounds keep out of reach
   }
-  for (const auto& [number, failure] : {std::pair{0, failure_number::kPortNumber},
-                                        {1, 0},
-                                        {16, 0},
-                                        {17, failure_number::kPortNumber},
-                                        {4, failure_number::kPortNumber}}) {
+  const std::pair<int, const char*> numbers[] = {{0, "Invalid port number 0 (#8002)"},
+                                                 {1, ""},
+                                                 {16, ""},
+                                                 {17, "Invalid port number 17 (#8002)"},
+                                                 {4, "There is no port 4 (#8002)"}};
+  for (const auto& [number, failure] : numbers) {
     port_.setNumber(number);
-    EXPECT_EQ(failureOf([&] { port_.Open(); }), failure) << number;
-    EXPECT_EQ(failureOf([&] { port_.Open(); }), failure == 0 ? failure_number::kPortInUse : failure) << number;
+    EXPECT_EQ(failureOf([&] { port_.Open(); }), failure);
+    EXPECT_EQ(failureOf([&] { port_.Open(); }), *failure == '\0' ? "The serial port is already open (#8005)" : failure);
     port_.Close();
   }
   for (const char* settings : {"fast", "0,N,8,1", "-9600,N,8,1", "9600,E,8,1", "9600", ""}) {
-    EXPECT_EQ(failureOf([&] { port_.setSettings(settings); }), failure_number::kInvalidArgument) << settings;
+    EXPECT_EQ(failureOf([&] { port_.setSettings(settings); }),
+              std::string("Invalid serial port settings: ") + settings + " (#5)");
   }
+  EXPECT_EQ(failureOf([&] { port_.setSettings("1,n,8,1"); }), "");
 }
 
 }  // namespace
