@@ -128,6 +128,7 @@ TEST(UpdateListText, SoftwareListsAtTheirEdges) {
       {"REMOTE in a name begins a line", "#REMOTE|REMOTE a|b\nx", "REMOTE a>b;"},
       {"REMOTE behind a location", "#REMOTE|a|b REMOTE\nx|c|d", "a>b REMOTE;c>d;"},
       {"no REMOTE: the first two bars", "#x|a|b\n", "a>b;"},
+      {"no name", "#REMOTE||b\n", ">b;"},
       {"no bar", "#REMOTE", " #5"},
       {"one bar", "#REMOTE|a", " #5"},
       {"bar at the end", "#REMOTE|", ""},

@@ -265,6 +265,7 @@ TEST_F(VersionReadoutTest, APortThatFailsIsToldOnceAndTryAgainReadsWhenItIsBack)
     EXPECT_TRUE(world_.screen.boxes().back().text.starts_with("Error: ")) << world_.screen.boxes().back().text;
     EXPECT_FALSE(form_.Timer1.enabled());
     EXPECT_EQ(pointer(), Pointer::Normal);
+    EXPECT_EQ(world_.activity.now().doing, Doing::Nothing);
     wire_.openFailure.reset();
     unitAt(57600);
     tryAgain();
@@ -289,21 +290,6 @@ TEST_F(VersionReadoutTest, TryAgainReadsTheIdAnewOnTheOpenPort) {
   EXPECT_EQ(hex(wire_.sent()).substr(hex(sent).size() + 1, 20), kResetFrame);
   EXPECT_FALSE(form_.Timer1.enabled());
   EXPECT_FALSE(state_.VersionsComplete) << "after a finished reading only the ID is read anew";
-}
-
-TEST_F(VersionReadoutTest, TryAgainInAChangeOfSpeedStartsOverAtFullSpeed) {
-  FakeUnit unit(world_, 4, 57600);
-  world_.after(2100 * kMillisecond, [&] {
-    EXPECT_FALSE(wire_.isOpen());
-    unit.answers = {{kWho, kIdAnswer}, {kVersions, kVersionAnswer}};
-    tryAgain();
-  });
-  form_.Show();
-  complete();
-  EXPECT_LT(world_.time.now(), 2500 * kMillisecond);
-  EXPECT_FALSE(state_.LegacyLink);
-  EXPECT_EQ(wire_.settings()->baud, 57600);
-  EXPECT_TRUE(world_.screen.boxes().empty());
 }
 
 }  // namespace
