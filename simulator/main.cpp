@@ -14,6 +14,8 @@
 #include <iostream>
 #include <memory>
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "console/end_on_signal.h"
 #include "console/options.h"
@@ -71,6 +73,15 @@ void writeScript(const SimulatorOptions& options) {
   std::cout << consoleScript(recording);
 }
 
+/// As Qt has them: what main is given is not UTF-8 on every system.
+std::vector<std::string> arguments() {
+  std::vector<std::string> words;
+  for (const QString& word : QCoreApplication::arguments().mid(1)) {
+    words.push_back(word.toStdString());
+  }
+  return words;
+}
+
 int simulate(const SimulatorOptions& options) {
   std::unique_ptr<UnitBench> bench;
   if (options.model != nullptr) {
@@ -95,8 +106,9 @@ int simulate(const SimulatorOptions& options) {
 
 int main(int argc, char** argv) {
   holdStandardStreams();
+  const QCoreApplication application(argc, argv);
   try {
-    const SimulatorOptions options = readOptions({argv + 1, argv + argc});
+    const SimulatorOptions options = readOptions(arguments());
     if (options.help) {
       std::cout << usage();
       return 0;
@@ -111,13 +123,11 @@ int main(int argc, char** argv) {
       return 0;
     }
     if (!options.replay.empty()) {
-      const QCoreApplication application(argc, argv);
       return runReplay(options, print);
     }
     if (options.model == nullptr && !options.serve) {
       return 0;
     }
-    const QCoreApplication application(argc, argv);
     return simulate(options);
   } catch (const std::exception& failure) {  // Failure, and what the file system throws
     std::cerr << failure.what() << std::endl;

@@ -2,6 +2,8 @@
 Unicode true
 !include "MUI2.nsh"
 !include "FileFunc.nsh"
+!include "LogicLib.nsh"
+!include "x64.nsh"
 !define KEY "Software\Microsoft\Windows\CurrentVersion\Uninstall\Firmlane"
 
 Name "Firmlane"
@@ -27,7 +29,36 @@ VIAddVersionKey "LegalCopyright" "Copyright 2026 the Firmlane authors"
 !insertmacro MUI_UNPAGE_INSTFILES
 !insertmacro MUI_LANGUAGE "English"
 
+; A program that runs cannot be replaced or removed, and half a set of files would not start.
+!macro RefuseWhileItRuns
+  ${ForEach} $0 1 2 + 1
+    StrCpy $1 "firmlane.exe"
+    ${If} $0 = 2
+      StrCpy $1 "firmlane-demo.exe"
+    ${EndIf}
+    ${If} ${FileExists} "$INSTDIR\$1"
+      ClearErrors
+      FileOpen $2 "$INSTDIR\$1" a
+      ${If} ${Errors}
+        MessageBox MB_OK|MB_ICONEXCLAMATION "Firmlane is running. Close it and start this again." /SD IDOK
+        SetErrorLevel 3
+        Quit
+      ${EndIf}
+      FileClose $2
+    ${EndIf}
+  ${Next}
+!macroend
+
+Function .onInit
+  ${IfNot} ${RunningX64}
+    MessageBox MB_OK|MB_ICONSTOP "Firmlane needs a 64-bit Windows." /SD IDOK
+    SetErrorLevel 4
+    Quit
+  ${EndIf}
+FunctionEnd
+
 Section "Firmlane"
+  !insertmacro RefuseWhileItRuns
   SetOutPath "$INSTDIR"
   !include "${FILES_IN}"
   WriteUninstaller "$INSTDIR\uninstall.exe"
@@ -49,8 +80,9 @@ Section "Firmlane"
   WriteRegDWORD HKCU "${KEY}" "EstimatedSize" $0
 SectionEnd
 
-; Only what was installed goes: firmware and lists that the program has fetched stay with the user.
+; Only what was installed goes: firmware and lists that the program has fetched stay in the user's data directory.
 Section "Uninstall"
+  !insertmacro RefuseWhileItRuns
   !include "${FILES_OUT}"
   Delete "$INSTDIR\uninstall.exe"
   RMDir "$INSTDIR"

@@ -328,4 +328,9 @@ Entry readEntry(std::string_view line) {
   return entry;
 }
 
+std::string unescaped(std::string_view text) {
+  const std::string quoted = '"' + std::string(text) + '"';
+  return Words(quoted).text();
+}
+
 }  // namespace firmlane::sim

@@ -76,7 +76,12 @@ void takeHead(Recording& recording, const Lines& lines) {
   if (lines.line().starts_with("missing: ")) {
     std::from_chars(value.data(), value.data() + value.size(), recording.dropped);
   }
-  recording.head[std::string(lines.line().substr(0, colon))] = value;
+  const std::string name(lines.line().substr(0, colon));
+  try {
+    recording.head[name] = name == "directory" ? unescaped(value) : value;
+  } catch (const Failure& failure) {
+    refuse(lines.number(), failure.description());
+  }
 }
 
 }  // namespace
@@ -96,6 +101,23 @@ std::vector<const Entry*> Recording::filesAtFirst() const {
     }
   }
   return files;
+}
+
+std::string Recording::asInItsDirectory(std::string entry, const std::string& mine) const {
+  const std::string own = escaped(mine);
+  const std::string recorded = escaped(headOf("directory"));
+  if (own.empty() || recorded.empty()) {
+    return entry;
+  }
+  // Between a directory and a name each system has its own separator.
+  const std::string ownSeparator = mine.front() == '/' ? "/" : escaped("\\");
+  const std::string separator = recorded.front() == '/' ? "/" : escaped("\\");
+  for (std::size_t at = entry.find(own); at != std::string::npos; at = entry.find(own, at)) {
+    const bool named = entry.compare(at + own.size(), ownSeparator.size(), ownSeparator) == 0;
+    entry.replace(at, own.size() + (named ? ownSeparator.size() : 0), recorded + (named ? separator : ""));
+    at += recorded.size();
+  }
+  return entry;
 }
 
 Recording readRecording(std::string_view text) {

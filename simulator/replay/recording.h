@@ -48,6 +48,8 @@ struct Recording {
   [[nodiscard]] std::string headOf(const std::string& name) const;
   /// The files that were there when the program first turned to them.
   [[nodiscard]] std::vector<const Entry*> filesAtFirst() const;
+  /// An entry of a program whose directory is `mine`, as it would read in the record's directory.
+  [[nodiscard]] std::string asInItsDirectory(std::string entry, const std::string& mine) const;
 };
 
 /// Reads a record. What stands in front of its title is passed over, quote signs of a mail before each line too. Throws Failure

@@ -62,9 +62,10 @@ std::string Details::head() const {
                                ? "COM " + std::to_string(state_.ComPort) + (hint.empty() ? std::string() : " (" + hint + ")")
                                : std::string();
   return line("program", "Firmlane " + dotted(kVersionMajor, kVersionMinor) + "." + std::to_string(kVersionRevision)) +
-         line("qt", surroundings_.qtVersion) + line("system", surroundings_.system) + line("directory", surroundings_.directory) +
-         line("switches", namesOf(switches_)) + line("server", servers_.maker) + line("registration", servers_.registration) +
-         lineInQuotes("port", port) + lineInQuotes("doing", record_.doingThen()) + lineInQuotes("failure", record_.failure()) +
+         line("qt", surroundings_.qtVersion) + line("system", surroundings_.system) +
+         line("directory", escaped(surroundings_.directory)) + line("switches", namesOf(switches_)) +
+         line("server", servers_.maker) + line("registration", servers_.registration) + lineInQuotes("port", port) +
+         lineInQuotes("doing", record_.doingThen()) + lineInQuotes("failure", record_.failure()) +
          lineInQuotes("cause", record_.cause());
 }
 

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <bit>
 #include <cerrno>
-#include <filesystem>
 
 namespace firmlane {
 
@@ -15,18 +14,7 @@ constexpr Micros kLockLimit = 5 * kSecond;
 constexpr Micros kLockPoll = 10 * kMillisecond;
 
 /// The file itself. A link to a counter that several stations share stays a link, and the counter is replaced where it lies.
-std::string place() {
-  std::error_code error;
-  if (!std::filesystem::is_symlink(SerialFile::kName, error)) {
-    return SerialFile::kName;
-  }
-  const std::filesystem::path target = std::filesystem::canonical(SerialFile::kName, error);
-  if (error) {
-    throw Failure(error.value(),
-                  std::string(SerialFile::kName) + " is a link to a file that cannot be reached: " + error.message());
-  }
-  return target.string();
-}
+std::string place() { return Files::behindLink(SerialFile::kName); }
 
 std::int32_t readNumber() {
   const std::string path = place();

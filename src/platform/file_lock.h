@@ -2,6 +2,7 @@
 // the directory. The system takes the lock back when its holder ends, however that comes about, so none is ever left behind.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <utility>
@@ -21,9 +22,9 @@ class FileLock {
   ~FileLock();
 
  private:
-  explicit FileLock(int file) : file_(file) {}
+  explicit FileLock(std::intptr_t file) : file_(file) {}
 
-  int file_;
+  std::intptr_t file_;  // the system's handle, -1 for none
 };
 
 }  // namespace firmlane

@@ -1,29 +1,26 @@
 #include "record/file_note.h"
 
-#include <filesystem>
-#include <fstream>
-#include <iterator>
-
+#include "platform/failure.h"
+#include "platform/files.h"
+#include "platform/system_path.h"
 #include "record/record_text.h"
 
 namespace firmlane {
 
-namespace fs = std::filesystem;
-
 namespace {
-constexpr std::uintmax_t kInFull = 64;
-constexpr std::uintmax_t kLargest = std::uintmax_t{4} << 20U;  // reading more would be felt
+constexpr std::int64_t kInFull = 64;
+constexpr std::int64_t kLargest = std::int64_t{4} << 20U;  // reading more would be felt
 }  // namespace
 
 std::string fileNote(const std::string& path) {
-  const std::string name = inQuotes(fs::path(path).filename().string());
-  std::error_code error;
-  const fs::file_status status = fs::status(path, error);
-  if (!fs::exists(status)) {
-    return name + " missing";
-  }
-  const std::uintmax_t size = fs::is_regular_file(status) ? fs::file_size(path, error) : 0;
-  if (!fs::is_regular_file(status) || error) {
+  const std::string name = inQuotes(systemPath(path).filename().string());
+  std::int64_t size = 0;
+  try {
+    if (Files::isMissing(path)) {
+      return name + " missing";
+    }
+    size = Files::length(path);
+  } catch (const Failure&) {
     return name + " not a file";
   }
   if (size == 0) {
@@ -33,12 +30,12 @@ std::string fileNote(const std::string& path) {
   if (size > kLargest) {
     return note;
   }
-  std::ifstream file(path, std::ios::binary);
-  const Bytes content(std::istreambuf_iterator<char>(file), {});
-  if (content.size() != size) {
+  try {
+    const Bytes content = Files::read(path);
+    return size <= kInFull ? name + ": " + hexText(content) : note + " sum " + sumText(recordSum(content));
+  } catch (const Failure&) {
     return note + " unreadable";
   }
-  return size <= kInFull ? name + ": " + hexText(content) : note + " sum " + sumText(recordSum(content));
 }
 
 }  // namespace firmlane

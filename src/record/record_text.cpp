@@ -45,8 +45,8 @@ RecordSum recordSum(ByteSpan bytes, RecordSum before) {
   return sum;
 }
 
-std::string inQuotes(std::string_view text) {
-  std::string result = "\"";
+std::string escaped(std::string_view text) {
+  std::string result;
   for (const char c : text) {
     const auto byte = static_cast<unsigned char>(c);
     if (const char* escape = escapeOf(c)) {
@@ -57,8 +57,10 @@ std::string inQuotes(std::string_view text) {
       result += c;
     }
   }
-  return result + "\"";
+  return result;
 }
+
+std::string inQuotes(std::string_view text) { return '"' + escaped(text) + '"'; }
 
 std::string hexText(ByteSpan bytes) {
   std::string text;

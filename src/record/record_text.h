@@ -17,7 +17,9 @@ using RecordSum = std::uint64_t;
 inline constexpr RecordSum kSumOfNothing = 0xCBF29CE484222325;
 RecordSum recordSum(ByteSpan bytes, RecordSum before = kSumOfNothing);
 
-/// In double quotes, on one line; all but printable ASCII as \r, \n, \t, \", \\ or \xE9.
+/// On one line; all but printable ASCII as \r, \n, \t, \", \\ or \xE9.
+std::string escaped(std::string_view text);
+/// The same in double quotes.
 std::string inQuotes(std::string_view text);
 /// "02 00 1F", a byte that comes more than three times in a row once with its count: "FF*12".
 std::string hexText(ByteSpan bytes);

@@ -100,28 +100,6 @@ TEST_F(SerialNumberTest, FileOfAnyKindGivesANumberOrSaysWhyNot) {
   EXPECT_EQ(page(), kReady);
 }
 
-TEST_F(SerialNumberTest, ALinkToASharedCounterStaysALinkAndOneThatLeadsNowhereGivesNoNumber) {
-  namespace fs = std::filesystem;
-  fs::create_directory("share");
-  writeNumber(100);
-  fs::rename("sn.wls", "share/counter");
-  fs::create_symlink("share/counter", "sn.wls");
-  runSerial();
-  EXPECT_EQ(hex(Files::read("share/counter")), "65 00 00 00");
-  EXPECT_TRUE(fs::exists("share/counter.lock")) << "stations that share the counter have to meet in one lock";
-  next();
-
-  fs::rename("share/counter", "elsewhere");  // the share is not mounted
-  world_.screen.answerOthers();
-  EXPECT_THROW(serialFile_.reserve(), Failure);
-  serial_.btnSN_Click();
-  EXPECT_THAT(box().text, testing::StartsWith("sn.wls is a link to a file that cannot be reached: "));
-  EXPECT_EQ(unit_.heard.size(), 2U);
-  EXPECT_TRUE(fs::is_symlink("sn.wls"));
-  EXPECT_FALSE(fs::exists("share/counter"));
-  EXPECT_EQ(page(), kReady);
-}
-
 TEST_F(SerialNumberTest, ANumberThatNoReceiverCanTakeIsToldWhenItIsLoadedAndGoesNoFurther) {
   writeNumber(1000000);
   world_.screen.answerOthers();

@@ -155,6 +155,20 @@ TEST(RecordPlayer, ADifferenceIsNamedWithItsPlace) {
   }
 }
 
+/// The directory of the customer's computer is in the words of a page, and decides neither here nor there.
+TEST(RecordPlayer, ARecordFromAWindowsComputerPlaysOnAnyOther) {
+  std::string text = Files::readText(RECORDINGS "/silent-unit.txt");
+  const std::string directory = R"(C:\\Users\\J\xC3\xB6rg\\Firmlane)";
+  for (std::size_t at = 0; (at = text.find("/firmlane", at)) != std::string::npos; at += directory.size()) {
+    text.replace(at, std::string("/firmlane").size(), directory);
+  }
+  const sim::Recording recording = sim::readRecording(text);
+  EXPECT_EQ(played(recording, sim::shelfWith("")), "");
+  EXPECT_EQ(sim::consoleScript(recording).find("Users"), std::string::npos);
+  EXPECT_EQ(recording.asInItsDirectory("box \"Cannot write /tmp/x/wls.bin in /tmp/x\"", "/tmp/x"),
+            "box \"Cannot write " + directory + R"(\\wls.bin in )" + directory + "\"");
+}
+
 TEST(RecordPlayer, TheScriptOfARecordWaitsForWhatItsUserSaw) {
   const std::string script = sim::consoleScript(sim::readRecording(
       "Firmlane record 1\ndirectory: /home/ann/firmware\n1.000000 show Form1\n1.000000 says Form1.lblTop \"a\\rb\"\n"

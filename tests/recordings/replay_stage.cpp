@@ -141,12 +141,8 @@ VirtualReplay::~VirtualReplay() {
 }
 
 /// The program's directory is another one now, and stands in the words of some pages.
-void VirtualReplay::observe(std::string entry) {
-  const std::string mine = directory_.path().string();
-  if (const std::size_t at = entry.find(mine); at != std::string::npos) {
-    entry.replace(at, mine.size(), recording_.headOf("directory"));
-  }
-  replay_.observe(entry);
+void VirtualReplay::observe(const std::string& entry) {
+  replay_.observe(recording_.asInItsDirectory(entry, files_.programDirectory()));
 }
 
 std::string VirtualReplay::play() {

@@ -99,7 +99,7 @@ class VirtualReplay : private sim::ReplayStage {
   std::optional<std::string> perform(const sim::Entry& entry) override;
   std::optional<std::string> act(const sim::Entry& entry);
   std::optional<std::string> answer(const sim::Entry& got);
-  void observe(std::string entry);
+  void observe(const std::string& entry);
 
   const sim::Recording& recording_;
   const sim::Shelf& shelf_;

@@ -2,12 +2,16 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
-#include <QTemporaryFile>
+#include <QDir>
+#include <QFontDatabase>
+#include <QTemporaryDir>
 #include <algorithm>
 
 int main(int argc, char** argv) {
-  QTemporaryFile screens;
-  if (!screens.open()) {
+  // Named without a drive, whose colon Qt would take for the end of the name.
+  const QTemporaryDir folder(QStringLiteral("screens-XXXXXX"));
+  QFile screens(QDir::current().relativeFilePath(folder.filePath(QStringLiteral("screens.json"))));
+  if (!screens.open(QIODevice::WriteOnly)) {
     return 1;
   }
   const int factor = std::max(1, qEnvironmentVariableIntValue("QT_SCALE_FACTOR"));
@@ -19,6 +23,9 @@ int main(int argc, char** argv) {
   qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + screens.fileName().toLocal8Bit());
   testing::InitGoogleTest(&argc, argv);
   const QApplication application(argc, argv);
+  if (const QString usual = QStringLiteral("DejaVu Sans"); QFontDatabase::families().contains(usual)) {
+    QApplication::setFont(QFont(usual));  // a system may have no better idea than its oddest
+  }
   QApplication::setApplicationName(QStringLiteral("firmlane-test"));
   return RUN_ALL_TESTS();
 }

@@ -22,6 +22,7 @@
 #include "platform/qt/identity.h"
 #include "platform/qt/qt_desktop.h"
 #include "platform/qt/qt_platform.h"
+#include "platform/qt/standard_input.h"
 #include "platform/qt/surroundings.h"
 #include "platform/widgets/display_application.h"
 #include "platform/widgets/widget_screen.h"
@@ -223,6 +224,7 @@ std::unique_ptr<QCoreApplication> makeApplication(int& argc, char** argv) {
 }
 
 int main(int argc, char** argv) {
+  holdStandardStreams();
   const auto application = makeApplication(argc, argv);
   qInstallMessageHandler(sayWhatMatters);
   introduce("firmlane-demo");

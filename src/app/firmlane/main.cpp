@@ -10,6 +10,7 @@
 #include "platform/qt/program_directory.h"
 #include "platform/qt/qt_desktop.h"
 #include "platform/qt/qt_platform.h"
+#include "platform/qt/standard_input.h"
 #include "platform/qt/surroundings.h"
 #include "platform/widgets/display_application.h"
 #include "platform/widgets/widget_screen.h"
@@ -17,6 +18,7 @@
 using namespace firmlane;
 
 int main(int argc, char** argv) {
+  holdStandardStreams();
   if (argc > 1) {
     std::fprintf(stderr, "firmlane takes no options\n");
     return 2;

@@ -1,17 +1,10 @@
 #include "platform/qt/port_map.h"
 
 #include <algorithm>
-#include <system_error>
 
 #include "platform/qt/qt_text.h"
 
-#ifdef Q_OS_UNIX
-#include <unistd.h>
-#endif
-
 namespace firmlane {
-
-namespace fs = std::filesystem;
 
 namespace {
 
@@ -22,14 +15,6 @@ bool standsBefore(const QSerialPortInfo& a, const QSerialPortInfo& b) {
     return a.hasVendorIdentifier();
   }
   return naturallyBefore(fromQt(a.portName()), fromQt(b.portName()));
-}
-
-bool permitted(const std::string& path) {
-#ifdef Q_OS_UNIX
-  return ::access(path.c_str(), R_OK | W_OK) == 0;
-#else
-  return !path.empty();
-#endif
 }
 
 }  // namespace
@@ -65,18 +50,12 @@ bool naturallyBefore(const std::string& a, const std::string& b) {
   return a.size() - i < b.size() - j;
 }
 
-fs::path PortMap::link(int number) const { return directory_ / "ports" / ("com" + std::to_string(number)); }
-
 std::string PortMap::device(int number) const {
   if (!given_.empty()) {
     const auto found = given_.find(number);
     return found == given_.end() ? std::string() : found->second;
   }
-  std::error_code error;
-  if (fs::is_symlink(link(number), error) || fs::exists(link(number), error)) {
-    return link(number).string();
-  }
-  return machineDevice(number);
+  return ownDevice(number);
 }
 
 const std::vector<QSerialPortInfo>& PortMap::machineDevices() const {
@@ -89,37 +68,10 @@ const std::vector<QSerialPortInfo>& PortMap::machineDevices() const {
   return machine_;
 }
 
-std::string PortMap::machineDevice(int number) const {
-  const std::vector<QSerialPortInfo>& devices = machineDevices();
-#ifdef Q_OS_WIN
-  const QString name = QStringLiteral("COM%1").arg(number);
-  const bool there =
-      std::any_of(devices.begin(), devices.end(), [&name](const QSerialPortInfo& info) { return info.portName() == name; });
-  return there ? fromQt(name) : std::string();
-#else
-  const bool there = number >= 1 && number <= static_cast<int>(devices.size());
-  return there ? fromQt(devices[static_cast<std::size_t>(number - 1)].systemLocation()) : std::string();
-#endif
-}
-
 std::string PortMap::description(const std::string& name) const {
   const auto found = std::find_if(machineDevices().begin(), machineDevices().end(),
                                   [&name](const QSerialPortInfo& info) { return fromQt(info.portName()) == name; });
   return found == machineDevices().end() || found->description().isEmpty() ? std::string() : ", " + fromQt(found->description());
-}
-
-std::string PortMap::hint(int number) const {
-  const std::string path = device(number);
-  if (path.empty()) {
-    return {};
-  }
-  std::error_code error;
-  const fs::path target = fs::canonical(path, error);
-  if (error) {
-    return path == link(number).string() ? fs::read_symlink(path, error).string() : path;
-  }
-  const std::string name = target.parent_path() == "/dev" ? target.filename().string() : target.string();
-  return name + description(target.filename().string()) + (permitted(target.string()) ? "" : ", no permission");
 }
 
 }  // namespace firmlane

@@ -30,8 +30,8 @@ class PortMap {
   [[nodiscard]] std::string hint(int number) const;
 
  private:
-  [[nodiscard]] std::filesystem::path link(int number) const;
-  [[nodiscard]] std::string machineDevice(int number) const;
+  /// Of a number when none was given.
+  [[nodiscard]] std::string ownDevice(int number) const;
   [[nodiscard]] std::string description(const std::string& name) const;
   [[nodiscard]] const std::vector<QSerialPortInfo>& machineDevices() const;
 

@@ -3,29 +3,14 @@
 #include <QCoreApplication>
 #include <QStandardPaths>
 #include <QTemporaryFile>
-#include <algorithm>
-#include <iterator>
-#include <string_view>
 #include <system_error>
 
 #include "platform/qt/qt_text.h"
+#include "platform/qt/shared_trees.h"
 
 namespace firmlane {
 
 namespace fs = std::filesystem;
-
-namespace {
-
-constexpr std::string_view kSharedTrees[] = {"/bin", "/sbin", "/usr", "/snap"};
-
-/// What the system itself looks after is shared by all programs: firmware has no business there, even where root may write.
-bool isShared(const fs::path& directory) {
-  const std::string text = directory.string();
-  return std::any_of(std::begin(kSharedTrees), std::end(kSharedTrees),
-                     [&text](std::string_view tree) { return text == tree || text.starts_with(std::string(tree) + "/"); });
-}
-
-}  // namespace
 
 bool isWritable(const fs::path& directory) {
   QTemporaryFile probe(toQt((directory / ".firmlane-XXXXXX").string()));

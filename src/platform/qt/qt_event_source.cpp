@@ -5,9 +5,9 @@
 #include <QTime>
 #include <algorithm>
 #include <exception>
-#include <thread>
 
 #include "platform/event_queue.h"
+#include "platform/qt/nap.h"
 #include "platform/qt/qt_text.h"
 
 namespace firmlane {
@@ -61,7 +61,7 @@ void QtEventSource::sleep(Micros until) {
   }
   restOwed_ += std::max(span, std::chrono::nanoseconds::zero());
   if (restOwed_ >= kNap) {
-    std::this_thread::sleep_for(restOwed_);
+    nap(restOwed_);
     restOwed_ = {};
   }
 }

@@ -1,39 +1,17 @@
 #include "platform/qt/qt_serial_driver.h"
 
-#include <QCoreApplication>
-#include <QEvent>
-#include <QFileInfo>
-#include <chrono>
-#include <thread>
+#include <utility>
 
 #include "platform/failure.h"
 #include "platform/qt/port_lock.h"
 #include "platform/qt/qt_text.h"
-
-#ifdef Q_OS_UNIX
-#include <sys/ioctl.h>
-#include <termios.h>
-#include <unistd.h>
-
-#include <cerrno>
-#include <cstring>
-#endif
+#include "platform/qt/serial_device.h"
 
 namespace firmlane {
 
 namespace {
 
-#ifdef Q_OS_UNIX
-constexpr int kMissing = ENOENT;
-constexpr int kNotPermitted = EACCES;
-constexpr int kBusy = EBUSY;
-constexpr int kOther = EIO;
-#else  // Windows' own numbers
-constexpr int kMissing = 2;
-constexpr int kNotPermitted = 5;
-constexpr int kBusy = 5;
-constexpr int kOther = 31;
-#endif
+using namespace serial_device;
 
 QSerialPort::FlowControl flowControl(Handshake handshake) {
   switch (handshake) {
@@ -51,26 +29,6 @@ std::string portName(int number, const std::string& device) {
   const std::string name = "COM " + std::to_string(number);
   return device.empty() ? name : name + " (" + device + ")";
 }
-
-#ifdef Q_OS_UNIX
-[[noreturn]] void throwNotPermitted(const std::string& name, const QFileInfo& device) {
-  const QString group = device.group();
-  throw Failure(kNotPermitted,
-                "No permission to use " + name +
-                    (group.isEmpty() ? std::string()
-                                     : ". It belongs to the group " + fromQt(group) + "; your user has to be a member of it"));
-}
-
-/// What the system would refuse, told before Qt is asked: Qt has one error for "not permitted" and "in use".
-void requireUsable(const std::string& name, const QFileInfo& device) {
-  if (!device.exists()) {
-    throw Failure(kMissing, "There is no serial port " + name);
-  }
-  if (::access(device.filePath().toLocal8Bit().constData(), R_OK | W_OK) != 0) {
-    throwNotPermitted(name, device);
-  }
-}
-#endif
 
 [[noreturn]] void throwOpenFailure(const std::string& name, const QSerialPort& port) {
   switch (port.error()) {
@@ -102,15 +60,6 @@ bool openDevice(QSerialPort& port, QString path) {
   return false;
 }
 
-/// Closing sets the device back to the speed it had before, which would strike the last bytes in the device's own transmitter.
-void waitForTransmitter(const QSerialPort& port) {
-#ifdef Q_OS_UNIX
-  ::tcdrain(port.handle());
-#else
-  Q_UNUSED(port);
-#endif
-}
-
 }  // namespace
 
 QtSerialDriver::~QtSerialDriver() = default;
@@ -121,24 +70,19 @@ void QtSerialDriver::open(int number, const LineSettings& settings) {
   if (device.empty()) {
     throw Failure(kMissing, "There is no serial port " + name_);
   }
-  QString path = toQt(device);
-#ifdef Q_OS_UNIX
-  const QFileInfo info(path);
-  requireUsable(name_, info);
-  path = info.canonicalFilePath();  // so that two links to one device meet in one lock
-#endif
+  const QString path = nameToOpen(name_, toQt(device));
   auto port = std::make_unique<QSerialPort>();
   port->setBaudRate(settings.baud);
   port->setFlowControl(flowControl(settings.handshake));
   if (!openDevice(*port, path)) {
     throwOpenFailure(name_, *port);
   }
-  port->clearError();  // of modem lines that a pseudo-terminal does not have
+  begin(*port);
   port_ = std::move(port);
   QObject::connect(port_.get(), &QSerialPort::readyRead, &context_, [this] { takeBytes(); });
   QObject::connect(port_.get(), &QSerialPort::errorOccurred, &context_, [this](QSerialPort::SerialPortError error) {
     // A device that has gone raises its error again and again, so the first one ends it.
-    if (error == QSerialPort::ResourceError || error == QSerialPort::WriteError || error == QSerialPort::ReadError) {
+    if (port_ && hasGone(*port_, error)) {
       // Its words are of some earlier call when the device has simply come to its end.
       lose("the device does not answer any more");
     }
@@ -161,8 +105,7 @@ void QtSerialDriver::close() {
   }
   QObject::disconnect(port_.get(), nullptr, &context_, nullptr);
   for (int tries = 0; tries < 100 && unsent() + heldByDevice() > 0 && port_->error() == QSerialPort::NoError; ++tries) {
-    port_->flush();
-    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    letLeave(*port_);
   }
   if (unsent() + heldByDevice() > 0) {
     port_->clear(QSerialPort::Output);
@@ -175,36 +118,16 @@ void QtSerialDriver::send(ByteSpan bytes) {
   if (!port_) {
     return;
   }
-  const std::size_t taken = sendNow(bytes);
-  if (!port_ || taken == bytes.size()) {
+  std::string reason;
+  const std::size_t taken = sendNow(*port_, bytes, reason);
+  if (!reason.empty()) {
+    lose(reason);
     return;
   }
   // What the system does not take now goes later, as the event loop finds room.
-  const ByteSpan rest = bytes.subspan(taken);
-  port_->write(reinterpret_cast<const char*>(rest.data()), static_cast<qint64>(rest.size()));
-#ifndef Q_OS_UNIX
-  port_->flush();
-#endif
-}
-
-/// Hands bytes to the system without Qt's detour over its own buffer and its notifiers, which would cost a pass of the event loop
-/// for each byte of a stream. Returns how many the system took.
-std::size_t QtSerialDriver::sendNow(ByteSpan bytes) {
-#ifdef Q_OS_UNIX
-  if (port_->bytesToWrite() > 0) {
-    return 0;
+  if (const ByteSpan rest = bytes.subspan(taken); !rest.empty()) {
+    port_->write(reinterpret_cast<const char*>(rest.data()), static_cast<qint64>(rest.size()));
   }
-  const ssize_t taken = ::write(port_->handle(), bytes.data(), bytes.size());
-  if (taken >= 0) {
-    return static_cast<std::size_t>(taken);
-  }
-  if (errno != EAGAIN && errno != EINTR) {
-    lose(std::strerror(errno));
-  }
-#else
-  Q_UNUSED(bytes);
-#endif
-  return 0;
 }
 
 std::size_t QtSerialDriver::unsent() const {
@@ -216,15 +139,7 @@ std::size_t QtSerialDriver::unsent() const {
   return port_->flowControl() == QSerialPort::NoFlowControl ? waiting : waiting + heldByDevice();
 }
 
-std::size_t QtSerialDriver::heldByDevice() const {
-#ifdef Q_OS_UNIX
-  int count = 0;
-  if (port_ && ::ioctl(port_->handle(), TIOCOUTQ, &count) == 0 && count > 0) {
-    return static_cast<std::size_t>(count);
-  }
-#endif
-  return 0;
-}
+std::size_t QtSerialDriver::heldByDevice() const { return port_ ? held(*port_) : 0; }
 
 void QtSerialDriver::fetch() {
   // Each turn hands over, by way of readyRead, one reading of what the system holds; a line that never pauses gets so many.

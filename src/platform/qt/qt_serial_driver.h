@@ -30,7 +30,6 @@ class QtSerialDriver : public SerialDriver {
   void discard() override;
 
  private:
-  std::size_t sendNow(ByteSpan bytes);
   void takeBytes();
   void lose(const std::string& reason);
   [[nodiscard]] std::size_t heldByDevice() const;

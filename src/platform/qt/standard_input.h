@@ -11,7 +11,8 @@ namespace firmlane {
 
 /// Makes standard input, output and error fit for a protocol of bytes. A program that was started without one of them gets the
 /// null device in its place; otherwise the next thing that it opens, such as a serial port, takes that number, and what is
-/// printed goes there. Call it before anything else.
+/// printed goes there. On Windows a program with windows prints to the console that it was started from, if any. Call it before
+/// anything else.
 void holdStandardStreams();
 
 class StandardInput {

@@ -39,7 +39,7 @@ ConsoleApp::ConsoleApp(const ConsoleOptions& options, const std::string& directo
                                                   .recorder = record_},
                                          options.switches)),
       details_(record_, *program_, options.servers, options.switches,
-               {qtVersionInUse(), systemInUse(), directory, [this](int port) { return ports_.device(port); }}),
+               {qtVersionInUse(), systemInUse(), files_.programDirectory(), [this](int port) { return ports_.device(port); }}),
       session_(program_->host(), program_->state(), program_->activity(), [this](const Json& line) { print(line); }) {
   screen_.onBoxClosed = [this] { session_.boxClosed(); };
   source_.attach(session_);

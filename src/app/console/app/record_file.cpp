@@ -4,6 +4,8 @@
 #include <cstring>
 #include <iostream>
 
+#include "platform/system_path.h"
+
 namespace firmlane {
 
 namespace {
@@ -11,7 +13,7 @@ constexpr int kSettle = 500;  // ms
 }  // namespace
 
 RecordFile::RecordFile(const std::string& path, EventQueue& queue, Record& record, const std::string& head)
-    : path_(path), record_(record), file_(path, std::ios::binary | std::ios::trunc), settling_(queue) {
+    : path_(path), record_(record), file_(systemPath(path), std::ios::binary | std::ios::trunc), settling_(queue) {
   if (!file_) {
     throw Failure(errno, std::string(std::strerror(errno)) + ": " + path);
   }

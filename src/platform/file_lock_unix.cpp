@@ -1,24 +1,14 @@
 #include "platform/file_lock.h"
 
 #include <fcntl.h>
-
-#include <cerrno>
-#include <cstring>
-
-#include "platform/failure.h"
-
-#ifdef _WIN32
-#include <io.h>
-#include <share.h>
-#include <sys/stat.h>
-
-#include <filesystem>
-#else
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
+#include <cstring>
 #include <filesystem>
-#endif
+
+#include "platform/failure.h"
 
 namespace firmlane {
 
@@ -29,7 +19,6 @@ namespace {
   throw Failure(number, "The lock " + path + " cannot be taken: " + std::strerror(number));
 }
 
-#ifndef _WIN32
 /// Whoever may write to the directory may take the lock, whatever the first user's mask was.
 void shareWithTheDirectory(int file, const std::string& path) {
   struct stat directory {};
@@ -63,30 +52,9 @@ constexpr int kSetLock = F_OFD_SETLK;
 #else
 constexpr int kSetLock = F_SETLK;
 #endif
-#endif
 
 }  // namespace
 
-#ifdef _WIN32
-std::optional<FileLock> FileLock::tryTake(const std::string& path) {
-  int file = -1;
-  errno = ::_wsopen_s(&file, std::filesystem::path(path).c_str(), _O_RDWR | _O_CREAT | _O_BINARY | _O_NOINHERIT, _SH_DENYRW,
-                      _S_IREAD | _S_IWRITE);
-  if (file >= 0) {
-    return FileLock(file);
-  }
-  if (errno == EACCES && std::filesystem::exists(path)) {
-    return std::nullopt;
-  }
-  fail(path);
-}
-
-FileLock::~FileLock() {
-  if (file_ >= 0) {
-    ::_close(file_);
-  }
-}
-#else
 std::optional<FileLock> FileLock::tryTake(const std::string& path) {
   FileLock lock(openLockFile(path));
   if (lock.file_ < 0) {
@@ -95,7 +63,7 @@ std::optional<FileLock> FileLock::tryTake(const std::string& path) {
   struct flock whole {};
   whole.l_type = F_WRLCK;
   whole.l_whence = SEEK_SET;
-  if (::fcntl(lock.file_, kSetLock, &whole) == 0) {
+  if (::fcntl(static_cast<int>(lock.file_), kSetLock, &whole) == 0) {
     return lock;
   }
   if (errno == EAGAIN || errno == EACCES) {
@@ -106,9 +74,8 @@ std::optional<FileLock> FileLock::tryTake(const std::string& path) {
 
 FileLock::~FileLock() {
   if (file_ >= 0) {
-    ::close(file_);
+    ::close(static_cast<int>(file_));
   }
 }
-#endif
 
 }  // namespace firmlane

@@ -1,21 +1,13 @@
 #include "platform/disk.h"
 
 #include <fcntl.h>
+#include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
-#include <climits>
 #include <cstring>
 #include <filesystem>
 #include <system_error>
 #include <utility>
-
-#ifdef _WIN32
-#include <io.h>
-#include <sys/stat.h>
-#else
-#include <unistd.h>
-#endif
 
 #include "platform/failure.h"
 
@@ -25,32 +17,17 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// What the two systems call by different names.
-#ifdef _WIN32
-int openNew(const std::string& path) {
-  return ::_wopen(fs::path(path).c_str(), _O_WRONLY | _O_CREAT | _O_EXCL | _O_BINARY | _O_NOINHERIT, _S_IREAD | _S_IWRITE);
-}
-auto writeSome(int file, const std::uint8_t* data, std::size_t size) {
-  return ::_write(file, data, static_cast<unsigned>(std::min<std::size_t>(size, INT_MAX)));
-}
-int syncFile(int file) { return ::_commit(file); }
-int closeFile(int file) { return ::_close(file); }
-#else
 int openNew(const std::string& path) {
   constexpr mode_t kAsTheUserWants = 0666;  // less what the user's mask takes away
   return ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kAsTheUserWants);
 }
-auto writeSome(int file, const std::uint8_t* data, std::size_t size) { return ::write(file, data, size); }
-int syncFile(int file) { return ::fsync(file); }
-int closeFile(int file) { return ::close(file); }
-#endif
 
 class RealFile : public DiskFile {
  public:
   RealFile(int file, std::string path) : file_(file), path_(std::move(path)) {}
   ~RealFile() override {
     if (file_ >= 0) {
-      closeFile(file_);
+      ::close(file_);
     }
   }
   RealFile(const RealFile&) = delete;
@@ -58,7 +35,7 @@ class RealFile : public DiskFile {
 
   void write(ByteSpan bytes) override {
     while (!bytes.empty()) {
-      const auto written = writeSome(file_, bytes.data(), bytes.size());
+      const ssize_t written = ::write(file_, bytes.data(), bytes.size());
       if (written < 0 && errno == EINTR) {
         continue;
       }
@@ -66,8 +43,8 @@ class RealFile : public DiskFile {
       bytes = bytes.subspan(static_cast<std::size_t>(written));
     }
   }
-  void sync() override { throwIf(syncFile(file_) != 0); }
-  void close() override { throwIf(closeFile(std::exchange(file_, -1)) != 0); }
+  void sync() override { throwIf(::fsync(file_) != 0); }
+  void close() override { throwIf(::close(std::exchange(file_, -1)) != 0); }
 
  private:
   void throwIf(bool failed) const {
@@ -122,10 +99,6 @@ void RealDisk::remove(const std::string& path) {
   }
 }
 
-#ifdef _WIN32
-// The system keeps its directories consistent by itself.
-void RealDisk::syncDirectory(const std::string& /*path*/) {}
-#else
 void RealDisk::syncDirectory(const std::string& path) {
   const int directory = ::open(path.empty() ? "." : path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
   if (directory < 0) {
@@ -139,6 +112,5 @@ void RealDisk::syncDirectory(const std::string& path) {
     throwSystemError(error, path);
   }
 }
-#endif
 
 }  // namespace firmlane
