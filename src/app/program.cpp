@@ -88,7 +88,8 @@ struct Flash {
   FrontImageLoader frontImage{ground.host, ground.files, notes, ground.state, ground.form1};
   ImageSender sender{ground.host,  ground.mainPort, line.supervision,           line.wizard,
                      ground.state, ground.form1,    line.receive.ExpectFrameEnd};
-  ProcessorProgramming processors{ground.files, ground.mainPort, sender, ground.state, ground.form1};
+  ProcessorProgramming processors{ground.files, ground.mainPort, sender,      line.supervision,
+                                  line.wizard,  ground.state,    ground.form1};
   FrontPanel frontPanel{ground.host, ground.mainPort, line.delay,   line.supervision, line.wizard,
                         notes,       ground.state,    ground.form1, ground.frmAuto};
   Outcomes outcomes{ground.host, ground.mainPort, line.receive, line.wizard, notes, ground.state, ground.form1, ground.frmAuto};

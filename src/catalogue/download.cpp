@@ -88,6 +88,7 @@ void Download::transfer(const DownloadSource& source) {
   if (broken_) {
     throw Failure(*broken_);
   }
+  form1_.Timer1.stop();
   wizard_.setBar(kFullBar);
   if (const auto words = statusWords(http_, source.url)) {
     wizard_.tellOutcome(OutcomeKind::Caution, *words);
@@ -151,6 +152,7 @@ void Download::takeBody() {
     set_.breakUp(name_);
     file.complete();
     DownloadDone = true;
+    supervision_.SlowBar = false;
   } catch (const Failure& failure) {
     broken_ = failure;
   }

@@ -68,14 +68,19 @@ void FlashRun::runStates() {
 }
 
 void FlashRun::setUpLink() {
+  supervision_.BarValue = 0;
   state_.ProgressPercent = 0;
   state_.TimedOut = false;
   supervision_.setLimit(kAnnounceLimit);
   receivePath_.WantAnswered = false;
   receivePath_.RxBuffer.clear();
   port_.setNumber(state_.ComPort);
-  if (const char* settings = settingsFor(state_)) {
-    port_.setSettings(settings);
+  const LinkRule link = linkFor(state_);
+  if (link.settings != nullptr) {
+    port_.setSettings(link.settings);
+  }
+  if (link.outBuffer > 0) {
+    port_.setOutBufferSize(link.outBuffer);
   }
   port_.setHandshake(Handshake::None);
   port_.setReceiveThreshold(kFrameSize);
@@ -164,6 +169,7 @@ void FlashRun::enterProgram() {
   wizard_.setBar(0);
   receivePath_.RxBuffer.clear();
   form1_.lblTop.Caption = "Connected to unit, now erasing FLASH Memory...";
+  form1_.Command3.Disable();
   supervision_.BarValue = 0;
 }
 

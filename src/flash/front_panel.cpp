@@ -33,17 +33,21 @@ constexpr Pause kBeforeCodeBatch{10, 25};
 }  // namespace
 
 void FrontPanel::ProgramFront() {
-  showSending(form1_);
+  showSending(supervision_, wizard_, form1_);
   const int high = state_.FrontCodeBytes / kSevenBitBase;
   const int low = state_.FrontCodeBytes - high * kSevenBitBase;
   notes_.note("Sending Program length", 0,
               "Program Length Bytes are " + std::to_string(high) + " and " + std::to_string(low) + kCrLf + kCrLf);
   notes_.errors("Program Length is " + std::to_string(state_.FrontCodeBytes));
   notes_.lengthBytes(high, low);
+  if (!port_.IsOpen()) {
+    port_.Open();
+  }
   delay_.Delay(kBeforeLength.interval, kBeforeLength.ticks);
   port_.Write({static_cast<std::uint8_t>(high)});
   port_.Write({static_cast<std::uint8_t>(low)});
   notes_.note("Sent Program Length", 0, "Now Starting to send firmware bytes");
+  form1_.Watchdog.setEnabled(true);
   port_.setHandshake(Handshake::XonXoff);
   DumpFront();
 }

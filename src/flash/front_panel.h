@@ -24,7 +24,7 @@ class FrontPanel {
         frmAuto_(frmAuto),
         stream_(host, supervision, wizard, form1) {}
 
-  /// Sends FrontCodeBytes as two seven-bit groups, then FrontImage. Throws Failure when the port
+  /// Sends FrontCodeBytes as two seven-bit groups, then FrontImage. Opens the port if it is closed. Throws Failure when the port
   /// fails before the first batch. Leaves Watchdog off.
   void ProgramFront();
 

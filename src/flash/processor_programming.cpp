@@ -14,12 +14,14 @@ void ProcessorProgramming::requireImage() const {
   }
 }
 
-void showSending(Form1& form1) {
+void showSending(Supervision& supervision, const WizardInCharge& wizard, Form1& form1) {
+  supervision.BarValue = 0;
+  wizard.setBar(0);
   form1.lblTop.Caption = "FLASH memory has been erased, now sending new firmware to the unit...";
 }
 
 void ProcessorProgramming::ProgramFlash() {
-  showSending(form1_);
+  begin();
   sender_.DumpFile2(imagePath());
 }
 
@@ -28,11 +30,16 @@ void ProcessorProgramming::ProgramNewHub() { sendText(); }
 void ProcessorProgramming::ProgramRF() { sendText(); }
 
 void ProcessorProgramming::sendText() {
-  showSending(form1_);
+  begin();
   port_.setHandshake(Handshake::XonXoff);
   sender_.DumpFile3(imagePath());
 }
 
 std::string ProcessorProgramming::imagePath() const { return files_.path(imageFor(state_).file); }
+
+void ProcessorProgramming::begin() {
+  showSending(supervision_, wizard_, form1_);
+  form1_.Watchdog.setEnabled(true);
+}
 
 }  // namespace firmlane

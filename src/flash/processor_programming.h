@@ -7,12 +7,13 @@
 namespace firmlane {
 
 /// Sets the page when a unit has erased its FLASH and its image comes next.
-void showSending(Form1& form1);
+void showSending(Supervision& supervision, const WizardInCharge& wizard, Form1& form1);
 
 class ProcessorProgramming {
  public:
-  ProcessorProgramming(const Files& files, SerialPort& port, ImageSender& sender, const RunState& state, Form1& form1)
-      : files_(files), port_(port), sender_(sender), state_(state), form1_(form1) {}
+  ProcessorProgramming(const Files& files, SerialPort& port, ImageSender& sender, Supervision& supervision,
+                       WizardInCharge& wizard, const RunState& state, Form1& form1)
+      : files_(files), port_(port), sender_(sender), supervision_(supervision), wizard_(wizard), state_(state), form1_(form1) {}
 
   /// Makes sure, before the unit is touched, that there is something to send to FlashTarget: a run that finds no file has erased
   /// the processor already. Throws Failure when the file is missing, unreadable or empty. Front panels have a loader that tells.
@@ -27,12 +28,15 @@ class ProcessorProgramming {
   void ProgramRF();
 
  private:
+  void begin();
   void sendText();
   [[nodiscard]] std::string imagePath() const;
 
   const Files& files_;
   SerialPort& port_;
   ImageSender& sender_;
+  Supervision& supervision_;
+  WizardInCharge& wizard_;
   const RunState& state_;
   Form1& form1_;
 };

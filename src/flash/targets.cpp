@@ -1,6 +1,7 @@
 #include "flash/targets.h"
 
 #include <algorithm>
+#include <array>
 #include <iterator>
 
 #include "state/file_names.h"
@@ -12,8 +13,10 @@ namespace {
 constexpr std::string_view kVelarc = "VC";
 constexpr std::string_view kWireless = "WS";
 
-/// Targets that both product lines have, and whose boot loader talks at 9600 on either.
-constexpr std::string_view kSlowTargets[] = {"NewHubFlash", "DSPFlash", "Front1Flash", "Front2Flash"};
+constexpr int kBigBuffer = 8192;
+/// Targets whose boot loader talks at 9600 on either product line.
+constexpr std::array<std::string_view, 6> kSlowTargets = {"RF1Flash", "NewHubFlash", "RF2Flash",
+                                                          "DSPFlash", "Front1Flash", "Front2Flash"};
 
 constexpr const char* kSlow = "9600,N,8,1";
 constexpr const char* kFast = "19200,N,8,1";
@@ -67,12 +70,19 @@ const EraseRule& eraseRule(const RunState& state) {
 
 }  // namespace
 
-const char* settingsFor(const RunState& state) {
-  const bool slow = std::ranges::count(kSlowTargets, state.FlashTarget) > 0;
-  if (state.ProductCode == kVelarc && (state.LegacyLink || !slow)) {
-    return kFast;
+LinkRule linkFor(const RunState& state) {
+  LinkRule rule{nullptr, 0};
+  if (std::find(kSlowTargets.begin(), kSlowTargets.end(), state.FlashTarget) != kSlowTargets.end()) {
+    rule = {kSlow, kBigBuffer};
+  } else if (state.ProductCode == kVelarc) {
+    rule.settings = kFast;
+  } else if (state.ProductCode == kWireless) {
+    rule.settings = kSlow;
   }
-  return slow || state.ProductCode == kWireless ? kSlow : nullptr;
+  if (state.ProductCode == kVelarc && state.LegacyLink) {
+    rule.settings = kFast;
+  }
+  return rule;
 }
 
 ImageRule imageFor(const RunState& state) {

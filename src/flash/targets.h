@@ -8,8 +8,14 @@
 
 namespace firmlane {
 
-/// How the port is set for a run; null where it keeps its speed.
-const char* settingsFor(const RunState& state);
+/// How the port is set for a run.
+struct LinkRule {
+  /// Null where the port keeps its speed.
+  const char* settings;
+  /// In bytes; 0 where the port keeps its buffer.
+  int outBuffer;
+};
+LinkRule linkFor(const RunState& state);
 
 /// Who sends the image.
 enum class ImageRoute { None, Flash, NewHub, RF, Front };

@@ -67,6 +67,7 @@ void ImageSender::streamWithSum(const std::string& path) {
 
 void ImageSender::streamText(const std::string& path) {
   form1_.lblProgressInfo.Show();
+  port_.setReceiveThreshold(1);
   const std::int32_t length = imageLength(path);
   const Bytes image = Files::read(path);
   state_.ImageDone = false;

@@ -34,15 +34,20 @@ Bytes buildFrame(FrameKind kind, std::int32_t address, std::uint8_t code, ByteSp
 }
 
 void FrameLengths::fill() {
+  entries_ = {};
   entries_[6] = 8;
   entries_[31] = 8;
   entries_[96] = 8;
   entries_[105] = 19;
 }
 
+std::int16_t FrameLengths::operator[](int code) const {
+  return code >= 0 && code < kCodes ? entries_.at(static_cast<std::size_t>(code)) : std::int16_t{0};
+}
+
 int Valid_Check(ByteSpan message, const FrameLengths& lengths) {
   constexpr std::size_t kCodeIndex = 4;
-  if (message.size() <= kCodeIndex) {
+  if (message.size() <= kCodeIndex || message[kCodeIndex] > kSevenBits) {
     return 0;
   }
   const auto length = static_cast<std::size_t>(lengths[message[kCodeIndex]]);

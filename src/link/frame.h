@@ -27,15 +27,15 @@ Bytes buildFrame(FrameKind kind, std::int32_t address, std::uint8_t code, ByteSp
 /// Position of the first terminator byte of a BootFrame, by code; 0 where no such frame is accepted.
 class FrameLengths {
  public:
+  static constexpr int kCodes = 110;
+
   /// All 0 until filled.
   void fill();
   /// The entry of a code; 0 for a code without one, whatever its value.
-  [[nodiscard]] std::int16_t operator[](std::size_t code) const {
-    return code < entries_.size() ? entries_.at(code) : std::int16_t{};
-  }
+  [[nodiscard]] std::int16_t operator[](int code) const;
 
  private:
-  std::array<std::int16_t, 110> entries_{};
+  std::array<std::int16_t, kCodes> entries_{};
 };
 
 /// 1 if the frame's checksum is good under the length table, 0 if not; 0 too for a code without an entry or a frame cut short.

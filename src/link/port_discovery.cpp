@@ -33,6 +33,7 @@ void PortDiscovery::AutoSearch() {
     return;
   }
   state_.PortSearching = true;
+  state_.PortFound = false;
   const int search = search_;
   std::int16_t found = 0;
   for (std::int16_t port = 1; port <= kPortCount && found == 0; ++port) {
@@ -43,7 +44,6 @@ void PortDiscovery::AutoSearch() {
       return;
     }
   }
-  port_.Close();
   if (found == 0) {
     form_.host().showFailure("No valid ports with receivers connected found!");
     state_.PortSearching = false;
@@ -53,6 +53,7 @@ void PortDiscovery::AutoSearch() {
   form_.host().showMessageBox({.text = "COM" + std::to_string(found) + " found, now Connecting",
                                .title = "LWX Firmlane",
                                .icon = MessageIcon::Information});
+  state_.PortSearching = false;
   Command1_Click();
 }
 
@@ -61,10 +62,21 @@ bool PortDiscovery::TestPort(std::int16_t port) {
   try {
     openForTest(port);
     commands_.SendResetLink();
-    return wait() && ask() && state_.PortFound;
+    if (!wait()) {
+      return false;
+    }
+    forgetWhatCame();
+    commands_.Send_Who_is_there(kAnyAddress);
+    if (!wait()) {
+      return false;
+    }
   } catch (const Failure&) {
-    return false;  // a port that is missing, taken or pulled is one without a unit
+    // A port that is missing, taken or pulled is one without a unit.
+    port_.Close();
+    return false;
   }
+  port_.Close();
+  return state_.PortFound;
 }
 
 void PortDiscovery::openForTest(std::int16_t port) {
@@ -79,13 +91,11 @@ void PortDiscovery::openForTest(std::int16_t port) {
   port_.Open();
 }
 
-bool PortDiscovery::ask() {
-  // What came before the question, from this port or another, is no answer to it and must not stand in front of one.
+/// What came before the question, from this port or another, is no answer to it and must not stand in front of one.
+void PortDiscovery::forgetWhatCame() {
   port_.Read();
   receivePath_.RxBuffer.clear();
   state_.PortFound = false;
-  commands_.Send_Who_is_there(kAnyAddress);
-  return wait();
 }
 
 bool PortDiscovery::wait() {
@@ -102,6 +112,7 @@ void PortDiscovery::endSearch() {
     return;
   }
   ++search_;
+  form_.Timer1.stop();
   port_.Close();
   state_.PortSearching = false;
 }
@@ -116,6 +127,7 @@ void PortDiscovery::Command1_Click() {
     }
     port_.Close();
   } catch (const Failure& failure) {
+    port_.Close();
     tellFailure(form_.host(), state_, "Error opening port: ", failure);
     return;
   }

@@ -22,7 +22,7 @@ class PortDiscovery {
   void AutoSearch();
 
   /// Asks on one port, passing events for 200 ms. True when a unit has answered; false also when the port cannot be used, or the
-  /// form was closed meanwhile. The port stays open.
+  /// form was closed meanwhile. The port is closed afterwards.
   bool TestPort(std::int16_t port);
 
  private:
@@ -32,9 +32,8 @@ class PortDiscovery {
   void Command3_Click();
 
   void openForTest(std::int16_t port);
-  /// Asks who is there and waits for the answer. False when the search was given up meanwhile.
-  bool ask();
-  /// Passes events for a while. False likewise.
+  void forgetWhatCame();
+  /// Passes events for a while. False when the search was given up meanwhile.
   bool wait();
   void endSearch();
 

@@ -1,7 +1,6 @@
 #include "link/receive_path.h"
 
 #include <algorithm>
-#include <utility>
 
 #include "link/sub_codes.h"
 #include "state/text.h"
@@ -12,6 +11,7 @@ namespace {
 
 constexpr std::uint8_t kAcknowledge = 'A';
 constexpr std::int16_t kExpectedEnd = 8;
+constexpr std::size_t kSmallestFrame = 6;
 constexpr std::size_t kIdAnswerLength = 17;
 constexpr int kCodeModulus = 127;
 constexpr int kIdlePasses = 20001;
@@ -20,9 +20,10 @@ constexpr int kDelayTicks = 5;
 // A line that only ever brings the start of a frame must not fill the memory.
 constexpr std::size_t kLongestBuffer = 32767;
 
-/// Position from 1 of the first ">", 0 if there is none.
-std::int16_t findFrameEnd(const Bytes& bytes) {
-  const auto found = std::find(bytes.begin(), bytes.end(), kBootFrameEnd);
+/// Position from 1 of the first ">" at or behind `start`, 0 if there is none.
+std::int16_t findFrameEnd(const Bytes& bytes, std::int16_t start) {
+  const auto from = std::min(bytes.size(), static_cast<std::size_t>(start - 1));
+  const auto found = std::find(bytes.begin() + static_cast<std::ptrdiff_t>(from), bytes.end(), kBootFrameEnd);
   return found == bytes.end() ? std::int16_t{0} : static_cast<std::int16_t>(found - bytes.begin() + 1);
 }
 
@@ -94,15 +95,15 @@ void ReceivePath::cutFrame(Bytes work) {
   if (work.empty() || (state_.FrontStreaming && work.front() == ' ')) {
     return;
   }
-  std::int16_t end = findFrameEnd(work);
+  std::int16_t end = findFrameEnd(work, RxSearchStart);
   showWork(work, end);
   if (ExpectFrameEnd && end != kExpectedEnd && !dropFirstByte(work)) {
     return;
   }
   dropToFrameStart(work);
-  end = findFrameEnd(work);
+  end = findFrameEnd(work, RxSearchStart);
   showWork(work, end);
-  if (end >= kExpectedEnd && end == FrameLength[work[4] % kCodeModulus]) {
+  if (work.size() >= kSmallestFrame && end >= 1 && end == FrameLength[work[4] % kCodeModulus]) {
     deliver();
   } else if (work.size() == kIdAnswerLength && state_.FlashPhase == flash_phase::kIdle && state_.PortSearching) {
     // The answer of a unit that is up; a byte in it may well have the value of ">".
@@ -116,6 +117,7 @@ bool ReceivePath::dropFirstByte(Bytes& work) {
     return false;
   }
   work.erase(work.begin());
+  port_.Read();
   RxBuffer = work;
   return true;
 }
@@ -139,9 +141,18 @@ void ReceivePath::showWork(const Bytes& work, std::int16_t end) {
   form1_.msgtext.Text = text;
 }
 
-void ReceivePath::deliver() { GetMsg(std::exchange(RxBuffer, {})); }
+void ReceivePath::deliver() {
+  RxQueue_.at(static_cast<std::size_t>(RxQueueWrite_)) = std::move(RxBuffer);
+  RxQueueWrite_ = nextSlot(RxQueueWrite_);
+  RxBuffer.clear();
+  RxSearchStart = 1;
+  GetMsg();
+  RxQueue_.at(static_cast<std::size_t>(RxQueueRead_)).clear();
+}
 
-void ReceivePath::GetMsg(const Bytes& message) {
+void ReceivePath::GetMsg() {
+  const Bytes message = RxQueue_.at(static_cast<std::size_t>(RxQueueRead_));
+  RxQueueRead_ = nextSlot(RxQueueRead_);
   form1_.txtstat.Text = "Got a message, going to valid check it";
   if (Valid_Check(message, FrameLength) != 1) {
     host_.showFailure("Communications Error");

@@ -7,6 +7,7 @@
 
 #include "link/command_set.h"
 #include "link/frame.h"
+#include "link/frame_ring.h"
 #include "link/short_delay.h"
 #include "platform/bytes.h"
 #include "platform/screen.h"
@@ -27,6 +28,8 @@ class ReceivePath {
   /// Bytes received and not yet delivered.
   Bytes RxBuffer;
   FrameLengths FrameLength;
+  /// Position from which the first ">" is searched.
+  std::int16_t RxSearchStart = 1;
   std::int16_t RxEventCount = 0;
   /// Only eight-byte answers and the single byte "A" are expected.
   bool ExpectFrameEnd = false;
@@ -51,7 +54,7 @@ class ReceivePath {
   void dropToFrameStart(Bytes& work);
   void showWork(const Bytes& work, std::int16_t end);
   void deliver();
-  void GetMsg(const Bytes& message);
+  void GetMsg();
   void act(const SubCodeRule& rule, const Bytes& message);
   void answer(const SubCodeRule& rule);
 
@@ -63,6 +66,9 @@ class ReceivePath {
   Form1& form1_;
   FrmAuto& frmAuto_;
   FrmVRCAuto& frmVRCAuto_;
+  std::array<Bytes, kRingSlots> RxQueue_;
+  std::int16_t RxQueueWrite_ = 0;
+  std::int16_t RxQueueRead_ = 0;
 };
 
 }  // namespace firmlane

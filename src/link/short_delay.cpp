@@ -12,6 +12,7 @@ ShortDelay::ShortDelay(EventQueue& queue, RunState& state, Form1& form1) : queue
 }
 
 void ShortDelay::Delay(int milliseconds, int ticks) {
+  state_.DelayDone = false;
   form1_.Delaytimer.setInterval(milliseconds);
   state_.DelayTicks = static_cast<std::int16_t>(ticks);
   state_.DelayDone = false;

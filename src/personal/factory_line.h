@@ -31,7 +31,7 @@ class FactoryLine {
 
   void showButtons();
   void hideButtons();
-  /// Clears the page, of the factory buttons too, for a procedure, which may begin from any page of a flash run.
+  /// Clears the page for a procedure, which may begin from any page of a flash run.
   void takeScreen();
 
  private:

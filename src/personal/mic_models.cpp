@@ -96,6 +96,7 @@ bool MicModels::connect() {
 
 bool MicModels::SendMicModels(const std::string& path) {
   try {
+    form1_.Watchdog.setInterval(kTransferInterval);
     MicFile file(Files::readText(path));
     port_.Read();
     form1_.lblResetSerial.Caption = "Now sending Mic Models";

@@ -6,6 +6,7 @@ namespace firmlane {
 
 namespace {
 constexpr int kReportInterval = 100;
+constexpr int kShortestAnswer = 8;
 }  // namespace
 
 Preset::Preset(SerialPort& port, CommandSet& commands, ReceivePath& receivePath, UnitAnswer& answer, RunState& state,
@@ -15,8 +16,10 @@ Preset::Preset(SerialPort& port, CommandSet& commands, ReceivePath& receivePath,
 }
 
 bool Preset::SendPreset0() {
+  receivePath_.PresetLoaded = false;
   form1_.Timer3.start(kReportInterval);
   PresetPending = true;
+  port_.setReceiveThreshold(kShortestAnswer);
   while (!sendAndWait()) {
     const bool again = answer_.askAgain();
     if (receivePath_.PresetLoaded) {

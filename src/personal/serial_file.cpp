@@ -94,6 +94,7 @@ void SerialFile::giveBack() {
   } catch (const Failure&) {
     // Skipped: better a number that no unit has than one that two have.
   }
+  reserved_.reset();
 }
 
 FileLock SerialFile::lock() const {

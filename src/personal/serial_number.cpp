@@ -37,6 +37,7 @@ void SerialNumber::btnSN_Click() {
   form1_.Option2(1).Value = true;
   form1_.Option1(2).Value = true;
   state_.ProductCode = "WS";
+  line_.hideButtons();
   state_.ComPort = kFactoryPort;
   state_.PortChosen = true;
   port_.setNumber(state_.ComPort);
@@ -79,6 +80,7 @@ void SerialNumber::confirmNumber() {
                                   "to make sure that it is the one you want" + kCrLf +
                                   "sent to the unit. If you need to change it," + kCrLf + "Click on 'Edit Number' to adjust it" +
                                   kCrLf + kCrLf + "Click 'Next' when you are finished";
+  form1_.lblResetSerial.Show();
   form1_.txtNum.Show();
   form1_.lblSerial.Show();
   form1_.btnSerial.Show();
@@ -107,6 +109,7 @@ void SerialNumber::chooseModel() {
   form1_.frmModel.Show();
   waitWhileStep(serial_step::kModelShown);
   form1_.frmModel.Hide();
+  form1_.lblResetSerial.Hide();
 }
 
 void SerialNumber::waitWhileStep(int step) {
@@ -125,6 +128,7 @@ void SerialNumber::ProgramSerialNum() {
   while (form1_.Timer3.enabled()) {
     host_.queue().WaitEvents();
   }
+  state_.SerialAnswerTaken = false;
   if (!preset_.SendPreset0()) {
     giveUp("No answer from the receiver: the Serial Number was programmed, but Preset 0 was not loaded");
     return;
@@ -213,7 +217,13 @@ void SerialNumber::giveUp(const std::string& verdict) {
 }
 
 void SerialNumber::recover() {
+  form1_.Watchdog.stop();
   port_.Close();
+  for (Control* control :
+       std::initializer_list<Control*>{&form1_.txtNum, &form1_.lblSerial, &form1_.btnSerial, &form1_.frmModel}) {
+    control->Hide();
+  }
+  newserial_.Unload();
   line_.endProcedure();
   line_.showButtons();
   form1_.lblTop.Caption = "Click 'Next' to Program the Serial Number";

@@ -74,6 +74,7 @@ void SerialPort::Open() {
   // A late answer to what an earlier opening asked would stand in front of the next one.
   driver_.discard();
   waiting_.clear();
+  lineFreeAt_ = queue_.now();
 }
 
 void SerialPort::openDriver() {
@@ -97,6 +98,7 @@ void SerialPort::Close() {
   open_ = false;
   // Of a port that was lost, too: what came from it must not strike whoever is next.
   waiting_.clear();
+  receiveEvent_.drop();
 }
 
 void SerialPort::drain() {
@@ -151,23 +153,26 @@ void SerialPort::requireOpen() const {
 
 Micros SerialPort::byteTime() const { return kBitsPerByte * kSecond / settings_.baud; }
 
+std::size_t SerialPort::backlogLimit() const { return std::min(kBacklog, static_cast<std::size_t>(std::max(1, outBufferSize_))); }
+
 void SerialPort::waitForRoom(std::size_t count) {
-  const Micros ahead = static_cast<Micros>(kBacklog - std::min(count, kBacklog)) * byteTime();
-  if (lineFreeAt_ - queue_.now() <= ahead && driver_.unsent() <= kBacklog) {
+  const std::size_t limit = backlogLimit();
+  const Micros ahead = static_cast<Micros>(limit - std::min(count, limit)) * byteTime();
+  if (lineFreeAt_ - queue_.now() <= ahead && driver_.unsent() <= limit) {
     return;
   }
   // Once the backlog is full, half of it drains before the next byte: one sleep for many bytes, and still no gap on the line.
-  const Micros roomAt = lineFreeAt_ - std::min(ahead, static_cast<Micros>(kBacklog / 2) * byteTime());
+  const Micros roomAt = lineFreeAt_ - std::min(ahead, static_cast<Micros>(limit / 2) * byteTime());
   while (open_ && queue_.now() < roomAt) {
     queue_.waitEventsUntil(roomAt);
   }
-  waitWhileHeldBack();
+  waitWhileHeldBack(limit);
 }
 
-void SerialPort::waitWhileHeldBack() {
+void SerialPort::waitWhileHeldBack(std::size_t limit) {
   std::size_t unsent = driver_.unsent();
   Micros giveUpAt = queue_.now() + kHeldBackLimit;
-  while (open_ && unsent > kBacklog) {
+  while (open_ && unsent > limit) {
     queue_.waitEventsUntil(queue_.now() + kHeldBackPoll);
     const std::size_t before = std::exchange(unsent, driver_.unsent());
     if (unsent != before) {
@@ -179,6 +184,7 @@ void SerialPort::waitWhileHeldBack() {
 }
 
 void SerialPort::Write(ByteSpan bytes) {
+  requireOpen();
   waitForRoom(bytes.size());
   requireOpen();
   recorder_.sent(number_, bytes);

@@ -60,6 +60,8 @@ class SerialPort {
   /// Settings text such as "57600,N,8,1"; of it the speed may differ. Takes effect at once. Throws Failure for any other text.
   void setSettings(const std::string& settings);
   void setHandshake(Handshake handshake);
+  /// Size of the output buffer in bytes; one smaller than 64 also bounds how far writing runs ahead of the line.
+  void setOutBufferSize(int bytes) { outBufferSize_ = bytes; }
   /// Number of waiting bytes from which OnComm is raised, by an arrival or by setting this; 0 for no events.
   void setReceiveThreshold(int bytes);
 
@@ -97,9 +99,10 @@ class SerialPort {
   [[nodiscard]] bool thresholdReached() const;
   void drain();
   void waitForRoom(std::size_t count);
-  void waitWhileHeldBack();
+  void waitWhileHeldBack(std::size_t limit);
   void apply(const LineSettings& settings);
   [[nodiscard]] Micros byteTime() const;
+  [[nodiscard]] std::size_t backlogLimit() const;
 
   EventQueue& queue_;
   SerialDriver& driver_;
@@ -107,6 +110,7 @@ class SerialPort {
   EventSlot receiveEvent_;
   int number_ = 1;
   LineSettings settings_;
+  int outBufferSize_ = 512;
   int receiveThreshold_ = 0;
   bool open_ = false;
   std::optional<Failure> lost_;

@@ -181,7 +181,7 @@ class FlashTest : public testing::Test {
 
   DebugNotes notes_{state_, world_.frmDBUG};
   ImageSender sender_{world_.host, world_.mainPort, supervision_, world_.wizard, state_, form1_, receivePath_.ExpectFrameEnd};
-  ProcessorProgramming processors_{world_.files, world_.mainPort, sender_, state_, form1_};
+  ProcessorProgramming processors_{world_.files, world_.mainPort, sender_, supervision_, world_.wizard, state_, form1_};
   FrontPanel frontPanel_{world_.host, world_.mainPort, world_.delay, supervision_, world_.wizard,
                          notes_,      state_,          form1_,       frmAuto_};
   Outcomes outcomes_{world_.host, world_.mainPort, receivePath_, world_.wizard, notes_, state_, form1_, frmAuto_};

@@ -67,6 +67,7 @@ void StartUp::Form_Load() {
   }
   form1_.frmUC.Hide();
   receive_.RxBuffer.clear();
+  receive_.RxSearchStart = 1;
   receive_.FrameLength.fill();
   if (state_.FactoryBuild) {
     form1_.btnSN.Show();
