@@ -87,12 +87,12 @@ TEST_F(SetOnDisk, APowerFailureAnywhereLeavesTheOldSetOrTheNewOne) {
       std::mt19937 random(seed);
       start();
       disk->plan(FaultyDisk::Fault::Power, at);
-      bool complete = true;
       try {
         fetch();
       } catch (const PowerFailed&) {
-        complete = false;
+        EXPECT_TRUE(disk->withoutPower());
       }
+      const bool complete = !disk->withoutPower();
       EXPECT_EQ(complete, at == operations);
       disk->reboot(random);
       for (int again = static_cast<int>(seed % 3); again > 0; --again) {  // it fails while things are put right, too
@@ -100,6 +100,9 @@ TEST_F(SetOnDisk, APowerFailureAnywhereLeavesTheOldSetOrTheNewOne) {
         try {
           settle();
         } catch (const PowerFailed&) {
+          EXPECT_TRUE(disk->withoutPower());
+        }
+        if (disk->withoutPower()) {
           disk->reboot(random);
         }
         disk->plan(FaultyDisk::Fault::None, 0);

@@ -2,7 +2,8 @@
 // image.
 #include <gmock/gmock.h>
 
-#include "stage.h"
+#include "platform_over.h"
+#include "releases.h"
 
 namespace firmlane::test {
 namespace {

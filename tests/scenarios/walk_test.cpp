@@ -9,7 +9,8 @@
 #include <set>
 #include <sstream>
 
-#include "stage.h"
+#include "platform_over.h"
+#include "releases.h"
 
 namespace firmlane::test {
 namespace {

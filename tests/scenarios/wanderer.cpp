@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <array>
 
-#include "releases.h"
+#include "platform_over.h"
+#include "state/pages.h"
 
 namespace firmlane::test {
 
@@ -28,7 +29,18 @@ constexpr const char* kInstallers[] = {"Remote51", "Remote50"};
 std::string text(const Bytes& bytes) { return {bytes.begin(), bytes.end()}; }
 bool has(const std::string& text, const char* part) { return text.find(part) != std::string::npos; }
 
-const char* modelOf(Way way) { return way == Way::OlderVelarc ? "velarc" : "lwx51"; }
+const std::vector<const char*>& modelsOf(Way way) {
+  static const std::vector<const char*> wireless = {"lwx51", "lwx52", "lwx51qdr", "lwx52qdr", "lwx9600"};
+  static const std::vector<const char*> velarc2 = {"velarc2", "velarc2b", "velarc2-old-dsp"};
+  static const std::vector<const char*> older = {"velarc"};
+  static const std::vector<const char*> factory = {"lwx51"};
+  return way == Way::Wireless ? wireless : way == Way::Velarc2 ? velarc2 : way == Way::OlderVelarc ? older : factory;
+}
+
+int asNumber(const sim::Version& version) { return (version.first * 128 + version.second) * 128 + version.third; }
+int asNumber(const sim::ProcessorState* processor) {
+  return processor == nullptr || processor->blank ? 0 : asNumber(processor->version);
+}
 
 }  // namespace
 
@@ -37,6 +49,17 @@ Wanderer::Wanderer(Way way, std::uint32_t seed) : way_(way), random_(seed) {
   if (way == Way::ProductionLine) {
     putOnDisk(directory, Line::Wireless, releases(Line::Wireless).front());
     directory.write("sn.wls", Bytes{kFirstNumber & 0xFF, kFirstNumber >> 8, 0, 0});
+  }
+  if (wizards()) {
+    if (chance(60)) {
+      putOnDisk(directory, line(), oneOf(releases(line())));
+    }
+    offered_[updateListUrl(line())] = updateList(line());
+    for (const Release& release : releases(line())) {
+      for (const SetFile& file : setFiles(line(), release)) {
+        offer(file.url, file.name, text(file.content));
+      }
+    }
   }
   disk_->plan(FaultyDisk::Fault::None, 0);
   serve();
@@ -55,6 +78,10 @@ void Wanderer::offer(const std::string& url, const std::string& name, const std:
 }
 
 void Wanderer::serve() {
+  if (wizards()) {
+    firmlane::test::serve(http, line());
+    return;
+  }
   std::string list = "#Updates\r\n";
   for (const sim::Version& version : kVelarcVersions) {
     const std::string url = std::string(kServer) + "/Velarc/firmware/" + std::to_string(version.second) + "/vrc.bin";
@@ -73,7 +100,7 @@ void Wanderer::serve() {
 
 void Wanderer::connectUnit() {
   unit_.reset();
-  unit_ = std::make_unique<sim::VirtualUnit>(time, wire_, modelOf(way_));
+  unit_ = std::make_unique<sim::VirtualUnit>(time, wire_, oneOf(modelsOf(way_)));
   ++units_;
   unit_->unit.onHappening = [this](const sim::Happening& happening) {
     if (happening.what == "stored") {
@@ -129,10 +156,11 @@ void Wanderer::live() {
   program_ = std::make_unique<Program>(platform, BuildSwitches{.factoryBuild = way_ == Way::ProductionLine});
   screen.press = [this](MessageButton button) { program_->host().answer(button); };
   screen.onChange = [this](Control& control) {
-    if (control.name() == "lblTop") {
+    if (control.name() == "lblTop" || control.name() == "lblMain") {
       checkVerdict(static_cast<Label&>(control).Caption);
     }
   };
+  onProgram(*program_);
   program_->start();
   next();
   for (;;) {
@@ -151,7 +179,7 @@ void Wanderer::next() {
       rest();
       return;
     }
-    if (random_() % 400 == 0) {
+    if (random_() % 400 == 0 || disk_->withoutPower()) {
       throw PowerLost();
     }
     act();
@@ -229,7 +257,38 @@ void Wanderer::workPower(const std::string& text) {
   }
 }
 
+/// Mostly Next; sometimes twice, as an impatient user does.
+bool Wanderer::workWizard(Form& form) {
+  if (form.name() == "Form1") {
+    click(form, chance(50) ? "Command3" : way_ == Way::Wireless ? "LWXButton" : "VRCButton");
+    return true;
+  }
+  if (form.name() == "frmRecover") {
+    constexpr const char* kButtons[] = {"btnRecover", "btnRecover", "btnComPort", "btnComPort", "Label1"};
+    click(form, chance(2) ? "btnExit" : oneOf(kButtons));
+    return true;
+  }
+  auto* wizard = dynamic_cast<AutoForm*>(&form);
+  if (wizard == nullptr) {
+    return false;
+  }
+  if (wizard->ChkOffline.Visible && (!wizard->btnNext.Enabled || chance(20))) {
+    click(form, chance(50) ? "ChkOffline" : "chkReceiver");
+  } else if (wizard->VersionList.Visible && wizard->VersionList.ListCount() > 0 && chance(40)) {
+    program_->host().choose(wizard->VersionList, static_cast<int>(random_() % 2));
+  } else if (!chance(10)) {
+    click(form, "btnNext");
+    click(form, chance(10) ? "btnNext" : "btnMore");
+  } else {
+    click(form, chance(2) ? "cmdQuit" : chance(50) ? "btnBack" : "btnRelNote");
+  }
+  return true;
+}
+
 void Wanderer::workForm(Form& form) {
+  if (wizards() && workWizard(form)) {
+    return;
+  }
   FormHost& host = program_->host();
   if (chance(50) && form.control("Command3") != nullptr) {
     click(form, "Command3");
@@ -292,7 +351,8 @@ void Wanderer::click(Form& form, const char* name) {
 }
 
 void Wanderer::checkRest() {
-  if (wire_.isOpen()) {
+  const bool readout = program_->host().form("frmVersion")->Loaded && program_->state().AutoPage == auto_page::kVerdict;
+  if (wire_.isOpen() && !readout) {
     fail("a port is open at rest");
   }
 }
@@ -319,8 +379,36 @@ void Wanderer::checkFiles() {
   }
 }
 
+/// A wizard says that all went well only of a unit that is not behind its set.
+void Wanderer::checkWizardsVerdict() {
+  reachedEnd_ = true;
+  const RunState& state = program_->state();
+  const bool wireless = way_ == Way::Wireless;
+  const std::string chosen = (wireless ? state.LwxSysFile : state.VrcSysFile)[0].SystemVersion.trimmed();
+  const auto& all = releases(line());
+  const auto release = std::find_if(all.begin(), all.end(), [&](const Release& r) { return r.system == chosen; });
+  if (release == all.end()) {
+    return;  // nothing on disk and nothing chosen: there is nothing to be behind
+  }
+  const sim::UnitState& unit = unit_->unit.state();
+  const auto behind = [&unit](const char* processor, const sim::Version& wanted) {
+    return unit.find(processor) != nullptr && asNumber(unit.find(processor)) < asNumber(wanted);
+  };
+  bool good = (wireless && !state.LegacyLink) || asNumber(unit.find("DSP")) == asNumber(release->dsp);
+  good = good && (state.LegacyLink || !behind("Hub", release->hub));
+  if (wireless && !state.LegacyLink) {
+    good = good && !behind("RF1", release->rf) && !behind("RF2", release->rf) && !behind("Front", release->front);
+  }
+  if (!good) {
+    fail("a verdict that is not true, for " + chosen + ": " + versionsOf(unit_->unit));
+  }
+}
+
 /// Told that all went well, the unit runs what lies on disk.
 void Wanderer::checkVerdict(const std::string& words) {
+  if (wizards() && words.starts_with("Programming Complete.")) {
+    checkWizardsVerdict();
+  }
   if (way_ != Way::OlderVelarc || !words.starts_with("Congratulations!")) {
     return;
   }

@@ -1,5 +1,5 @@
-// Random runs over what the auto wizards do not cover: the classic pages with their downloads, remote software, the production
-// line. A user clicks whatever can be clicked, units, server and disk misbehave, the computer loses power; all from one seed.
+// Random runs over both auto wizards, the classic pages with their downloads, remote software and the production line. A user
+// clicks whatever can be clicked, units, server and disk misbehave, the computer loses power; all from one seed.
 #pragma once
 
 #include <map>
@@ -10,13 +10,14 @@
 
 #include "app/program.h"
 #include "faulty_disk.h"
+#include "releases.h"
 #include "units/virtual_unit.h"
 #include "world.h"
 
 namespace firmlane::test {
 
 /// Where the user goes.
-enum class Way { OlderVelarc, Software, ProductionLine };
+enum class Way { Wireless, Velarc2, OlderVelarc, Software, ProductionLine };
 
 class Wanderer : public Ground {
  public:
@@ -28,6 +29,9 @@ class Wanderer : public Ground {
   /// What stands between the program and the world, for proofs that a broken part is found out. Null for the world itself.
   HttpClient* httpInstead = nullptr;
   SerialDriver* driverInstead = nullptr;
+
+  /// Called for each life of the program, before its start; for a part of it in the place of its own.
+  std::function<void(Program&)> onProgram = [](Program&) {};
 
   /// A counter that moves only when all is done, as if the program wrote it behind the number and not ahead of it.
   bool countsLate = false;
@@ -50,6 +54,7 @@ class Wanderer : public Ground {
   void workPort();
   void workPower(const std::string& text);
   void workForm(Form& form);
+  bool workWizard(Form& form);
   void troubleUnit();
   void troubleServer();
   void troubleDisk();
@@ -60,6 +65,9 @@ class Wanderer : public Ground {
   void checkSomethingPossible();
   void checkFiles();
   void checkVerdict(const std::string& text);
+  void checkWizardsVerdict();
+  [[nodiscard]] bool wizards() const { return way_ == Way::Wireless || way_ == Way::Velarc2; }
+  [[nodiscard]] Line line() const { return way_ == Way::Velarc2 ? Line::Velarc2 : Line::Wireless; }
   void listen(std::uint8_t byte);
   void noteSerial(const std::string& text);
   void fail(const std::string& what);

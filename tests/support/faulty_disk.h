@@ -28,6 +28,7 @@ class FaultyDisk : public Disk {
   void plan(Fault fault, int at);
   /// Operations since the last plan.
   [[nodiscard]] int operations() const { return operations_; }
+  [[nodiscard]] bool withoutPower() const { return dead_; }
   /// Power is back: the directory holds what may be left. Ends the fault.
   void reboot(std::mt19937& random);
 
