@@ -19,6 +19,8 @@ namespace firmlane::test {
 /// Where the user goes.
 enum class Way { Wireless, Velarc2, OlderVelarc, Software, ProductionLine };
 
+inline constexpr std::size_t kVelarcImageSize = 400;
+
 class Wanderer : public Ground {
  public:
   Wanderer(Way way, std::uint32_t seed);
