@@ -14,13 +14,16 @@ using namespace firmlane;
 using fuzz::require;
 using namespace firmlane::sim;
 
-/// A world that does at once whatever the record says.
+/// A world that does at once whatever the record says, and whose ports are now as it says and now are not.
 class Obedient : public ReplayStage {
  public:
-  [[nodiscard]] Micros now() const override { return 0; }
+  [[nodiscard]] Micros now() const override { return now_; }
+  bool takes(const Entry& entry) override { return (now_ / kSecond + static_cast<Micros>(entry.line)) % 3 != 0; }
+  [[nodiscard]] std::string movedOn(int /*port*/) const override { return now_ / kSecond % 4 == 3 ? "closed 3" : ""; }
   void after(Micros /*span*/, std::function<void()> action) override { planned_.push_back(std::move(action)); }
   std::optional<std::string> perform(const Entry& /*entry*/) override { return std::nullopt; }
   bool runOne() {
+    now_ += kSecond;
     if (planned_.empty()) {
       return false;
     }
@@ -31,6 +34,7 @@ class Obedient : public ReplayStage {
   }
 
  private:
+  Micros now_ = 0;
   std::deque<std::function<void()>> planned_;
 };
 
@@ -48,6 +52,7 @@ void play(const Recording& recording, ReplayPart part) {
     } else if (entry.kind == "get") {
       replay.observeRequest(entry.words.front());
     }
+    replay.look();
     if (!world.runOne() && !replay.over()) {
       replay.observe(entry.text);
     }

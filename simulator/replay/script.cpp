@@ -63,8 +63,22 @@ class SameAnywhere {
         return name.size();
       }
     }
-    const bool device = text[at] == '(' && text.substr(0, at).ends_with(' ') && text.substr(at).starts_with("(/dev/");
-    return device ? std::min(text.find(')', at), text.size()) - at : static_cast<unsigned char>(text[at]) >= 0x7F ? 1 : 0;
+    const std::size_t port = differingOfPort(text.substr(at));
+    return port > 0 ? port : static_cast<unsigned char>(text[at]) >= 0x7F ? 1 : 0;
+  }
+
+  /// " (/dev/ttyUSB0)", " has gone: its adapter was pulled" or both: which device it was, and why the system says that it went.
+  static std::size_t differingOfPort(std::string_view text) {
+    constexpr std::string_view kDevice = " (/dev/";
+    constexpr std::string_view kGone = " has gone: ";
+    std::size_t end = 0;
+    if (text.starts_with(kDevice)) {
+      end = std::min(text.find(')'), text.size() - 1) + 1;
+    }
+    if (text.substr(end).starts_with(kGone)) {
+      end = std::min({text.find('\r', end), text.find(" (#", end), text.size()});
+    }
+    return end;
   }
 
   std::array<std::string, 3> names_;

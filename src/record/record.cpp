@@ -251,12 +251,20 @@ void Record::boxShown(const MessageBox& box) {
 
 void Record::boxAnswered(MessageButton button) { add("answer " + nameOf(kButtons, button)); }
 
-void Record::clicked(const Control& control) { add("click " + pathOf(control)); }
+void Record::clicked(const Control& control) {
+  contactTyped_ = nullptr;
+  add("click " + pathOf(control));
+}
 
 void Record::chosen(const Control& list, int line) { add("choose " + pathOf(list) + " " + std::to_string(line)); }
 
 void Record::typed(const Control& box, const std::string& text) {
-  add("type " + pathOf(box) + " " + (isOneOf(kContactFields, box.name()) ? std::string(kNotKept) : inQuotes(text)));
+  const bool kept = !isOneOf(kContactFields, box.name());
+  if (!kept && contactTyped_ == &box) {
+    return;  // how many keys were pressed is nobody's business either
+  }
+  contactTyped_ = kept ? nullptr : &box;
+  add("type " + pathOf(box) + " " + (kept ? inQuotes(text) : std::string(kNotKept)));
 }
 
 void Record::closed(const Form& form) { add("close " + form.name()); }

@@ -92,6 +92,7 @@ class Record : public Recorder {
   std::optional<ByteStream> body_;
   std::map<const Control*, std::string> said_;  // what stands on the screen
   std::map<std::string, std::string> files_;    // what was said of each
+  const Control* contactTyped_ = nullptr;       // the field of the contact form that is being filled
   std::string failure_;
   std::string cause_;
   std::string doing_;

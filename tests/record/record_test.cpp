@@ -99,6 +99,7 @@ TEST_F(RecordTest, WordsStandAsTheUserSawThem) {
   sheet.list.AddItem("5.0");
   sheet.text.Hide();
   host.click(sheet.next);
+  host.type(sheet.txtEmail, "ann");
   host.type(sheet.txtEmail, "ann@mail.example");
   host.type(sheet.number, "1500");
   run(kSecond);

@@ -180,7 +180,7 @@ TEST(RecordPlayer, TheScriptOfARecordWaitsForWhatItsUserSaw) {
             "# line 5 of the record\nwait Form1.lblPage.caption == \"0\" 21\n"
             "# line 6 of the record\nwait Form1.Command3.enabled == true 21\nclick Form1.Command3\n"
             "# line 9 of the record\nwait Form1.lblTop.caption == \"stays\" 21\n"
-            "# line 11 of the record\nwait MessageBox.text contains \") has gone\" 27\nanswer OK\nsleep 15\n");
+            "# line 11 of the record\nwait MessageBox.text contains \" has gone\" 27\nanswer OK\nsleep 15\n");
   EXPECT_EQ(sim::consoleScript(sim::readRecording("Firmlane record 1\ndirectory: /home/ann\n1.000000 says Form1.lblTop "
                                                   "\"Saving in: /home/ann\"\n")),
             "# line 3 of the record\nwait Form1.lblTop.caption contains \"Saving in: \" 21\nsleep 2\n");
