@@ -12,7 +12,7 @@ namespace firmlane::sim {
 
 namespace {
 
-constexpr std::size_t kMostBytes = std::size_t{1} << 20U;
+constexpr std::size_t kMostBytes = std::size_t{1} << 16U;
 constexpr Micros kLatest = Micros{1000} * 3600 * kSecond;
 constexpr int kHighestPort = 16;
 

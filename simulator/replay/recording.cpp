@@ -45,6 +45,9 @@ class Lines {
 };
 
 constexpr std::size_t kMostEntries = 100'000;
+constexpr std::size_t kMostOfHead = 100;
+constexpr std::size_t kLongestLine = Record::kCapacity;
+constexpr std::size_t kMostBytes = std::size_t{16} << 20U;
 
 [[noreturn]] void refuse(std::size_t line, const std::string& why) {
   throw Failure(failure_number::kInvalidArgument, "Line " + std::to_string(line) + " of the record: " + why);
@@ -62,7 +65,7 @@ void findTitle(Lines& lines) {
       refuse(lines.number(), "it is of version " + std::string(version) + ", and this program reads version 1");
     }
   }
-  refuse(lines.number(), "no line says \"" + std::string(title) + "\": this is no record");
+  refuse(std::max<std::size_t>(lines.number(), 1), "no line says \"" + std::string(title) + "\": this is no record");
 }
 
 bool isEntry(std::string_view line) { return line.front() >= '0' && line.front() <= '9'; }
@@ -71,6 +74,9 @@ void takeHead(Recording& recording, const Lines& lines) {
   const std::size_t colon = lines.line().find(": ");
   if (colon == std::string_view::npos) {
     refuse(lines.number(), "neither an entry nor a line of the head");
+  }
+  if (recording.head.size() == kMostOfHead) {
+    refuse(lines.number(), "more than " + std::to_string(kMostOfHead) + " lines of the head");
   }
   const std::string value(lines.line().substr(colon + 2));
   if (lines.line().starts_with("missing: ")) {
@@ -124,9 +130,13 @@ Recording readRecording(std::string_view text) {
   Lines lines(text);
   findTitle(lines);
   Recording recording;
+  std::size_t bytes = 0;
   while (lines.next()) {
     if (lines.line().empty()) {
       continue;
+    }
+    if (lines.line().size() > kLongestLine) {
+      refuse(lines.number(), "it is longer than a whole record");
     }
     if (lines.line() == Record::kEnd) {
       recording.complete = true;
@@ -149,6 +159,10 @@ Recording readRecording(std::string_view text) {
     }
     Entry& entry = recording.entries.back();
     entry.line = lines.number();
+    bytes += entry.bytes.first.size();
+    if (bytes > kMostBytes) {
+      refuse(lines.number(), "more bytes than a record holds");
+    }
     if (recording.entries.size() > 1 && entry.time < recording.entries[recording.entries.size() - 2].time) {
       refuse(lines.number(), "its time lies before that of the line above");
     }

@@ -116,16 +116,29 @@ TEST(RecordReader, ABadRecordIsRefusedWithItsLine) {
   EXPECT_FALSE(sim::readRecording(cut).complete);
 }
 
-TEST(RecordReader, AMillionLinesEndInAMessage) {
-  std::string text = "Firmlane record 1\n";
-  for (int i = 0; i < 1'000'000; ++i) {
-    text += "1.000000 closed 3\n";
-  }
-  try {
-    static_cast<void>(sim::readRecording(text));
-    FAIL();
-  } catch (const Failure& failure) {
-    EXPECT_EQ(failure.description(), "Line 100002 of the record: more than 100000 entries are no record of a few minutes");
+TEST(RecordReader, WhatIsTooMuchEndsInAMessageSoon) {
+  struct Case {
+    std::string line;
+    int times;
+    const char* told;
+  };
+  for (const Case& c : {
+           Case{"1.000000 closed 3\n", 1'000'000,
+                "Line 100002 of the record: more than 100000 entries are no record of a few minutes"},
+           Case{"1.000000 heard 3: FF*65536\n", 1000, "Line 258 of the record: more bytes than a record holds"},
+           Case{"1.000000 says Form1.lblTop \"" + std::string(300'000, 'x') + "\"\n", 100,
+                "Line 2 of the record: it is longer than a whole record"},
+       }) {
+    std::string text = "Firmlane record 1\n";
+    for (int i = 0; i < c.times; ++i) {
+      text += c.line;
+    }
+    try {
+      static_cast<void>(sim::readRecording(text));
+      ADD_FAILURE() << "read: " << c.told;
+    } catch (const Failure& failure) {
+      EXPECT_EQ(failure.description(), c.told);
+    }
   }
 }
 
