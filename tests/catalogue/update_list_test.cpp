@@ -46,12 +46,7 @@ TEST(UpdateListText, FirmwareEntriesAndSystemsAreTakenByTheBars) {
 }
 
 TEST(UpdateListText, FirmwareListsAtTheirEdges) {
-  struct Case {
-    const char* name;
-    std::string text;
-    const char* told;
-  };
-  const Case cases[] = {
+  const std::tuple<const char*, std::string, const char*> cases[] = {
       {"no REMOTE: no entry", "#WLS|a V|b\n", ""},
       {"older list, one entry", "#WLS|a V|b\nREMOTE|V", "a V>b;"},
       {"no tag: from the head", "#x|a V|b\nREMOTE|V", "a V>b;"},
@@ -63,8 +58,8 @@ TEST(UpdateListText, FirmwareListsAtTheirEdges) {
       {"REMOTE in a location ends there", "#WLS|a V|b REMOTE c\n|d V|e\n", "a V>b REMOTE c;"},
       {"v instead of V", "#WLS|a|b\nREMOTE|v", "a>b;"},
   };
-  for (const Case& c : cases) {
-    EXPECT_EQ(told(readFirmwareList(c.text, "WLS", 0)), c.told) << c.name;
+  for (const auto& [name, text, expected] : cases) {
+    EXPECT_EQ(told(readFirmwareList(text, "WLS", 0)), expected) << name;
   }
   // Neither V nor v behind the last entry: it begins again at the head, until there are too many.
   EXPECT_EQ(told(readFirmwareList("#WLS|a|b\nREMOTE", "WLS", 0)).substr(0, 20), "a>b;#>a|b;#WL>a|b;#W");
@@ -86,18 +81,11 @@ TEST(UpdateListText, TheTwentySecondEntryStaysWithoutLocation) {
 }
 
 TEST(UpdateListText, SystemLinesAtTheirEdges) {
-  struct Case {
-    const char* name;
-    std::string lines;
-    int lastSystem;
-    std::size_t systems;
-    int failure;
-  };
   std::string eleven;
   for (int i = 0; i < 11; ++i) {
     eleven += "SYSTEM|a|b|c\r\n";
   }
-  const Case cases[] = {
+  const std::tuple<const char*, std::string, int, std::size_t, int> cases[] = {
       {"none", "", 0, 0, 5},
       {"no CR", "SYSTEM|a|b|c", 0, 0, 5},
       {"too few fields", "SYSTEM|a|b\r\n", 0, 1, 5},
@@ -107,22 +95,17 @@ TEST(UpdateListText, SystemLinesAtTheirEdges) {
       {"twelve", eleven + "SYSTEM|a|b|c\r\n", 11, 11, 9},
       {"second cut short", "SYSTEM|a|b|c\r\nSYSTEM|a", 1, 1, 5},
   };
-  for (const Case& c : cases) {
-    const UpdateList list = readFirmwareList("#WLS|a V|b\nREMOTE|V\r\n" + c.lines, "WLS", 3);
-    EXPECT_EQ(list.lastSystem, c.lastSystem) << c.name;
-    EXPECT_EQ(list.systems.size(), c.systems) << c.name;
-    EXPECT_EQ(list.failure ? list.failure->number() : 0, c.failure) << c.name;
+  for (const auto& [name, lines, lastSystem, systems, failure] : cases) {
+    const UpdateList list = readFirmwareList("#WLS|a V|b\nREMOTE|V\r\n" + lines, "WLS", 3);
+    EXPECT_EQ(list.lastSystem, lastSystem) << name;
+    EXPECT_EQ(list.systems.size(), systems) << name;
+    EXPECT_EQ(list.failure ? list.failure->number() : 0, failure) << name;
   }
   EXPECT_EQ(readFirmwareList("#WLS|a V|b\nREMOTE|V", "WLS", 0).lastSystem, std::nullopt) << "the older list has none";
 }
 
 TEST(UpdateListText, SoftwareListsAtTheirEdges) {
-  struct Case {
-    const char* name;
-    std::string text;
-    const char* told;
-  };
-  const Case cases[] = {
+  const std::tuple<const char*, std::string, const char*> cases[] = {
       {"from a firmware list", kWireless, "Remote V3.0>http://h/a/b/setup.exe\r;"},
       {"no line end in the last", "#REMOTE|a|b\r\nREMOTE|c|d", "a>b\r;c>d;"},
       {"REMOTE in a name begins a line", "#REMOTE|REMOTE a|b\nx", "REMOTE a>b;"},
@@ -133,8 +116,8 @@ TEST(UpdateListText, SoftwareListsAtTheirEdges) {
       {"one bar", "#REMOTE|a", " #5"},
       {"bar at the end", "#REMOTE|", ""},
   };
-  for (const Case& c : cases) {
-    EXPECT_EQ(told(readSoftwareList(c.text)), c.told) << c.name;
+  for (const auto& [name, text, expected] : cases) {
+    EXPECT_EQ(told(readSoftwareList(text)), expected) << name;
   }
 }
 

@@ -47,15 +47,8 @@ class VersionAnswersTest : public testing::Test {
 };
 
 TEST_F(VersionAnswersTest, TheModelByteGivesLeadingDigitSecondSectionAndMark) {
-  struct Case {
-    const char* product;
-    std::uint8_t byte;
-    int model;
-    bool second;
-    const char* serial;
-  };
-  for (const Case& c : {
-           Case{"WS", 2, 0, false, "1000300"},
+  for (const auto& [product, byte, model, second, serial] : {
+           std::tuple{"WS", 2, 0, false, "1000300"},
            {"WS", 3, 1, false, "2000300"},
            {"WS", 4, 2, false, "3000300"},
            {"WS", 5, 3, true, "4000300"},
@@ -72,14 +65,14 @@ TEST_F(VersionAnswersTest, TheModelByteGivesLeadingDigitSecondSectionAndMark) {
            {"VC", 2, 2, false, "3000300"},
            {"VC", 3, 3, true, "4000300"},
        }) {
-    start(c.product);
-    Bytes answer = bytes(idWith(13, c.byte));
+    start(product);
+    Bytes answer = bytes(idWith(13, static_cast<std::uint8_t>(byte)));
     answer[7] = 5;  // a Velarc that answers the version request
     take(answer);
-    EXPECT_EQ(state_.UnitModel, c.model) << c.product << int{c.byte};
-    EXPECT_EQ(state_.HasRf2, c.second) << c.product << int{c.byte};
-    EXPECT_EQ(world_.frmVersion.lblSN.Caption.get(), c.serial) << c.product << int{c.byte};
-    EXPECT_EQ(std::to_string(state_.SerialNumber), std::string(c.serial).substr(0, std::string(c.serial).find(' ')));
+    EXPECT_EQ(state_.UnitModel, model) << product << byte;
+    EXPECT_EQ(state_.HasRf2, second) << product << byte;
+    EXPECT_EQ(world_.frmVersion.lblSN.Caption.get(), serial) << product << byte;
+    EXPECT_EQ(std::to_string(state_.SerialNumber), std::string(serial).substr(0, std::string(serial).find(' ')));
     EXPECT_TRUE(state_.GotId);
   }
 }
@@ -114,21 +107,18 @@ TEST_F(VersionAnswersTest, BothVersionCodesCompleteTheReadingOnEitherLine) {
 }
 
 TEST_F(VersionAnswersTest, AVelarcWithAnOldDspIsCompleteAtOnce) {
-  struct Case {
-    std::uint8_t first;
-    std::uint8_t second;
-    bool old;
-    const char* dsp;
-  };
-  for (const Case& c :
-       {Case{3, 103, true, "4.87"}, {3, 115, true, "4.99"}, {3, 116, false, "0.0"}, {3, 52, true, "4.36"}, {3, 16, true, "4"}}) {
+  for (const auto& [first, second, old, dsp] : {std::tuple{3, 103, true, "4.87"},
+                                                {3, 115, true, "4.99"},
+                                                {3, 116, false, "0.0"},
+                                                {3, 52, true, "4.36"},
+                                                {3, 16, true, "4"}}) {
     start("VC");
     Bytes answer = bytes(kVelarcId);
-    answer[7] = c.first;
-    answer[8] = c.second;
+    answer[7] = static_cast<std::uint8_t>(first);
+    answer[8] = static_cast<std::uint8_t>(second);
     take(answer);
-    EXPECT_EQ(state_.VrcOldDsp && state_.VersionsRead && state_.VersionsComplete && state_.LegacyLink, c.old) << c.dsp;
-    EXPECT_EQ(world_.frmVersion.lblDSP.Caption.get(), c.dsp);
+    EXPECT_EQ(state_.VrcOldDsp && state_.VersionsRead && state_.VersionsComplete && state_.LegacyLink, old) << dsp;
+    EXPECT_EQ(world_.frmVersion.lblDSP.Caption.get(), dsp);
   }
   state_.SerialRead = false;
   state_.GotId = false;
@@ -138,33 +128,27 @@ TEST_F(VersionAnswersTest, AVelarcWithAnOldDspIsCompleteAtOnce) {
 }
 
 TEST_F(VersionAnswersTest, VersionsOutOfRangeAreAskedForAgainOrShownAsNone) {
-  struct Case {
-    std::size_t position;
-    std::uint8_t value;
-    bool read;
-    const char* shown;
-  };
-  for (const Case& c : {
-           Case{6, 10, true, "4000300 | 10.5 | 2.31 | 2.12 | 1.7 | 3.1"},
-           {6, 11, false, "4000300 | 11.5 | 2.31 | 0.0 | 0.0 | 0.0"},
-           {7, 101, false, "4000300 | 2.101 | 2.31 | 0.0 | 0.0 | 0.0"},
-           {8, 8, true, "4000300 | 2.5 | 2.31 | 8.12 | 1.7 | 3.1"},
-           {8, 9, true, "4000300 | 2.5 | 2.31 | 0.0 | 1.7 | 3.1"},
-           {9, 101, true, "4000300 | 2.5 | 2.31 | 0.0 | 1.7 | 3.1"},
-           {10, 9, true, "4000300 | 2.5 | 2.31 | 2.12 | 0.0 | 3.1"},
-           {11, 101, true, "4000300 | 2.5 | 2.31 | 2.12 | 0.0 | 3.1"},
-           {12, 11, false, "4000300 | 2.5 | 2.31 | 2.12 | 1.7 | 0.0"},
-           {13, 100, true, "4000300 | 2.5 | 2.31 | 2.12 | 1.7 | 3.100"},
-           {13, 101, false, "4000300 | 2.5 | 2.31 | 2.12 | 1.7 | 0.0"},
+  for (const auto& [position, value, read, versions] : {
+           std::tuple{5U, 10, true, "4000300 | 10.5 | 2.31 | 2.12 | 1.7 | 3.1"},
+           {5U, 11, false, "4000300 | 11.5 | 2.31 | 0.0 | 0.0 | 0.0"},
+           {6U, 101, false, "4000300 | 2.101 | 2.31 | 0.0 | 0.0 | 0.0"},
+           {7U, 8, true, "4000300 | 2.5 | 2.31 | 8.12 | 1.7 | 3.1"},
+           {7U, 9, true, "4000300 | 2.5 | 2.31 | 0.0 | 1.7 | 3.1"},
+           {8U, 101, true, "4000300 | 2.5 | 2.31 | 0.0 | 1.7 | 3.1"},
+           {9U, 9, true, "4000300 | 2.5 | 2.31 | 2.12 | 0.0 | 3.1"},
+           {10U, 101, true, "4000300 | 2.5 | 2.31 | 2.12 | 0.0 | 3.1"},
+           {11U, 11, false, "4000300 | 2.5 | 2.31 | 2.12 | 1.7 | 0.0"},
+           {12U, 100, true, "4000300 | 2.5 | 2.31 | 2.12 | 1.7 | 3.100"},
+           {12U, 101, false, "4000300 | 2.5 | 2.31 | 2.12 | 1.7 | 0.0"},
        }) {
     start("WS");
     take(idWith(13, 5));
     Bytes answer = bytes(kVersionAnswer);
-    answer.at(c.position - 1) = c.value;
+    answer.at(position) = static_cast<std::uint8_t>(value);
     take(answer);
-    EXPECT_EQ(shown(), c.shown);
-    EXPECT_EQ(state_.VersionsRead, c.read) << c.shown;
-    EXPECT_EQ(state_.VersionsComplete, c.read) << c.shown;
+    EXPECT_EQ(shown(), versions);
+    EXPECT_EQ(state_.VersionsRead, read) << versions;
+    EXPECT_EQ(state_.VersionsComplete, read) << versions;
   }
 }
 
