@@ -175,6 +175,22 @@ TEST_F(DetoursTest, TheSecondHalfOfADoubleClickStartsNoSecondRun) {
   world.run(kSecond);
   EXPECT_THAT(asked(), ElementsAre("read", "flash 0"));
   EXPECT_EQ(state.AutoPage, 5);
+  form.Progress1.Value = 30;
+  world.flash = [&] { EXPECT_EQ(form.Progress1.Value, 100); };
+  world.click(form.btnNext);
+}
+
+TEST_F(DetoursTest, ADownloadThatAnotherProgramKeepsOutIsTold) {
+  state.VersionPicked = true;
+  world.open(form, true, false);
+  world.click(form.btnNext);
+  FirmwareSet another{world.files};
+  const FirmwareSet::Fetch fetch(another);
+  world.screen.answerNext(MessageButton::OK);
+  world.click(form.btnNext);
+  EXPECT_EQ(state.AutoPage, 3);
+  EXPECT_TRUE(form.lblOutcome.Caption.get().starts_with("Error trying download firmware: Another program is downloading"));
+  EXPECT_EQ(world.screen.boxes()[0].text, form.lblOutcome.Caption.get());
 }
 
 TEST_F(DetoursTest, ExitEndsTheProgramInEveryWait) {

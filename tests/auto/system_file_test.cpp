@@ -180,6 +180,9 @@ TEST_F(SystemFileTest, AFileThatCannotBeOpenedIsToldAndTheTableStays) {
   EXPECT_EQ(world.screen.boxes()[0].icon, MessageIcon::Critical);
   EXPECT_EQ(world.screen.boxes()[1].text, state.ErrorText);
   EXPECT_TRUE(state.ErrorText.starts_with("Error writing LWXSys.lwx: ")) << state.ErrorText;
+  std::filesystem::remove_all(world.directory.path());
+  file.ReadSysFile();
+  EXPECT_TRUE(state.ErrorText.starts_with("Error creating LWXSys.lwx: ")) << state.ErrorText;
 }
 
 TEST_F(SystemFileTest, ASetThatCannotBePutInItsPlaceIsNone) {

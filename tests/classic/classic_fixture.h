@@ -73,7 +73,11 @@ class ClassicTest : public testing::Test {
                             log_.emplace_back("register");
                             onRegister_();
                           },
-                      .ConvertFront = note("convert"),
+                      .ConvertFront =
+                          [this] {
+                            log_.push_back("convert, " + world_.frmAuto.lblReset.Caption.get() +
+                                           (world_.frmAuto.btnNext.Enabled ? " Next live" : ""));
+                          },
                       .loadVelarcFront =
                           [this] {
                             log_.emplace_back("load Velarc front");

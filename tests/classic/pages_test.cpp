@@ -10,6 +10,8 @@ constexpr const char* kBackToStart =
     "Welcome to the Tolvex Firmlane!\r\rThis Wizard will download the latest firmware and software from Tolvex and install your "
     "choices on your computer and Wireless Receiver";
 
+constexpr const char* kConverted = "convert, Converting Flash file, please wait...";
+
 class PagesTest : public ClassicTest {
  protected:
   void product(CommandButton& button) {
@@ -139,7 +141,11 @@ TEST_F(PagesTest, AUserWhoClosesThePortWindowStaysOnThePage) {
 TEST_F(PagesTest, NextWhileThePortWindowIsUpOnlyBringsItForward) {
   state_.ProductCode = "VC";
   state_.WizardPage = 5;
-  world_.after(kSecond, [this] { world_.host.click(form1_.Command3); });
+  world_.after(kSecond, [this] {
+    world_.frmAbout.Show();
+    world_.host.click(form1_.Command3);
+  });
+  world_.after(1500 * kMillisecond, [this] { EXPECT_EQ(world_.host.onScreen().front(), &world_.frmPort); });
   world_.after(2 * kSecond, [this] {
     state_.PortChosen = true;
     world_.host.close(world_.frmPort);
@@ -191,6 +197,7 @@ TEST_F(PagesTest, TheTargetFollowsProductAndProcessor) {
                         Case{"WS", false, {"NewHubFlash", "DSPFlash", "RF1Flash", "RF2Flash", "FrontFlash"}}}) {
     for (int i = 0; i < 5; ++i) {
       log_.clear();
+      state_.FlashTarget.clear();
       state_.FrontImage = "48654865";
       state_.ProductCode = c.product;
       state_.OldVelarc = c.older;
@@ -234,7 +241,8 @@ TEST_F(PagesTest, TheSecondHalfOfADoubleClickStartsNoSecondRun) {
   form1_.Option4(4).Value = true;
   EXPECT_EQ(world_.host.click(form1_.Command3), std::nullopt);
   next();
-  EXPECT_THAT(log_, ElementsAre("convert", "flash FrontFlash"));
+  EXPECT_EQ(world_.frmAuto.lblReset.Caption, "Turn off your receiver and turn it back on to continue");
+  EXPECT_THAT(log_, ElementsAre(kConverted, "flash FrontFlash"));
 }
 
 TEST_F(PagesTest, AFrontPanelWithoutAnImageIsNotErased) {
@@ -250,7 +258,7 @@ TEST_F(PagesTest, AFrontPanelWithoutAnImageIsNotErased) {
     state_.WizardPage = 6;
     form1_.Option4(c.option).Value = true;
     next();
-    EXPECT_THAT(log_, ElementsAre(std::string(c.product) == "WS" ? "convert" : "load Velarc front"));
+    EXPECT_THAT(log_, ElementsAre(std::string(c.product) == "WS" ? kConverted : "load Velarc front"));
     EXPECT_TRUE(state_.TimedOut);
     EXPECT_EQ(state_.WizardPage, 5);
     EXPECT_THAT(top(), testing::StartsWith("If you are ready to Update")) << "nothing waits for the unit";

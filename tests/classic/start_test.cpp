@@ -11,7 +11,18 @@ TEST_F(StartTest, ThePageOfTheStartComesWhateverStoodThere) {
   state_.FactoryFirstPass = false;
   receive_.RxBuffer = bytes("02 00 1F");
   receive_.FrameLength = {};
+  form1_.lblTop.Hide();
+  form1_.frmUC.Show();
+  for (int i = 0; i <= 2; ++i) {
+    form1_.Option1(i).Value = true;
+    form1_.Option1(i).Show();
+  }
+  form1_.Watchdog.start(100);
+  form1_.Timer1.start(100);
   form1_.OnLoad();
+  EXPECT_TRUE(form1_.lblTop.Visible && form1_.Option1(0).Value && !form1_.frmUC.Visible);
+  EXPECT_FALSE(form1_.Option1(0).Visible || form1_.Option1(1).Visible || form1_.Option1(2).Visible || form1_.Option1(3).Visible);
+  EXPECT_FALSE(form1_.Watchdog.enabled() || form1_.Timer1.enabled());
   EXPECT_EQ(state_.WizardPage, -2);
   EXPECT_FALSE(state_.CatalogueReady || state_.InHouseBuild || state_.DebugView || !state_.FactoryFirstPass);
   EXPECT_TRUE(receive_.RxBuffer.empty());

@@ -92,6 +92,15 @@ TEST(ComposedProgram, AHandlerThatFailsOutsideOfAnyOperationIsTold) {
   EXPECT_EQ(composed.program->state().ErrorText, "Error: In use (#13)");
 }
 
+TEST(ComposedProgram, ASetThatCannotBePutInItsPlaceIsToldAtTheStart) {
+  Composed composed;
+  composed.directory.write("firmlane.set", std::string("damaged"));
+  composed.program = std::make_unique<Program>(platformOver(composed));
+  composed.program->start();
+  EXPECT_THAT(composed.lastBox(),
+              testing::StartsWith("Error putting firmware in its place: The firmware files there are not one"));
+}
+
 TEST(ComposedProgram, TheServiceButtonListensForFramesOfNineBytes) {
   Composed composed;
   composed.press(*composed.program->host().form("Form1")->control("Command4"));

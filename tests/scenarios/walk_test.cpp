@@ -61,6 +61,10 @@ std::string wordsOf(const Activity& activity) {
   return text;
 }
 
+std::string wordsOf(const LineSettings& settings) {
+  return std::to_string(settings.baud) + ", handshake " + std::to_string(static_cast<int>(settings.handshake));
+}
+
 /// The program and a user who reads his steps from a walk's file.
 class Walk : Ground {
  public:
@@ -123,6 +127,8 @@ class Walk : Ground {
       std::string text;
       std::getline(words >> std::ws, text);
       http.answer(kServer + name, std::regex_replace(text, std::regex("~"), "\r\n"));
+    } else if (verb == "half-page") {  // it breaks off in its middle
+      http.answer(kServer + name, ScriptedAnswer{.body = "1234", .headers = {{"content-length", "8"}}});
     } else if (verb == "no-page") {
       http.answer(kServer + name, ScriptedAnswer{.failure = Failure(104, "Broken")});
     } else if (verb == "file") {
@@ -201,8 +207,8 @@ class Walk : Ground {
       bench_->unit.powerOn();
     } else if (verb == "fault") {
       sim::setFault(bench_->unit.faults, name);
-    } else if (verb == "unit" || verb == "server" || verb == "set" || verb == "page" || verb == "no-page" || verb == "gone" ||
-               verb == "image") {
+    } else if (constexpr std::string_view kPreparing = " unit server set page half-page no-page gone image file ";
+               kPreparing.find(" " + verb + " ") != std::string_view::npos) {
       prepare(step);
     } else if (verb == "unplug") {
       wires.find(1)->vanish();
@@ -234,9 +240,14 @@ class Walk : Ground {
       tellValue(field, *runStateField(program_->state(), field), aloud);
     }
     tellValue("activity", wordsOf(program_->activity()), aloud);
+    for (const int port : {1, 2}) {
+      const VirtualWire* wire = wires.find(port);
+      const bool open = wire != nullptr && wire->isOpen();
+      tellValue("port " + std::to_string(port), open ? wordsOf(*wire->settings()) : "closed", aloud);
+    }
     tellValue("unit", bench_ ? versionsOf(bench_->unit) : "", aloud);
     const auto& box = program_->host().messageBox();
-    tellValue("box", box ? RunStateValue(asText(*box)) : RunStateValue(false), aloud);
+    tellValue("box", box ? RunStateValue(textOf(*box)) : RunStateValue(false), aloud);
     tellValue("asked the server for", http.requests().empty() ? "" : http.requests().back(), aloud);
     tellValue("opened", desktop.documents.empty() ? "" : desktop.documents.back(), aloud);
     tellValue("started", desktop.programs.empty() ? "" : desktop.programs.back(), aloud);
@@ -263,7 +274,7 @@ class Walk : Ground {
     last = std::move(value);
   }
 
-  static std::string asText(const MessageBox& box) {
+  static std::string textOf(const MessageBox& box) {
     return "[" + box.title + "] " + box.text + ", icon " + std::to_string(static_cast<int>(box.icon)) + ", sign " +
            std::to_string(static_cast<int>(box.sign)) + ", " + std::to_string(buttonsOf(box.buttons).size()) + " buttons";
   }
