@@ -99,7 +99,7 @@ std::string Record::text(const std::string& head) {
 
 void Record::addAt(Micros time, const std::string& entry) {
   closeTraffic();
-  const std::string line = secondsText(time) + " " + entry;
+  const std::string line = secondsText(time) + " " + clean(entry);
   ring_.add(line);
   if (follower_) {
     follower_(line);
@@ -112,7 +112,7 @@ void Record::portOpened(int port, const LineSettings& settings) {
 }
 
 void Record::portRefused(int port, const Failure& failure) {
-  cause_ = failureText("", failure);
+  cause_ = clean(failureText("", failure));
   add("refused " + std::to_string(port) + " " + firmlane::text(failure));
 }
 
@@ -123,7 +123,7 @@ void Record::portSet(int port, const LineSettings& settings) {
 void Record::portClosed(int port) { add("closed " + std::to_string(port)); }
 
 void Record::portLost(int port, const Failure& failure) {
-  cause_ = failureText("", failure);
+  cause_ = clean(failureText("", failure));
   add("lost " + std::to_string(port) + " " + firmlane::text(failure));
 }
 
@@ -234,7 +234,7 @@ void Record::note(const Control& control) {
 }
 
 void Record::fail(const std::string& words) {
-  failure_ = withoutContact(words);
+  failure_ = clean(withoutContact(words));
   doingThen_ = doing_;
 }
 
@@ -249,6 +249,24 @@ void Record::boxShown(const MessageBox& box) {
   }
 }
 
+/// A server that the contact form was sent to may lead elsewhere: what names the user's address is left out wherever it stands,
+/// with the web address that it is part of, up to the end of the text.
+std::string Record::clean(std::string text) const {
+  constexpr std::size_t kShortest = 3;
+  const std::size_t at = address_.find('@');
+  if (at == std::string::npos || address_.size() < kShortest) {
+    return text;
+  }
+  const std::string coded = address_.substr(0, at) + "%40" + address_.substr(at + 1);
+  for (const std::string& address : {address_, coded}) {
+    for (std::size_t found = 0; (found = text.find(address)) != std::string::npos;) {
+      const std::size_t begin = std::min(text.rfind("http", found), found);
+      text.replace(begin, std::min(text.find('"', found), text.size()) - begin, kNotKept);
+    }
+  }
+  return text;
+}
+
 void Record::boxAnswered(MessageButton button) { add("answer " + nameOf(kButtons, button)); }
 
 void Record::clicked(const Control& control) {
@@ -260,6 +278,9 @@ void Record::chosen(const Control& list, int line) { add("choose " + pathOf(list
 
 void Record::typed(const Control& box, const std::string& text) {
   const bool kept = !isOneOf(kContactFields, box.name());
+  if (box.name() == kContactFields.front()) {
+    address_ = text;
+  }
   if (!kept && contactTyped_ == &box) {
     return;  // how many keys were pressed is nobody's business either
   }
@@ -271,7 +292,9 @@ void Record::closed(const Form& form) { add("close " + form.name()); }
 
 void Record::requested(const std::string& url) {
   body_.reset();
-  add("get " + inQuotes(withoutContact(url)));
+  const std::string asked = withoutContact(url);
+  contactSent_ = asked != url;
+  add("get " + inQuotes(asked));
 }
 
 void Record::answered(int status, const std::string& statedLength) {
@@ -289,13 +312,20 @@ void Record::bodyTaken(ByteSpan bytes) {
   }
   const ByteStream body = *std::exchange(body_, std::nullopt);
   const Bytes* whole = body.whole();
+  if (contactSent_) {
+    // The server may say who has registered; the program reads the number in front.
+    const std::string text = whole == nullptr ? std::string() : std::string(whole->begin(), whole->end());
+    const std::size_t digits = std::min(text.find_first_not_of("0123456789"), text.size());
+    add("body " + inQuotes(text.substr(0, digits) + (digits == text.size() && whole != nullptr ? "" : kNotKept)));
+    return;
+  }
   add("body " + (whole != nullptr && isText(*whole) ? inQuotes({reinterpret_cast<const char*>(whole->data()), whole->size()})
                                                     : body.text(kLongestHex)));
 }
 
 void Record::requestFailed(const Failure& failure) {
   body_.reset();
-  cause_ = failureText("", failure);
+  cause_ = clean(failureText("", failure));
   add("failed " + firmlane::text(failure));
 }
 

@@ -83,6 +83,7 @@ class Record : public Recorder {
   void note(const Control& control);
   void forget(const Form& form);
   void fail(const std::string& words);
+  [[nodiscard]] std::string clean(std::string text) const;
 
   const Clock& clock_;
   RecordRing ring_;
@@ -92,6 +93,8 @@ class Record : public Recorder {
   std::optional<ByteStream> body_;
   std::map<const Control*, std::string> said_;  // what stands on the screen
   std::map<std::string, std::string> files_;    // what was said of each
+  std::string address_;                         // of the contact form, never written
+  bool contactSent_ = false;                    // by the last request
   const Control* contactTyped_ = nullptr;       // the field of the contact form that is being filled
   std::string failure_;
   std::string cause_;

@@ -157,6 +157,33 @@ TEST_F(RecordTest, RequestsStandWithWhatCameAndNeverWithTheContactForm) {
                 "dropped\n");
 }
 
+/// A server that is told who registers may say so, or send the request on to where it is no longer known for what it is.
+TEST_F(RecordTest, WhatAServerSaysOfTheContactFormIsNotKeptEither) {
+  struct ContactSheet : Form {
+    explicit ContactSheet(FormHost& formHost) : Form(formHost, "Sheet", "") {}
+    TextBox txtEmail{*this, "txtEmail"};
+  } sheet(host);
+  sheet.Show();
+  host.type(sheet.txtEmail, "ann@mail.example");
+  run(kSecond);
+  const std::string request = "http://s/FLusers.asp?e=ann@mail.example,Ann,Lee,Velarc";
+  for (const char* answer : {"1", "1 Thank you, Ann Lee", "<html>ann@mail.example is known</html>"}) {
+    http.answer(request, answer);
+    web.OpenURL(request);
+  }
+  record.requestFailed(Failure(204, "Error transferring http://o/new?mail=ann%40mail.example,Ann Marie - server replied: No"));
+  screen.answerNext(MessageButton::OK);
+  host.showMessageBox({.text = "Not taken: http://o/new?mail=ann@mail.example,Ann", .icon = MessageIcon::Critical});
+  const std::string text = record.text("cause: " + record.cause() + "\nfailure: " + record.failure() + "\n");
+  EXPECT_EQ(text.find("ann"), std::string::npos) << text;
+  EXPECT_EQ(text.find("Ann"), std::string::npos) << text;
+  for (const char* kept :
+       {"body \"1\"\n", "body \"1(not kept)\"\n", "body \"(not kept)\"\n", "failed #204 \"Error transferring (not kept)\"\n",
+        "\"Not taken: (not kept)\" OK\n", "failure: Not taken: (not kept)\n"}) {
+    EXPECT_NE(text.find(kept), std::string::npos) << kept << text;
+  }
+}
+
 TEST_F(RecordTest, AFileStandsOnceAsLongAsItStaysTheSame) {
   const std::string path = recordedFiles.path("wls.bin");
   directory.write("wls.bin", Bytes(5, 7));
