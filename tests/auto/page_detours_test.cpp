@@ -180,6 +180,18 @@ TEST_F(DetoursTest, TheSecondHalfOfADoubleClickStartsNoSecondRun) {
   world.click(form.btnNext);
 }
 
+TEST_F(DetoursTest, AGoodVerdictNamesWhatIsStillBehind) {
+  state.PortChosen = true;
+  state.LwxSysFile[0] = system("3.1", "2.31", "2.20", "1.2", "1.9");
+  world.open(form, false, true);
+  for (int press = 0; press < 3; ++press) {
+    world.click(form.btnNext);
+  }
+  EXPECT_EQ(form.lblOutcome.Kind, "caution");
+  EXPECT_EQ(form.lblOutcome.Caption, "Not everything is up to date yet: DSP 2.30 (the set has 2.31). Click '" +
+                                         form.btnMore.Caption.get() + "' to program the rest.");
+}
+
 TEST_F(DetoursTest, ADownloadThatAnotherProgramKeepsOutIsTold) {
   state.VersionPicked = true;
   world.open(form, true, false);

@@ -117,17 +117,6 @@ TEST_F(TableTest, UnreadableDisplayNamesAreToldAndTheRestGoesOn) {
   EXPECT_EQ(world.screen.boxes()[2].text, "Error reading Velarc2 firmware versions. Please try again");
 }
 
-TEST_F(TableTest, TheListShowsEachSystemOnce) {
-  state.LwxSystems[0] = system("3.1", "1", "1", "1", "1");
-  state.LwxSystems[1] = system("3.0", "1", "1", "1", "1");
-  state.SystemCount = 1;
-  table.LoadVersionList();
-  table.LoadVersionList();
-  EXPECT_THAT(world.frmAuto.VersionList.Lines.get(),
-              ElementsAre("System Version: 3.1, May 3.1, Note 3.1", "System Version: 3.0, May 3.0, Note 3.0"));
-  EXPECT_TRUE(world.frmAuto.VersionList.Visible);
-}
-
 struct Comparison {
   const char* name;
   // DSP, HUB, RF1, RF2, LCD
@@ -224,47 +213,6 @@ TEST_F(TableTest, AVelarcFailsTheFinalCheckWithAnyOtherDspButPassesWithANewerHub
     world.frmVRCAuto.HUB1.Caption = hub;
     velarcTable.CompareVersionsFinal();
     EXPECT_EQ(state.FinalCheckFailed, fails) << dsp << " " << hub;
-  }
-}
-
-TEST_F(TableTest, TheFinalCheckClosesTheOverallProgress) {
-  FrmAuto& form = world.frmAuto;
-  form.prgTotal.Max = 6;
-  form.prgTotal.Value = 4;
-  table.CompareVersionsFinal();
-  EXPECT_EQ(form.prgTotal.Value, 6);
-  EXPECT_EQ(form.lblTotal.Caption, "Overall Progress (Step 7 of 7)");
-}
-
-TEST_F(TableTest, OverallProgressCountsTheStepsOfWhatIsSelected) {
-  struct Case {
-    bool download;
-    const char* selected;
-    int max;
-    const char* text;
-    int velarcMax;
-  };
-  const Case cases[] = {{true, "11111", 11, "Overall Progress (Step 1 of 12)", 10},
-                        {false, "00001", 2, "Overall Progress (Step 1 of 3)", 1},
-                        {false, "11000", 5, "Overall Progress (Step 1 of 6)", 5},
-                        {true, "00000", 2, "Overall Progress (Step 1 of 3)", 2}};
-  for (const Case& c : cases) {
-    for (std::size_t i = 0; i < 5; ++i) {
-      receiver.rows[i].selection.Value = c.selected[i] - '0';
-      velarc.rows[i].selection.Value = c.selected[i] - '0';
-    }
-    world.frmAuto.ChkOffline.Value = c.download ? 1 : 0;
-    world.frmVRCAuto.ChkOffline.Value = c.download ? 1 : 0;
-    state.ProgressSized = false;
-    progress.CalcProgress();
-    EXPECT_EQ(world.frmAuto.prgTotal.Max, c.max);
-    EXPECT_EQ(world.frmAuto.lblTotal.Caption, c.text);
-    world.frmAuto.prgTotal.Value = 2;
-    progress.CalcProgress();
-    EXPECT_EQ(world.frmAuto.prgTotal.Value, 2) << "sized once";
-    state.ProgressSized = false;
-    velarcProgress.CalcProgress();
-    EXPECT_EQ(world.frmVRCAuto.prgTotal.Max, c.velarcMax);
   }
 }
 

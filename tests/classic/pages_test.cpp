@@ -21,47 +21,6 @@ class PagesTest : public ClassicTest {
   [[nodiscard]] std::string top() const { return form1_.lblTop.Caption; }
 };
 
-// Page 0 by product and choice: the new page, and what was set off.
-TEST_F(PagesTest, TheChoiceOfTaskLeadsToItsPath) {
-  struct Case {
-    const char* name;
-    const char* product;
-    bool older;
-    bool software;  // Option6 instead of Option5
-    int option1;
-    bool driving;
-    int page;
-    std::vector<std::string> log;
-    const char* formShown;
-  };
-  for (const Case& c : {Case{"wireless firmware", "WS", false, false, 0, false, 0, {}, "frmAuto"},
-                        Case{"wireless driven", "WS", false, false, 0, true, 1, {"clear urls", "firmware list"}, "frmAuto"},
-                        Case{"wireless software", "WS", false, true, 0, false, 20, {"clear urls", "software list"}, "Form1"},
-                        Case{"Velarc2 firmware", "VC", false, false, 0, false, 0, {}, "frmVRCAuto"},
-                        Case{"Velarc2 software", "VC", false, true, 0, false, 20, {"clear urls", "software list"}, "Form1"},
-                        Case{"older list", "VC", true, false, 0, false, 1, {"clear urls", "firmware list"}, "Form1"},
-                        Case{"older software", "VC", true, false, 1, false, 20, {"clear urls", "software list"}, "Form1"},
-                        Case{"older program", "VC", true, false, 2, false, 5, {}, "Form1"}}) {
-    SCOPED_TRACE(c.name);
-    log_.clear();
-    form1_.Show();
-    state_.ProductCode = c.product;
-    state_.OldVelarc = c.older;
-    state_.AutoDriving = c.driving;
-    state_.WizardPage = 0;
-    (c.software ? form1_.Option6 : form1_.Option5).Value = true;
-    form1_.Option1(c.option1).Value = true;
-    next();
-    EXPECT_EQ(state_.WizardPage, c.page);
-    EXPECT_EQ(log_, c.log);
-    EXPECT_EQ(world_.host.onScreen().front()->name(), c.formShown);
-    EXPECT_EQ(form1_.Visible, std::string(c.formShown) == "Form1");
-    EXPECT_EQ(form1_.lblPage.Caption.get(), "0");
-    world_.frmAuto.Hide();
-    world_.frmVRCAuto.Hide();
-  }
-}
-
 TEST_F(PagesTest, NextWaitsForAListOnItsWay) {
   product(form1_.VRColdButton);
   next();
