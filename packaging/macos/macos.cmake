@@ -29,5 +29,13 @@ if(PNG2ICNS AND TARGET icons)
   set_target_properties(firmlane PROPERTIES MACOSX_BUNDLE_ICON_FILE firmlane.icns)
 endif()
 install(TARGETS firmlane BUNDLE DESTINATION .)
+# Qt's libraries go into the bundle. That breaks the linker's own signature, without which a Mac with an Apple processor starts
+# nothing; a signature of no identity ("-") will do for oneself, and whoever gives the bundle away names his own.
+set(FIRMLANE_SIGNER - CACHE STRING "The identity that signs the bundle for macOS")
+qt_generate_deploy_app_script(TARGET firmlane FILENAME_VARIABLE deploy NO_UNSUPPORTED_PLATFORM_ERROR)
+install(SCRIPT ${deploy})
+install(
+  CODE "execute_process(COMMAND codesign --force --deep --sign \"${FIRMLANE_SIGNER}\"
+                        \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/firmlane.app\" COMMAND_ERROR_IS_FATAL ANY)")
 install(TARGETS firmlane-console firmlane-simulator firmlane-demo RUNTIME DESTINATION bin)
 set(CPACK_GENERATOR DragNDrop)

@@ -112,7 +112,7 @@ VirtualReplay::VirtualReplay(const sim::Recording& recording, const sim::Shelf& 
       before_(std::filesystem::current_path()),
       replay_(recording, *this, sim::ReplayPart::Everything) {
   std::filesystem::current_path(directory_.path());
-  sim::putFiles(recording, shelf, directory_.path());
+  sim::putFiles(recording, shelf, directory_.path().string());
   record_.follow([this](const std::string& line) { observe(line.substr(line.find(' ') + 1)); });
   replay_.onOver = [this] {
     reached_ = replay_.next() == nullptr ? recording_.entries.size() : replay_.next()->line;

@@ -31,7 +31,7 @@ void holdStandardStreams() {
   ::SetConsoleOutputCP(CP_UTF8);  // without effect where there is no console
 }
 
-namespace {
+namespace windows_input {  // with a name, as a class below holds it
 
 /// What the thread and the program's side share. The thread may outlive the program's side, waiting for a line that never comes.
 struct Shared {
@@ -87,7 +87,9 @@ void readUntilTheEnd(const std::shared_ptr<Shared>& shared) {
   }
 }
 
-}  // namespace
+}  // namespace windows_input
+
+using namespace windows_input;
 
 class InputReader::Half {
  public:
