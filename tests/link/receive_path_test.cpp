@@ -18,14 +18,8 @@ class ReceivePathTest : public LinkTest {
 };
 
 TEST_F(ReceivePathTest, FramesAreCutFromWhatArrives) {
-  struct Case {
-    const char* what;
-    std::vector<std::string> pieces;
-    int phase;
-    const char* left;
-  };
-  for (const Case& c : {
-           Case{"in one piece", {kErased}, 2, ""},
+  for (const auto& [what, pieces, phase, left] : {
+           std::tuple{"in one piece", std::vector<std::string>{kErased}, 2, ""},
            {"with the second terminator and more behind it", {kErased + "3E 02 00 00 00"}, 2, ""},
            {"in pieces", {"02 00 00", "00 1F", "02 21", "3E"}, 2, ""},
            {"byte by byte", {"02", "00", "00", "00", "1F", "02", "21", "3E"}, 2, ""},
@@ -42,11 +36,11 @@ TEST_F(ReceivePathTest, FramesAreCutFromWhatArrives) {
        }) {
     receive_.RxBuffer.clear();
     state_.FlashPhase = 0;
-    for (const std::string& piece : c.pieces) {
+    for (const std::string& piece : pieces) {
       arrive(piece);
     }
-    EXPECT_EQ(state_.FlashPhase, c.phase) << c.what;
-    EXPECT_EQ(buffer(), hex(bytes(c.left))) << c.what;
+    EXPECT_EQ(state_.FlashPhase, phase) << what;
+    EXPECT_EQ(buffer(), hex(bytes(left))) << what;
   }
 }
 
@@ -103,16 +97,9 @@ TEST_F(ReceivePathTest, CodesFrom128OnAreRefusedEvenInACompleteFrame) {
 }
 
 TEST_F(ReceivePathTest, WhileShortAnswersAreExpectedOthersAreTrimmed) {
-  struct Case {
-    const char* what;
-    std::vector<std::string> pieces;
-    bool acknowledged;
-    int phase;
-    const char* left;
-  };
   receive_.ExpectFrameEnd = true;
-  for (const Case& c : {
-           Case{"a report", {kErased}, false, 2, ""},
+  for (const auto& [what, pieces, acknowledged, phase, left] : {
+           std::tuple{"a report", std::vector<std::string>{kErased}, false, 2, ""},
            {"an acknowledgement", {"41"}, true, 0, "41"},
            {"two of them", {"41", "41"}, true, 0, "41 41"},
            {"a star", {"2A"}, false, 0, ""},
@@ -123,12 +110,12 @@ TEST_F(ReceivePathTest, WhileShortAnswersAreExpectedOthersAreTrimmed) {
     receive_.RxBuffer.clear();
     state_.FlashPhase = 0;
     state_.MicAck = false;
-    for (const std::string& piece : c.pieces) {
+    for (const std::string& piece : pieces) {
       arrive(piece);
     }
-    EXPECT_EQ(state_.MicAck, c.acknowledged) << c.what;
-    EXPECT_EQ(state_.FlashPhase, c.phase) << c.what;
-    EXPECT_EQ(buffer(), c.left) << c.what;
+    EXPECT_EQ(state_.MicAck, acknowledged) << what;
+    EXPECT_EQ(state_.FlashPhase, phase) << what;
+    EXPECT_EQ(buffer(), left) << what;
   }
 }
 

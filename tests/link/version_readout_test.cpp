@@ -187,26 +187,22 @@ TEST_F(VersionReadoutTest, AnAnswerTakenByAnEventInsideIsNotTakenTwice) {
 }
 
 TEST_F(VersionReadoutTest, UnloadedInAnyWaitItSendsNothingMoreAndLeavesThePortClosed) {
-  struct Case {
-    const char* what;
-    Micros when;
-  };
-  for (const Case& c : {Case{"delay of the beginning", 50 * kMillisecond},
-                        {"between ticks", 350 * kMillisecond},
-                        {"change of speed", 2100 * kMillisecond},
-                        {"change back", 4200 * kMillisecond}}) {
-    world_.after(c.when, [this] { world_.queue.post([this] { form_.Unload(); }); });
+  for (const auto& [what, when] : {std::pair{"delay of the beginning", 50 * kMillisecond},
+                                   {"between ticks", 350 * kMillisecond},
+                                   {"change of speed", 2100 * kMillisecond},
+                                   {"change back", 4200 * kMillisecond}}) {
+    world_.after(when, [this] { world_.queue.post([this] { form_.Unload(); }); });
     const Micros start = world_.time.now();
     load();
-    world_.run(start + c.when + kMillisecond - std::min(world_.time.now(), start + c.when));
-    EXPECT_FALSE(form_.Loaded) << c.what;
-    EXPECT_FALSE(wire_.isOpen()) << c.what;
-    EXPECT_EQ(pointer(), Pointer::Normal) << c.what;
+    world_.run(start + when + kMillisecond - std::min(world_.time.now(), start + when));
+    EXPECT_FALSE(form_.Loaded) << what;
+    EXPECT_FALSE(wire_.isOpen()) << what;
+    EXPECT_EQ(pointer(), Pointer::Normal) << what;
     const Bytes sent = wire_.sent();
     const int opens = wire_.opens();
     world_.run(6 * kSecond);
-    EXPECT_EQ(hex(wire_.sent()), hex(sent)) << c.what;
-    EXPECT_EQ(wire_.opens(), opens) << c.what;
+    EXPECT_EQ(hex(wire_.sent()), hex(sent)) << what;
+    EXPECT_EQ(wire_.opens(), opens) << what;
   }
   EXPECT_TRUE(world_.screen.boxes().empty());
 }

@@ -316,32 +316,27 @@ TEST_F(SerialNumberTest, ASilentUnitEndsTheProcedureOnNoAndItsNumberIsNotUsedAga
 }
 
 TEST_F(SerialNumberTest, AnAnswerUnderTheQuestionCountsUnlessItDiffersAndTheUserSaysNo) {
-  struct Case {
-    const char* answer;
-    MessageButton button;
-    std::size_t heard;
-    const char* page;
-  };
   const char* right = "02 00 00 64 1F 27 2A 3E";
   const char* wrong = "02 00 00 63 1F 27 29 3E";
-  for (const Case& c : {Case{right, MessageButton::No, 2, "Serial Number Programmed!"},
-                        {wrong, MessageButton::Yes, 3, "Serial Number Programmed!"},
-                        {wrong, MessageButton::No, 1,
-                         "The receiver has reported number 99, not number 100: the Serial Number was not programmed"}}) {
+  for (const auto& [answer, button, messages, words] :
+       {std::tuple{right, MessageButton::No, 2, "Serial Number Programmed!"},
+        {wrong, MessageButton::Yes, 3, "Serial Number Programmed!"},
+        {wrong, MessageButton::No, 1,
+         "The receiver has reported number 99, not number 100: the Serial Number was not programmed"}}) {
     writeNumber(100);
     unit_.deafTo = 1;
     unit_.heard.clear();
     unit_.onMessage = [&] { EXPECT_EQ(form1_.lblResetSerial.Visible, unit_.heard.back() == kPresetMessage); };
     world_.screen.onBox = [&](const MessageBox& question) {
       if (question.buttons == MessageButtons::YesNo) {
-        at(0.001, [&] { wire_.send(bytes(c.answer), 57600); });
+        at(0.001, [&] { wire_.send(bytes(answer), 57600); });
       }
     };
-    world_.screen.answerNext(c.button);
+    world_.screen.answerNext(button);
     world_.screen.answerOthers();
     runSerial();
-    EXPECT_EQ(unit_.heard.size(), c.heard) << c.page;
-    EXPECT_EQ(form1_.lblResetSerial.Visible ? instruction() : top(), c.page);
+    EXPECT_EQ(unit_.heard.size(), messages) << words;
+    EXPECT_EQ(form1_.lblResetSerial.Visible ? instruction() : top(), words);
     EXPECT_EQ(file(), content(101));
     if (state_.SerialStep == 5) {
       next();
