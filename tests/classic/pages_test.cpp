@@ -24,10 +24,25 @@ class PagesTest : public ClassicTest {
 TEST_F(PagesTest, NextWaitsForAListOnItsWay) {
   product(form1_.VRColdButton);
   next();
+  EXPECT_TRUE(form1_.Timer1.enabled());
+  EXPECT_EQ(form1_.Timer1.interval(), 100);
   fetching_ = true;
   next();
   EXPECT_EQ(state_.WizardPage, 1);
   EXPECT_TRUE(world_.screen.boxes().empty());
+}
+
+TEST_F(PagesTest, WhileSomethingComesDownTheBarMovesAndNextIsDead) {
+  world_.screen.answerOthers();
+  form1_.List1.AddItem("V1");
+  form1_.List1.ListIndex = 0;
+  for (const std::int16_t page : {std::int16_t{3}, std::int16_t{22}}) {
+    state_.WizardPage = page;
+    form1_.Timer1.stop();
+    form1_.ProgressBar1.Hide();
+    next();
+  }
+  EXPECT_THAT(log_, ElementsAre("firmware", "release notes", "software"));
 }
 
 TEST_F(PagesTest, TheFirstTaskPageComesBackAsItWasFromEveryStateOfAFetch) {

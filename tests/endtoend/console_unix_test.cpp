@@ -19,26 +19,6 @@ class EndToEndTest : public testing::Test {
   QTemporaryDir directory_;
 };
 
-TEST_F(EndToEndTest, APortThatIsNotThereIsToldAndTheProgramGoesOn) {
-  Process console("firmlane-console", consoleOptions(dir() + "/nothing"));
-  console.must("click Form1.Command3");
-  console.must("click Form1.VRColdButton");
-  console.must("wait RunState.WizardPage == 0 5");
-  console.must("click Form1.Option1(2)");
-  console.must("click Form1.Command3");
-  console.must("click Form1.Command3");
-  console.must("wait form frmPort 5");
-  console.must("click frmPort.Command3");
-  console.must("click frmPort.Option1(2)");
-  console.must("click frmPort.Command1");
-  console.must("wait messagebox 5");
-  EXPECT_THAT(console.events().last().toStdString(), testing::HasSubstr("Error opening port: There is no serial port COM 3"));
-  console.must("answer OK");
-  console.must("close frmPort");
-  console.must("wait noform frmPort 5");
-  EXPECT_EQ(console.must("get RunState.WizardPage").toInt(), 5);
-}
-
 TEST_F(EndToEndTest, QuitEndsInTheMiddleOfAWaitAndExitWithItsQuestion) {
   {
     Process console("firmlane-console", consoleOptions("/dev/null", "1"));

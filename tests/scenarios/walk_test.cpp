@@ -21,7 +21,8 @@ struct WalkOver {};
 /// What of the run state a walk tells. The versions and records stand on the forms.
 constexpr const char* kTold =
     "AutoDriving AutoPage CatalogueReady ComPort ContactBlank DebugView FactoryBuild FactoryFirstPass FinalCheckFailed "
-    "FlashTarget GetVersionsSent GotId HasRf2 InAutoWizard InHouseBuild InVrcAutoWizard LegacyLink MatchedSystem OldVelarc "
+    "FlashPhase FlashTarget GetVersionsSent GotId HasRf2 InAutoWizard InHouseBuild InVrcAutoWizard LegacyLink MatchedSystem "
+    "OldVelarc "
     "OptionsShown PortChosen ProductCode ReadTimedOut RecoverChosen SelectedSystem SerialOnly SerialRead SerialStep TimedOut "
     "VersionPicked VersionsCompared VersionsComplete VersionsRead WizardPage";
 
