@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <chrono>
 #include <optional>
+#include <set>
 
 #include "console/device_link.h"
 #include "console/end_on_signal.h"
@@ -22,6 +23,18 @@ constexpr std::chrono::milliseconds kLookForEnd{100};
 constexpr int kLooks = 50;
 
 QString shown(const std::string& text) { return QString::fromStdString(text); }
+
+/// Where an adapter that was lost is there again: a pseudo-terminal that has gone does not come back under its name. The end of
+/// the entries when none is.
+std::vector<Entry>::iterator pluggedInAgain(Recording& recording) {
+  std::set<int> lost;
+  return std::find_if(recording.entries.begin(), recording.entries.end(), [&lost](const Entry& entry) {
+    if (entry.kind == "lost") {
+      lost.insert(entry.port());
+    }
+    return entry.kind == "open" && lost.contains(entry.port());
+  });
+}
 
 /// A record with its ports and its web server.
 class ReplayBench {
@@ -65,6 +78,11 @@ ReplayBench::ReplayBench(const SimulatorOptions& options, std::function<void(con
   }
   if (recording_.dropped > 0) {
     print_({{"note", shown(std::to_string(recording_.dropped) + " entries from before the first one are missing")}});
+  }
+  if (const auto again = pluggedInAgain(recording_); again != recording_.entries.end()) {
+    print_({{"note", shown("line " + std::to_string(again->line) +
+                           ": the adapter is there again; from here on the record can be played in virtual time only")}});
+    recording_.entries.erase(again, recording_.entries.end());
   }
   if (!recording_.complete) {
     print_({{"note", "the record is cut: its last line is missing"}});
