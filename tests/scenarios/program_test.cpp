@@ -92,6 +92,13 @@ TEST(ComposedProgram, AHandlerThatFailsOutsideOfAnyOperationIsTold) {
   EXPECT_EQ(composed.program->state().ErrorText, "Error: In use (#13)");
 }
 
+TEST(ComposedProgram, RunGoesOnUntilTheUserEndsIt) {
+  Composed composed;
+  composed.after(kSecond, [&composed] { composed.program->host().close(*composed.program->host().form("Form1")); });
+  composed.program->run();
+  EXPECT_EQ(composed.lastBox(), "Quit Tolvex Firmlane Now?");
+}
+
 TEST(ComposedProgram, ASetThatCannotBePutInItsPlaceIsToldAtTheStart) {
   Composed composed;
   composed.directory.write("firmlane.set", std::string("damaged"));
