@@ -188,6 +188,7 @@ TEST_F(Downloads, AFailedTransferLeavesTheOldFileAndSaysSo) {
 TEST_F(Downloads, WhatCannotBeAskedForIsToldAtOnce) {
   firmware(-1);
   EXPECT_THAT(boxes(), ElementsAre("!Error trying download firmware: The list has no entry number -1 (#9)"));
+  EXPECT_FALSE(form1.Timer1.enabled());
   for (int i = 0; i < 12; ++i) {
     form1.List1.AddItem("line");
   }

@@ -320,6 +320,15 @@ TEST_F(FlashRunTest, APortThatIsOpenIsLeftAlone) {
   EXPECT_EQ(ending(), "0 page 6 -timedout +port -next -watchdog -timer1 +bar");
 }
 
+TEST_F(FlashRunTest, APulledAdapterEndsTheRunAndItsProcessorIsStillToBeDone) {
+  for (const auto& [seconds, phase] : {std::pair{2, "0"}, {3, "1"}}) {
+    wire_.openFailure.reset();
+    world_.after(seconds * kSecond + kSecond / 2, [this] { wire_.vanish(); });
+    EXPECT_THROW(fly("WS", "DSPFlash", {.erased = {}}), Failure);
+    EXPECT_EQ(ending(), std::string(phase) + " page 5 +timedout -port +next -watchdog -timer1 -bar");
+  }
+}
+
 TEST_F(FlashRunTest, ARunIsRefusedWithoutItsImage) {
   for (const auto& [product, older, target, file] : {std::tuple{"WS", false, "NewHubFlash", "HUBSL.s19"},
                                                      {"WS", false, "DSPFlash", "wls.bin"},

@@ -38,6 +38,7 @@ TEST_F(FrontPanelTest, TheDialogueFollowsWhatThePanelAsksFor) {
   };
   for (const Case& c : cases) {
     frontImage(c.codeBytes);
+    world_.mainPort.setSettings("19200,N,8,1");  // of a run before
     fly("WS", "FrontFlash", {.announces = 80, .batchAnswers = c.answers});
     std::string wire = c.length;
     for (const std::size_t from : c.batches) {

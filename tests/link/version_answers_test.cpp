@@ -159,6 +159,10 @@ TEST_F(VersionAnswersTest, AnswersOfOtherCodesDoNotMakeAUnit) {
   take(other);
   EXPECT_FALSE(state_.SerialRead || state_.GotId);
   EXPECT_EQ(state_.VrcDspVer1, 0);
+  Bytes versions = bytes(kVelarcVersions);
+  versions[3] = 0x2C;
+  take(versions);
+  EXPECT_FALSE(state_.VersionsRead || state_.VersionsComplete) << "of a unit that has not said who it is";
 
   start("WS");
   take("02 00 00 00 02 00 00 02 1F 00 00 00 02 00 00 25 80");  // serial 0

@@ -55,7 +55,9 @@ TEST_F(SupervisionTest, TicksShowProgressOnlyOfAnImageThatHasBytes) {
   state_.ProgressPercent = 7;
   for (const auto& [total, sent, text, percent] :
        {std::tuple{0, 0, "", 7}, {1, 1, "Programmed 1 bytes (100%)", 100}, {200, 50, "Programmed 50 bytes (25%)", 25}}) {
+    supervision_.BytesSent = 99;  // of a stream before
     supervision_.beginSending(total);
+    EXPECT_EQ(supervision_.BytesSent, 0);
     supervision_.BytesSent = sent;
     world_.run(kSecond);
     EXPECT_EQ(form1_.lblProgressInfo.Caption.get(), text);
