@@ -1,9 +1,9 @@
 ; The installer: for one user, without an administrator. Called by tools/package-windows with VERSION, SOURCE and OUTPUT defined.
 Unicode true
+Target amd64-unicode ; as the program is: on a Windows of 32 bits it does not even start
 !include "MUI2.nsh"
 !include "FileFunc.nsh"
 !include "LogicLib.nsh"
-!include "x64.nsh"
 !define KEY "Software\Microsoft\Windows\CurrentVersion\Uninstall\Firmlane"
 
 Name "Firmlane"
@@ -48,14 +48,6 @@ VIAddVersionKey "LegalCopyright" "Copyright 2026 the Firmlane authors"
     ${EndIf}
   ${Next}
 !macroend
-
-Function .onInit
-  ${IfNot} ${RunningX64}
-    MessageBox MB_OK|MB_ICONSTOP "Firmlane needs a 64-bit Windows." /SD IDOK
-    SetErrorLevel 4
-    Quit
-  ${EndIf}
-FunctionEnd
 
 Section "Firmlane"
   !insertmacro RefuseWhileItRuns

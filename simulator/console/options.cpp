@@ -6,6 +6,7 @@
 #include <functional>
 
 #include "platform/failure.h"
+#include "platform/system_path.h"
 #include "web/web_reply.h"
 
 namespace firmlane::sim {
@@ -159,7 +160,7 @@ void writeImages(const SimulatorOptions& options) {
     }
     for (const ProcessorModel& processor : model.processors) {
       const std::size_t size = options.imageSize > 0 ? options.imageSize : usualImageSize(processor.image);
-      writeImage(options.directory, processor.image, *options.images,
+      writeImage(systemPath(options.directory), processor.image, *options.images,
                  processor.loader == LoaderKind::Front ? std::min(size, kLargestFrontImage) : size);
     }
   }

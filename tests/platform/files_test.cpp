@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "faulty_disk.h"
+#include "platform/system_path.h"
 #include "world.h"
 
 namespace firmlane::test {
@@ -25,6 +26,7 @@ TEST(FilesTest, NamesBeyondAsciiAreTheSameInEveryCall) {
   const auto place = std::filesystem::path(u8"Kōji's Gerät");
   std::filesystem::create_directory(directory.path() / place);
   const Files files(directory.path() / place);
+  EXPECT_EQ(systemPath(files.programDirectory()), directory.path() / place);
   for (const std::string name : {"wls.bin", "Men\xC3\xBC.exe", "Men\xFC.exe", "\xE2\x82\xAC.bin"}) {
     files.replaceText(files.path(name), name);
     EXPECT_EQ(Files::readText(files.path(name)), name);

@@ -24,6 +24,7 @@
 #include "platform/qt/qt_platform.h"
 #include "platform/qt/standard_input.h"
 #include "platform/qt/surroundings.h"
+#include "platform/system_path.h"
 #include "platform/widgets/display_application.h"
 #include "platform/widgets/widget_screen.h"
 #include "player/player.h"
@@ -104,12 +105,12 @@ class Play {
 
 std::filesystem::path screenshotDirectory(const DemoOptions& options) {
   if (!options.screenshots.empty()) {
-    std::filesystem::create_directories(options.screenshots);
-    return options.screenshots;
+    std::filesystem::create_directories(systemPath(options.screenshots));
+    return systemPath(options.screenshots);
   }
   QTemporaryDir directory(QDir::tempPath() + "/firmlane-demo-XXXXXX");
   directory.setAutoRemove(false);
-  return directory.path().toStdString();
+  return systemPath(directory.path().toStdString());
 }
 
 /// The bench stands to the right of the program's window, both in the middle of the screen. Where the screen is too narrow for
@@ -162,8 +163,9 @@ int run(const DemoOptions& options) {
   const WebServer web;
   const auto serverOr = [&web](const std::string& given) { return given.empty() ? web.url() : given; };
 
-  QtPlatform platform(
-      {.directory = directory.path().toStdString(), .ports = {{kPort, "simulated unit"}}, .timeScale = options.speed});
+  QtPlatform platform({.directory = systemPath(directory.path().toStdString()),
+                       .ports = {{kPort, "simulated unit"}},
+                       .timeScale = options.speed});
   WidgetScreen screen([&platform](int number) { return platform.ports.hint(number); });
   QtDesktop desktop(&QDesktopServices::openUrl);
   Program program({.queue = platform.queue,

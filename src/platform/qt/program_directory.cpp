@@ -7,6 +7,7 @@
 
 #include "platform/qt/qt_text.h"
 #include "platform/qt/shared_trees.h"
+#include "platform/system_path.h"
 
 namespace firmlane {
 
@@ -18,11 +19,11 @@ bool isWritable(const fs::path& directory) {
 }
 
 fs::path programDirectory() {
-  fs::path own = fs::path(fromQt(QCoreApplication::applicationDirPath()));
+  fs::path own = systemPath(fromQt(QCoreApplication::applicationDirPath()));
   if (!isShared(own) && isWritable(own)) {
     return own;
   }
-  fs::path data = fromQt(QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation));
+  fs::path data = systemPath(fromQt(QStandardPaths::writableLocation(QStandardPaths::AppLocalDataLocation)));
   std::error_code error;
   fs::create_directories(data, error);  // a failure shows as each file's own
   return data;

@@ -5,6 +5,7 @@
 #include "platform/qt/qt_desktop.h"
 #include "platform/qt/standard_input.h"
 #include "platform/qt/surroundings.h"
+#include "platform/system_path.h"
 
 namespace firmlane {
 
@@ -24,8 +25,8 @@ void TellingDesktop::runProgram(const std::string& path) {
 
 ConsoleApp::ConsoleApp(const ConsoleOptions& options, const std::string& directory)
     : world_(options.timeScale),
-      ports_(directory, options.ports),
-      files_(directory, record_),
+      ports_(systemPath(directory), options.ports),
+      files_(systemPath(directory), record_),
       screen_([this](const Json& line) { print(line); }),
       desktop_([this](const Json& line) { print(line); }),
       program_(std::make_unique<Program>(Platform{.queue = queue_,
