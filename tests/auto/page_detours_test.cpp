@@ -152,6 +152,7 @@ TEST_F(DetoursTest, AnEarlierListStandsInForOneThatDoesNotCome) {
   world.open(form, true, false);
   world.after(2 * kSecond, [&] { world.host.choose(form.VersionList, 1); });
   world.click(form.btnNext);
+  EXPECT_EQ(world.directory.read("LWXSys.lwx").size(), 38'190U) << "what was seen is kept, whatever becomes of the pick";
   world.click(form.btnBack);
   asked();
   world.fetched = [&] {
