@@ -47,9 +47,10 @@ struct Shared {
 std::string readBytes(HANDLE input) {
   std::array<char, 16384> chunk{};
   DWORD count = 0;
-  // A pipe hands on writes of no bytes too; and of a message that is longer than the chunk the beginning comes with an error.
+  // A pipe hands on writes of no bytes too, as long as it has a writer; and of a message that is longer than the chunk the
+  // beginning comes with an error.
   while (::ReadFile(input, chunk.data(), static_cast<DWORD>(chunk.size()), &count, nullptr) != 0 && count == 0 &&
-         ::GetFileType(input) == FILE_TYPE_PIPE) {
+         ::GetFileType(input) == FILE_TYPE_PIPE && ::PeekNamedPipe(input, nullptr, 0, nullptr, nullptr, nullptr) != 0) {
   }
   return {chunk.data(), count};
 }
