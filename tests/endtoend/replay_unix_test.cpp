@@ -14,7 +14,7 @@ std::pair<std::string, int> replayed(const QString& record, const QString& direc
   QProcess tool;
   QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
   environment.insert("PROGRAMS", PROGRAMS);
-  environment.insert("SCALE", "20");
+  environment.insert("SCALE", "10");
   tool.setProcessEnvironment(environment);
   tool.setProcessChannelMode(QProcess::MergedChannels);
   tool.start(TOOLS "/replay", {record, directory});

@@ -3,7 +3,9 @@
 
 #include <gmock/gmock.h>
 
+#include <QLabel>
 #include <QPaintEvent>
+#include <QVBoxLayout>
 
 #include "platform/virtual/virtual_time.h"
 #include "platform/widgets/activity_panel.h"
@@ -142,6 +144,21 @@ TEST_F(ActivityPanelTest, TheRingMovesFromTheFirstSecondAndNothingIsDrawnWhenNot
   EXPECT_EQ(drawn(), 0);
   EXPECT_TRUE(panel.isVisible()) << "the strip stays between two runs";
   EXPECT_FALSE(ring.isVisible());
+}
+
+TEST_F(ActivityPanelTest, WordsThatWrapHaveTheRoomTheyNeed) {
+  auto* page = new QVBoxLayout(&window);
+  page->addWidget(&panel);
+  page->addStretch();
+  const Activity::Span waiting(activity, Doing::WaitingForSwitch, 20 * kSecond);
+  for (const int width : {600, 400, 330}) {
+    window.resize(width, 400);
+    run(300 * kMillisecond);
+    for (const QLabel* label : panel.findChildren<QLabel*>()) {
+      EXPECT_TRUE(!label->isVisible() || label->height() >= label->heightForWidth(label->width()))
+          << label->text().toStdString() << ": " << label->height() << " px high in a window of " << width;
+    }
+  }
 }
 
 TEST_F(ActivityPanelTest, TheSearchForAPortIsTheBusinessOfItsOwnWindow) {

@@ -171,7 +171,7 @@ TEST_F(RealLine, WritingTakesAsLongAsTheLine) {
   }
   const Micros taken = queue.now() - before;
   EXPECT_GE(taken, 450 * kMillisecond);  // half a second less the backlog of 64 bytes
-  EXPECT_LE(taken, kSecond);
+  EXPECT_LE(taken, 5 * kSecond);  // on a machine with much else to do
 }
 
 TEST_F(RealLine, HangUpClosesThePortAndCostsNoProcessorTime) {

@@ -2,6 +2,7 @@
 
 #include <QAccessible>
 #include <QHBoxLayout>
+#include <QResizeEvent>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <utility>
@@ -111,6 +112,18 @@ void ActivityPanel::changed() {
 void ActivityPanel::showEvent(QShowEvent* event) {
   QWidget::showEvent(event);
   changed();
+}
+
+QSize ActivityPanel::sizeHint() const {
+  const QSize hint = QWidget::sizeHint();
+  return {hint.width(), std::max(hint.height(), heightForWidth(width()))};
+}
+
+void ActivityPanel::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  if (event->oldSize().width() != event->size().width()) {
+    updateGeometry();
+  }
 }
 
 bool ActivityPanel::concerns(Doing doing) const {

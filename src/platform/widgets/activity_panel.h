@@ -30,8 +30,12 @@ class ActivityPanel : public QWidget {
   /// Without an activity in the context it stays empty. While a message box is up limits stand still.
   ActivityPanel(const LayoutContext& context, ActivityScope scope);
 
+  /// As high as the words are at the width that it has: it takes no more than that, and wrapped words no less.
+  [[nodiscard]] QSize sizeHint() const override;
+
  protected:
   void showEvent(QShowEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
 
  private:
   void arrange();
