@@ -68,7 +68,8 @@ bool Files::isMissing(const std::string& path) {
 
 std::string Files::behindLink(const std::string& path) {
   const std::wstring name = systemPath(path);
-  if (::GetFileAttributesW(name.c_str()) == INVALID_FILE_ATTRIBUTES || isPlainFile(name)) {
+  const DWORD attributes = ::GetFileAttributesW(name.c_str());
+  if (attributes == INVALID_FILE_ATTRIBUTES || (attributes & FILE_ATTRIBUTE_REPARSE_POINT) == 0 || isPlainFile(name)) {
     return path;
   }
   const Handle file(::CreateFileW(name.c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
