@@ -5,7 +5,6 @@
 #include <cstdlib>
 #include <fstream>
 #include <map>
-#include <regex>
 #include <set>
 #include <sstream>
 
@@ -26,10 +25,14 @@ constexpr const char* kTold =
     "OptionsShown PortChosen ProductCode ReadTimedOut RecoverChosen SelectedSystem SerialOnly SerialRead SerialStep TimedOut "
     "VersionPicked VersionsCompared VersionsComplete VersionsRead WizardPage";
 
-std::string inQuotes(std::string text) {
-  text = std::regex_replace(std::regex_replace(text, std::regex("\r"), "\\r"), std::regex("\n"), "\\n");
-  return "\"" + text + "\"";
+std::string replaced(std::string text, const std::string& what, const std::string& by) {
+  for (std::size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + by.size())) {
+    text.replace(at, what.size(), by);
+  }
+  return text;
 }
+
+std::string inQuotes(const std::string& text) { return "\"" + replaced(replaced(text, "\r", "\\r"), "\n", "\\n") + "\""; }
 
 struct Written {
   std::string operator()(bool value) const { return value ? "yes" : "no"; }
@@ -127,7 +130,7 @@ class Walk : Ground {
     } else if (verb == "page") {  // page ADDRESS TEXT: what the server has there; ~ ends a line
       std::string text;
       std::getline(words >> std::ws, text);
-      http.answer(kServer + name, std::regex_replace(text, std::regex("~"), "\r\n"));
+      http.answer(kServer + name, replaced(text, "~", "\r\n"));
     } else if (verb == "half-page") {  // it breaks off in its middle
       http.answer(kServer + name, ScriptedAnswer{.body = "1234", .headers = {{"content-length", "8"}}});
     } else if (verb == "no-page") {
@@ -144,12 +147,8 @@ class Walk : Ground {
   }
 
   /// Each run has a directory of its own, and each system its own sign between names.
-  std::string withoutDirectory(std::string text) const {
-    const std::string path = directory.path().string();
-    for (std::size_t at = text.find(path); at != std::string::npos; at = text.find(path, at)) {
-      text.replace(at, path.size(), "DIRECTORY");
-    }
-    return std::regex_replace(text, std::regex(R"(DIRECTORY\\)"), "DIRECTORY/");
+  [[nodiscard]] std::string withoutDirectory(const std::string& text) const {
+    return replaced(replaced(text, directory.path().string(), "DIRECTORY"), "DIRECTORY\\", "DIRECTORY/");
   }
 
   void step() {
