@@ -8,6 +8,8 @@
 #define WIN32_LEAN_AND_MEAN
 #endif
 #include <windows.h>
+// The system's names in capitals with A or W behind them must not become those of our own types.
+#undef MessageBox
 
 #include <functional>
 #include <string>
