@@ -233,6 +233,10 @@ void Wanderer::workPort() {
 
 void Wanderer::workPower(const std::string& text) {
   sim::Unit& unit = unit_->unit;
+  // Nobody puts another receiver in the place of the one that is at work, such as between two tries of one number.
+  const Form& top = *program_->host().onScreen().front();
+  const auto closed = [&top](const char* name) { return top.control(name) != nullptr && !top.control(name)->Enabled; };
+  const bool busy = closed("Command3") || closed("btnNext");
   const bool told = has(text, "Please turn on the power switch") || has(text, "cycle the power") || has(text, "turn it back on");
   if (!unit.isOn()) {
     if (chance(80)) {
@@ -240,7 +244,7 @@ void Wanderer::workPower(const std::string& text) {
     }
   } else if (chance(told && unit.state().phase != sim::Phase::Starting ? 40 : 1)) {
     unit.powerOff();
-  } else if (!wire_.isOpen() && chance(2)) {
+  } else if (!wire_.isOpen() && !busy && chance(2)) {
     connectUnit();
   }
 }
