@@ -66,12 +66,12 @@ MicGroup MicFile::filterLine() {
 
 int MicFile::percent() const {
   constexpr std::size_t kAll = 100;
-  return static_cast<int>(position_ * kAll / text_.size());
+  return text_.empty() ? 0 : static_cast<int>(position_ * kAll / text_.size());
 }
 
 void MicFile::beginLine() {
   ++line_;
-  if (text_[position_] == '\n') {
+  if (position_ < text_.size() && text_[position_] == '\n') {
     ++position_;
   }
 }

@@ -34,7 +34,7 @@ class MicFile {
   ModelLine modelLine();
   MicGroup filterLine();
 
-  /// How much of the text has been read, in percent, rounded down. To be called once a line was read.
+  /// How much of the text has been read, in percent, rounded down.
   [[nodiscard]] int percent() const;
 
  private:
