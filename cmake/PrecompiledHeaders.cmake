@@ -5,12 +5,11 @@ set(standard_headers
     <algorithm> <array> <charconv> <cstdint> <deque> <filesystem> <functional> <map> <memory> <optional> <span> <string>
     <string_view> <utility> <vector>)
 set(core_headers ${standard_headers} <QByteArray> <QCoreApplication> <QDir> <QFile> <QJsonDocument> <QJsonObject> <QString> <QTimer>)
-set(widgets_headers ${core_headers} <QApplication> <QBoxLayout> <QIcon> <QLabel> <QLineEdit> <QPainter> <QPushButton> <QScreen>)
 set(test_headers <gmock/gmock.h> <gtest/gtest.h>)
 
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   # ccache cannot see the set otherwise; and a compiler that starts with a set would collect garbage too early.
-  add_compile_options(-fpch-preprocess --param=ggc-min-heapsize=262144)
+  add_compile_options(-fpch-preprocess --param=ggc-min-heapsize=262144 -fPIC)
 endif()
 
 # Sources that are to share a set must be compiled with the same flags, so what brings flags stands here too.
@@ -27,8 +26,6 @@ firmlane_header_set(standard HEADERS ${standard_headers})
 firmlane_header_set(tests HEADERS ${standard_headers} ${test_headers} USES GTest::gmock)
 if(FIRMLANE_QT)
   firmlane_header_set(core HEADERS ${core_headers} USES Qt6::Core)
-  firmlane_header_set(core_tests HEADERS ${core_headers} ${test_headers} USES Qt6::Core GTest::gmock)
-  firmlane_header_set(widgets HEADERS ${widgets_headers} USES Qt6::Widgets)
 endif()
 
 # What includes much is compiled several sources at a time: most of its cost is what each source would do once more. Off in the
@@ -36,6 +33,6 @@ endif()
 option(FIRMLANE_BATCHES "Compile the tests and the rooms of Qt several sources at a time" ON)
 function(firmlane_in_batches target)
   if(FIRMLANE_BATCHES)
-    set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 5)
+    set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 10)
   endif()
 endfunction()

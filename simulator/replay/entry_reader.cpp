@@ -12,7 +12,7 @@ namespace firmlane::sim {
 
 namespace {
 
-constexpr std::size_t kMostBytes = std::size_t{1} << 16U;
+constexpr std::size_t kMostBytesOfEntry = std::size_t{1} << 16U;
 constexpr Micros kLatest = Micros{1000} * 3600 * kSecond;
 constexpr int kHighestPort = 16;
 
@@ -140,7 +140,7 @@ void takeHex(std::string_view word, Bytes& bytes) {
   }
   const auto byte = numberIn<std::uint8_t>(word.substr(0, star), 16);
   const auto count = star == word.size() ? std::size_t{1} : numberIn<std::size_t>(word.substr(star + 1));
-  if (count > kMostBytes - bytes.size()) {
+  if (count > kMostBytesOfEntry - bytes.size()) {
     refuse("more bytes than a record holds");
   }
   bytes.insert(bytes.end(), count, byte);

@@ -14,7 +14,7 @@ namespace {
 constexpr std::array<std::string_view, 4> kOnControls = {"click", "choose", "type", "close"};
 // Words that stood for less have a program that looks at them gone by the time it looks.
 constexpr Micros kLasting = 2 * kSecond;
-constexpr Micros kPatience = 20 * kSecond;
+constexpr Micros kPatienceOfScript = 20 * kSecond;
 
 std::string json(std::string_view text) {
   std::string result = "\"";
@@ -179,7 +179,7 @@ class Script {
   void step(std::size_t line) { text_ += "# line " + std::to_string(line) + " of the record\n"; }
   /// For as long as the record took from the step before to what is waited for, and some patience.
   void wait(const std::string& what, Micros cameAt) {
-    text_ += "wait " + what + " " + std::to_string((longer(cameAt - stepAt_) + kPatience) / kSecond) + "\n";
+    text_ += "wait " + what + " " + std::to_string((longer(cameAt - stepAt_) + kPatienceOfScript) / kSecond) + "\n";
     stepAt_ = std::max(stepAt_, cameAt);
   }
 

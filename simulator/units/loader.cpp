@@ -4,12 +4,11 @@
 #include <optional>
 
 #include "units/srecords.h"
+#include "units/unit_frames.h"
 
 namespace firmlane::sim {
 
 namespace {
-
-constexpr std::uint8_t kSevenBits = 0x7F;
 
 /// Start byte 1, the image plain or with the top bit of each byte ahead of the rest, the image's sum kept to seven bits. The
 /// image tells its length; one that does not ends with silence.

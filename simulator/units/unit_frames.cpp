@@ -8,7 +8,6 @@ namespace {
 constexpr std::uint8_t kStart = 0x02;
 constexpr std::uint8_t kRunEnd = 0x80;
 constexpr std::uint8_t kBootEnd = 0x3E;
-constexpr std::uint8_t kSevenBits = 0x7F;
 constexpr std::size_t kShortestFrame = 7;
 constexpr std::size_t kBootFrameSize = 9;
 constexpr std::size_t kLongestFrame = 32;

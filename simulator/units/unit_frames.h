@@ -9,6 +9,9 @@
 
 namespace firmlane::sim {
 
+/// What is left of a sum, and of each byte of a number.
+inline constexpr std::uint8_t kSevenBits = 0x7F;
+
 /// How a frame ends.
 enum class FrameEnd {
   Run,      // 80

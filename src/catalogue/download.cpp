@@ -11,8 +11,6 @@ namespace firmlane {
 
 namespace {
 constexpr std::size_t kChunk = 512;
-constexpr int kFullBar = 100;
-constexpr std::int16_t kUnderWay = 5;
 }  // namespace
 
 Download::Download(FormHost& host, HttpClient& http, const Files& files, FirmwareSet& set, const ListFetch& lists,
@@ -103,7 +101,7 @@ void Download::Inet1_StateChanged(int State) {
     case http_state::kConnecting:
     case http_state::kRequesting:
     case http_state::kRequestSent:
-      RegisterState = kUnderWay;
+      RegisterState = kRegistrationUnderWay;
       break;
     case http_state::kResponseReceived:
       if (!Registering && ContentLength == 0) {
@@ -112,7 +110,7 @@ void Download::Inet1_StateChanged(int State) {
       break;
     case http_state::kResponseCompleted:
       if (Registering) {
-        RegisterState = kUnderWay;
+        RegisterState = kRegistrationUnderWay;
       } else {
         takeBody();
       }

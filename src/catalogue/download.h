@@ -12,6 +12,9 @@
 
 namespace firmlane {
 
+/// RegisterState once the client has got going.
+inline constexpr std::int16_t kRegistrationUnderWay = 5;
+
 class Download {
  public:
   /// Takes over the client's StateChanged. `server` is scheme and host of the maker's web server.
@@ -40,7 +43,7 @@ class Download {
   std::int32_t ContentLength = 0;
   /// A registration is under way: states of the client are its own, and are noted in RegisterState.
   bool Registering = false;
-  /// 1 at the start of a registration, 5 once the client has got going.
+  /// 1 at the start of a registration, then kRegistrationUnderWay.
   std::int16_t RegisterState = 0;
 
  private:

@@ -9,7 +9,6 @@ namespace firmlane {
 namespace {
 
 constexpr char kListMark = '#';  // an error page begins with something else
-constexpr int kFullBar = 100;
 
 constexpr const char* kNoConnection =
     "Firmlane was unable to make a connection.\r\rMake sure that you are connected to the internet and try again.";

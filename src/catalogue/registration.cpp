@@ -16,7 +16,6 @@ constexpr int kTick = 1000;           // ms
 constexpr int kLook = 100;            // ms between two looks at TimedOut
 constexpr std::int16_t kTaken = 1;    // the server's answer for an entry that it took
 constexpr std::int16_t kStarted = 1;  // RegisterState: nothing heard of the request yet
-constexpr std::int16_t kUnderWay = 5;
 
 std::int16_t answerNumber(const std::string& answer) {
   constexpr const char* kWhite = " \t\r\n";
@@ -65,7 +64,7 @@ bool Registration::tryOnce() {
   form1_.Watchdog.start(kTick);
   const std::string answer = fetch();
   const std::int16_t number = state_.TimedOut ? std::int16_t{0} : answerNumber(answer);
-  while (download_.RegisterState != kUnderWay && !state_.TimedOut) {
+  while (download_.RegisterState != kRegistrationUnderWay && !state_.TimedOut) {
     host_.queue().WaitEvents();
   }
   if (state_.TimedOut) {

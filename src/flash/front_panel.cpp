@@ -15,7 +15,6 @@ constexpr int kBatchDigits = 64;
 constexpr int kVectorDigits = 128;
 constexpr int kVectorBatches = 2;
 constexpr int kDigitsPerValue = 2;
-constexpr int kDigitsPerByte = 4;
 constexpr int kProgressStep = 16;
 constexpr int kSevenBitBase = 128;
 constexpr int kVerdictLimit = 200;
@@ -156,7 +155,7 @@ void FrontPanel::sendValue(int position) {
   highestSent_ = std::max<int>(highestSent_, value);
   notes_.highestSent(highestSent_);
   host_.queue().PumpEvents();
-  supervision_.BytesSent = nearest(position, kDigitsPerByte);
+  supervision_.BytesSent = nearest(position, static_cast<int>(kDigitsPerByte));
   if (supervision_.BytesSent % kProgressStep == 0) {
     supervision_.UpdateProgress();
   }

@@ -11,7 +11,6 @@ namespace firmlane {
 namespace {
 
 constexpr std::size_t kDigitsPerValue = 2;
-constexpr std::size_t kDigitsPerByte = 4;
 
 /// Groups of the digit text by value: the character codes of "0" to "9" and "A" to "F".
 constexpr std::array<std::string_view, 16> kGroups = {"48", "49", "50", "51", "52", "53", "54", "55",

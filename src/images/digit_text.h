@@ -10,6 +10,8 @@ namespace firmlane {
 
 /// Digits of an image from which the sixteen-bit positions of a front panel stream can no longer reach its end.
 inline constexpr std::size_t kDigitTextLimit = 32767;
+/// Digits for each byte of the code.
+inline constexpr std::size_t kDigitsPerByte = 4;
 
 /// Value of a two-character hexadecimal text; a character that is no hexadecimal digit counts 0.
 std::uint8_t H2D(std::string_view text);

@@ -12,7 +12,6 @@ namespace {
 constexpr const char* kConvertedFile = file_name::kWirelessFront;
 constexpr const char* kWirelessSource = "FNTLCD.s19";
 constexpr const char* kVelarcSource = file_name::kVelarc2Front;
-constexpr int kDigitsPerByte = 4;
 constexpr std::size_t kBytesPerPass = 64;
 constexpr char kDataRecord = '1';
 constexpr char kLastRecord = '9';
@@ -20,7 +19,7 @@ constexpr char kLastRecord = '9';
 std::string numbered(const Failure& failure) { return failure.description() + ", " + std::to_string(failure.number()); }
 
 std::int16_t codeBytes(const std::string& digitText) {
-  return static_cast<std::int16_t>(nearest(static_cast<std::int32_t>(digitText.size()), kDigitsPerByte));
+  return static_cast<std::int16_t>(nearest(static_cast<std::int32_t>(digitText.size()), static_cast<int>(kDigitsPerByte)));
 }
 
 }  // namespace

@@ -14,8 +14,7 @@ constexpr std::size_t kCharacter = 2;
 constexpr std::size_t kType = 2;
 constexpr std::size_t kCount = 4;
 constexpr std::size_t kData = 16;
-constexpr std::size_t kFrame = 12;         // "S", type, count and line end
-constexpr std::size_t kDigitsPerByte = 4;  // two hexadecimal characters
+constexpr std::size_t kFrame = 12;  // "S", type, count and line end
 constexpr int kAddressAndChecksum = 3;
 
 bool isHex(char c) { return std::isxdigit(static_cast<unsigned char>(c)) != 0; }

@@ -12,13 +12,13 @@ constexpr std::uint8_t kWantToProgramMic = 80;
 constexpr std::size_t kSerialDigits = 6;
 
 // Sub-codes of want-to-program, one a processor.
-constexpr std::uint8_t kDsp = 1;
-constexpr std::uint8_t kHub = 33;
-constexpr std::uint8_t kRf1 = 48;
-constexpr std::uint8_t kFrontA = 53;
-constexpr std::uint8_t kFrontB = 58;
-constexpr std::uint8_t kRf2 = 64;
-constexpr std::uint8_t kFront = 80;
+constexpr std::uint8_t kProgramDsp = 1;
+constexpr std::uint8_t kProgramHub = 33;
+constexpr std::uint8_t kProgramRf1 = 48;
+constexpr std::uint8_t kProgramFrontA = 53;
+constexpr std::uint8_t kProgramFrontB = 58;
+constexpr std::uint8_t kProgramRf2 = 64;
+constexpr std::uint8_t kProgramFront = 80;
 
 /// A serial number as it travels: without the model digit in front.
 std::int32_t withoutModelDigit(std::int32_t serialNumber) {
@@ -78,18 +78,18 @@ void CommandSet::SetSerial() {
   sendRun(0, command_code::kSetSerial, data);
 }
 
-void CommandSet::Send_WantToProgram() { sendBoot(kWantToProgram, kDsp); }
+void CommandSet::Send_WantToProgram() { sendBoot(kWantToProgram, kProgramDsp); }
 
 void CommandSet::Send_WantToProgramNH() {
-  sendBoot(kWantToProgram, kHub);
+  sendBoot(kWantToProgram, kProgramHub);
   noteTimeSent();
 }
 
-void CommandSet::Send_WantToProgramRF1() { sendOpening(kRf1); }
-void CommandSet::Send_WantToProgramRF2() { sendOpening(kRf2); }
-void CommandSet::Send_WantToProgramFront() { sendOpening(kFront); }
-void CommandSet::Send_WantToProgramFront1() { sendOpening(kFrontA); }
-void CommandSet::Send_WantToProgramFront2() { sendOpening(kFrontB); }
+void CommandSet::Send_WantToProgramRF1() { sendOpening(kProgramRf1); }
+void CommandSet::Send_WantToProgramRF2() { sendOpening(kProgramRf2); }
+void CommandSet::Send_WantToProgramFront() { sendOpening(kProgramFront); }
+void CommandSet::Send_WantToProgramFront1() { sendOpening(kProgramFrontA); }
+void CommandSet::Send_WantToProgramFront2() { sendOpening(kProgramFrontB); }
 
 void CommandSet::SendWantToProgramMic() { sendBoot(kWantToProgramMic, 1); }
 

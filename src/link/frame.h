@@ -16,6 +16,9 @@ inline constexpr std::uint8_t kFrameStart = 0x02;
 inline constexpr std::uint8_t kRunFrameEnd = 0x80;
 inline constexpr std::uint8_t kBootFrameEnd = 0x3E;  // ">", twice
 
+/// Fewer bytes than this are no frame.
+inline constexpr std::size_t kSmallestFrame = 6;
+
 enum class FrameKind { RunFrame, BootFrame };
 
 /// The low 21 bits of a number as three groups of seven bits, high first.

@@ -11,14 +11,11 @@ namespace {
 
 constexpr std::uint8_t kAcknowledge = 'A';
 constexpr std::int16_t kExpectedEnd = 8;
-constexpr std::size_t kSmallestFrame = 6;
 constexpr std::size_t kIdAnswerLength = 17;
 constexpr int kCodeModulus = 127;
 constexpr int kIdlePasses = 20001;
 constexpr int kDelayInterval = 2;
 constexpr int kDelayTicks = 5;
-// A line that only ever brings the start of a frame must not fill the memory.
-constexpr std::size_t kLongestBuffer = 32767;
 
 /// Position from 1 of the first ">" at or behind `start`, 0 if there is none.
 std::int16_t findFrameEnd(const Bytes& bytes, std::int16_t start) {

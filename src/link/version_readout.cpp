@@ -20,11 +20,8 @@ constexpr const char* kFullSpeed = "57600,n,8,1";
 constexpr const char* kOldSpeed = "9600,n,8,1";
 constexpr const char* kVelarcSpeed = "19200,n,8,1";
 
-constexpr std::size_t kSmallestAnswer = 6;
 constexpr std::size_t kCodeIndex = 4;
 constexpr int kLastCodes = 110;
-// A line that brings the start of a frame and never an end must not fill the memory.
-constexpr std::size_t kLongestBuffer = 32767;
 
 std::string toText(const Bytes& bytes) { return {bytes.begin(), bytes.end()}; }
 
@@ -232,7 +229,7 @@ bool VersionReadout::startBuffer() {
 }
 
 bool VersionReadout::answerIsIn() const {
-  return state_.IdRxBuf.size() >= kSmallestAnswer && state_.IdRxBuf.find(static_cast<char>(kRunFrameEnd)) != std::string::npos;
+  return state_.IdRxBuf.size() >= kSmallestFrame && state_.IdRxBuf.find(static_cast<char>(kRunFrameEnd)) != std::string::npos;
 }
 
 }  // namespace firmlane

@@ -1,6 +1,7 @@
 // How a factory procedure ends: the page and the flags are made ready for the next unit.
 #pragma once
 
+#include <cstdint>
 #include <string>
 
 #include "link/receive_path.h"
@@ -8,6 +9,9 @@
 #include "progress/supervision.h"
 
 namespace firmlane {
+
+/// Where the production line's units are connected.
+inline constexpr std::int16_t kFactoryPort = 2;
 
 class FactoryLine {
  public:

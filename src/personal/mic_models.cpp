@@ -7,7 +7,6 @@
 namespace firmlane {
 
 namespace {
-constexpr std::int16_t kFactoryPort = 2;
 constexpr int kFull = 100;
 constexpr int kStartSeconds = 20;
 constexpr int kStartInterval = 1000;

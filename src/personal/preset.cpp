@@ -5,8 +5,6 @@
 namespace firmlane {
 
 namespace {
-constexpr int kReportInterval = 100;
-constexpr int kShortestAnswer = 8;
 }  // namespace
 
 Preset::Preset(SerialPort& port, CommandSet& commands, ReceivePath& receivePath, UnitAnswer& answer, RunState& state,

@@ -6,9 +6,6 @@
 namespace firmlane {
 
 namespace {
-constexpr std::int16_t kFactoryPort = 2;
-constexpr int kReportInterval = 100;
-constexpr int kShortestAnswer = 8;
 
 constexpr const char* kChangeIt = "Please click on 'Edit Number' to change it";
 }  // namespace

@@ -11,6 +11,10 @@ namespace firmlane {
 
 /// Seconds that a unit has for an answer in the factory's procedures.
 inline constexpr int kAnswerSeconds = 10;
+/// Bytes of the shortest answer to them: the receive event comes for that many.
+inline constexpr int kShortestAnswer = 8;
+/// Milliseconds between two of Timer3's reports while one of them runs.
+inline constexpr int kReportInterval = 100;
 
 class UnitAnswer {
  public:

@@ -10,6 +10,9 @@
 
 namespace firmlane {
 
+/// Value of a bar for something that is done.
+inline constexpr int kFullBar = 100;
+
 class WizardInCharge {
  public:
   WizardInCharge(const RunState& state, Form1& form1, FrmAuto& frmAuto, FrmVRCAuto& frmVRCAuto)

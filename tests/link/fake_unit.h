@@ -49,10 +49,13 @@ class FakeUnit {
   std::vector<int> heard_;
 };
 
-/// Codes of the commands, and a good ID answer of 17 bytes.
+/// Codes of the commands, and good answers: the ID of a receiver and its versions, then those of a Velarc.
 inline constexpr int kWho = 1;
 inline constexpr int kVersions = 94;
 inline constexpr int kReset = 114;
 inline const std::string kIdAnswer = "02 00 02 2C 02 00 00 02 1F 00 00 00 02 00 00 53 80";
+inline const std::string kVersionAnswer = "02 00 00 00 5F 02 05 02 0C 01 07 03 01 00 00 00 00 80";
+inline const std::string kVelarcId = "02 00 02 2C 02 00 00 05 01 02 00 00 01 00 00 38 80";
+inline const std::string kVelarcVersions = "02 00 00 00 69 01 02 03 05 00 04 01 00 06 02 01 09 00 80";
 
 }  // namespace firmlane::test

@@ -7,9 +7,6 @@
 namespace firmlane::test {
 namespace {
 
-const std::string kVersionAnswer = "02 00 00 00 5F 02 05 02 0C 01 07 03 01 00 00 00 00 80";
-const std::string kVelarcId = "02 00 02 2C 02 00 00 05 01 02 00 00 01 00 00 38 80";
-const std::string kVelarcVersions = "02 00 00 00 69 01 02 03 05 00 04 01 00 06 02 01 09 00 80";
 const std::string kResetFrame = "02 00 00 00 72 72 80";
 const std::string kWhoFrame = "02 00 00 00 01 01 80";
 const std::string kVersionsFrame = "02 00 00 00 5E 5E 80";

@@ -10,7 +10,7 @@ namespace firmlane {
 namespace {
 namespace page = classic_page;
 
-constexpr const char* kWelcome =
+constexpr const char* kFirstPageText =
     "Welcome to the Tolvex Firmlane!\r\r"
     "This Wizard will download the latest firmware and software from Tolvex "
     "and install your choices on your computer and Wireless Receiver";
@@ -114,7 +114,7 @@ void PageEngine::Command1_Click() {
 void PageEngine::backToStart() {
   activity_.forgetUnit();
   clearPage();
-  form1_.lblTop.Caption = kWelcome;
+  form1_.lblTop.Caption = kFirstPageText;
   form1_.lblTop.Show();
   form1_.Option1(0).Value = true;
   for (int i = 0; i <= 2; ++i) {
