@@ -9,10 +9,14 @@ set(test_headers <gmock/gmock.h> <gtest/gtest.h>)
 
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   # ccache cannot see the set otherwise; and a compiler that starts with a set would collect garbage too early.
-  add_compile_options(-fpch-preprocess --param=ggc-min-heapsize=262144 -fPIC)
+  add_compile_options(-fpch-preprocess --param=ggc-min-heapsize=262144)
+  if(NOT WIN32) # what Qt asks for, so that sources with and without it can share a set
+    add_compile_options(-fPIC)
+  endif()
 endif()
 
-# Sources that are to share a set must be compiled with the same flags, so what brings flags stands here too.
+# Sources that are to share a set must be compiled with the same flags, so what brings flags stands here too. Each set takes the
+# time of some ten sources to make: one more is worth it only for more than that.
 function(firmlane_header_set name)
   cmake_parse_arguments(ARG "" "" "HEADERS;USES" ${ARGN})
   set(empty ${CMAKE_BINARY_DIR}/precompiled/${name}.cpp)
@@ -28,9 +32,9 @@ if(FIRMLANE_QT)
   firmlane_header_set(core HEADERS ${core_headers} USES Qt6::Core)
 endif()
 
-# What includes much is compiled several sources at a time: most of its cost is what each source would do once more. Off in the
-# sanitize preset too, for the same reason. A source of the logic costs less than half a second and stays alone.
-option(FIRMLANE_BATCHES "Compile the tests and the rooms of Qt several sources at a time" ON)
+# A folder is compiled ten sources at a time: most of the cost is what each source would do once more. Off in the sanitize preset
+# too, for the same reason.
+option(FIRMLANE_BATCHES "Compile several sources of a folder at a time" ON)
 function(firmlane_in_batches target)
   if(FIRMLANE_BATCHES)
     set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 10)

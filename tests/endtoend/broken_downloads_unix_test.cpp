@@ -146,7 +146,7 @@ TEST_F(BrokenDownloads, NothingShortIsEverStoredAndNothingIsAskedForTwice) {
 TEST_F(BrokenDownloads, AKilledProgramLeavesTheOldSetOrTheNewOne) {
   std::mt19937 random(11);
   std::map<std::string, int> found;
-  const int kills = runs(100);
+  const int kills = runs(30);
   for (int i = 0; i <= kills; ++i) {
     Process console("firmlane-console", options());
     console.must("get RunState.WizardPage");  // it is up, and has put right what there was

@@ -22,35 +22,42 @@ std::pair<std::string, int> replayed(const QString& record, const QString& direc
   return {tool.readAll().toStdString(), tool.exitCode()};
 }
 
-TEST(LiveReplay, ARecordComesToItsEndAndADifferenceIsNamedWithItsPlace) {
+/// What of the record is edited, and what is told then; nothing edited plays to its end.
+struct Edit {
+  const char* name;
+  const char* was;
+  const char* is;
+  const char* told;
+};
+const Edit kEdits[] = {
+    {"nothing", "", "", "{\"replay\":\"done\"}\n"},
+    {"byte", "1E 01 1F 3E 3E", "1E 02 20 3E 3E", "line 38, 1.044517 s, the record has: sent 3:"},
+    {"box", "box none \"Tolvex Firmlane\" \"Failure programming", "box none \"Tolvex Firmlane\" \"No success programming",
+     "(line 52 of the record), wait MessageBox.text == \"No success programming Vel-Arc FLASH\""},
+    {"words", "Waiting for a Receiver reset", "Waiting for a reset", "line 33 of the record: says Form1.lblTop"},
+    {"sum", "sum B8CA871E44A16846", "sum B8CA871E44A16847", "line 34: file \"vrc.bin\" 20000 bytes sum B8CA871E44A16847"},
+};
+
+struct LiveReplay : testing::TestWithParam<Edit> {};
+
+TEST_P(LiveReplay, ARecordComesToItsEndAndADifferenceIsNamedWithItsPlace) {
   const QTemporaryDir directory;
   Process images("firmlane-simulator", {"--make-images", "5.3.0", "--dir", directory.path()});
   ASSERT_EQ(images.finish(), 0);
   QFile file(RECORDINGS "/refusal.txt");
   ASSERT_TRUE(file.open(QIODevice::ReadOnly));
   const QByteArray record = file.readAll();
-  struct Case {
-    const char* was;
-    const char* is;
-    const char* told;
-  };
-  for (const Case& c : {
-           Case{"", "", "{\"replay\":\"done\"}\n"},
-           Case{"1E 01 1F 3E 3E", "1E 02 20 3E 3E", "line 38, 1.044517 s, the record has: sent 3:"},
-           Case{"box none \"Tolvex Firmlane\" \"Failure programming", "box none \"Tolvex Firmlane\" \"No success programming",
-                "(line 52 of the record), wait MessageBox.text == \"No success programming Vel-Arc FLASH\""},
-           Case{"Waiting for a Receiver reset", "Waiting for a reset", "line 33 of the record: says Form1.lblTop"},
-           Case{"sum B8CA871E44A16846", "sum B8CA871E44A16847", "line 34: file \"vrc.bin\" 20000 bytes sum B8CA871E44A16847"},
-       }) {
-    QFile edited(directory.filePath("record.txt"));
-    ASSERT_TRUE(edited.open(QIODevice::WriteOnly));
-    edited.write(*c.was == '\0' ? record : QByteArray(record).replace(c.was, c.is));
-    edited.close();
-    const auto [told, status] = replayed(edited.fileName(), directory.path());
-    EXPECT_THAT(told, testing::HasSubstr(c.told));
-    EXPECT_EQ(status == 0, *c.was == '\0') << told;
-  }
+  const Edit& edit = GetParam();
+  const bool whole = *edit.was == '\0';
+  QFile edited(directory.filePath("record.txt"));
+  ASSERT_TRUE(edited.open(QIODevice::WriteOnly));
+  edited.write(whole ? record : QByteArray(record).replace(edit.was, edit.is));
+  edited.close();
+  const auto [told, status] = replayed(edited.fileName(), directory.path());
+  EXPECT_THAT(told, testing::HasSubstr(edit.told));
+  EXPECT_EQ(status == 0, whole) << told;
 }
+INSTANTIATE_TEST_SUITE_P(Edits, LiveReplay, testing::ValuesIn(kEdits), [](const auto& tested) { return tested.param.name; });
 
 }  // namespace
 }  // namespace firmlane::test
