@@ -53,7 +53,8 @@ TEST(QtEventSourceTest, AScaledClockRunsThatMuchFaster) {
   EXPECT_LT(taken, kSecond);
 }
 
-#ifdef Q_OS_WIN  // where the library's clock goes on while the program rests
+#ifdef Q_OS_WIN  // where the library's clock goes on while the program rests, and the system counts in ticks
+constexpr double kTick = 1.0 / 64;
 double processorSeconds() {
   constexpr double kTicks = 1e7;
   FILETIME unused{};
@@ -63,6 +64,7 @@ double processorSeconds() {
   return (kernel.dwLowDateTime + user.dwLowDateTime) / kTicks;
 }
 #else
+constexpr double kTick = 0;
 double processorSeconds() { return static_cast<double>(std::clock()) / CLOCKS_PER_SEC; }
 #endif
 
@@ -72,7 +74,7 @@ TEST(QtEventSourceTest, WaitingCostsNextToNoProcessorTime) {
   timer.start(100);
   const double before = processorSeconds();
   ground.run(kSecond);
-  EXPECT_LT(processorSeconds() - before, 0.02);
+  EXPECT_LT(processorSeconds() - before, 0.02 + 2 * kTick);
 }
 
 TEST(QtEventSourceTest, AnEndFromOutsideUnwindsEveryWait) {

@@ -24,7 +24,8 @@ struct Writing {
   const char* family;
   int points;
 };
-constexpr Writing kWritings[] = {{"usual", "", 0}, {"large", "", 18}, {"serif", "DejaVu Serif", 11}, {"other", "Noto Sans", 11}};
+constexpr Writing kWritings[] = {
+    {"usual", "", 0}, {"large", "", 18}, {"huge", "", 28}, {"serif", "DejaVu Serif", 11}, {"other", "Noto Sans", 11}};
 
 QPalette dark() {
   QPalette palette(QColor(0x3a, 0x3d, 0x40), QColor(0x2b, 0x2e, 0x31));

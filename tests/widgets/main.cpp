@@ -21,6 +21,12 @@ int main(int argc, char** argv) {
                     .toLatin1());
   screens.close();
   qputenv("QT_QPA_PLATFORM", "offscreen:configfile=" + screens.fileName().toLocal8Bit());
+#ifdef Q_OS_WIN
+  // Without a display Qt looks for fonts in a folder of its own, and draws each letter as a box as wide as it is high.
+  if (qEnvironmentVariableIsEmpty("QT_QPA_FONTDIR")) {
+    qputenv("QT_QPA_FONTDIR", qgetenv("SystemRoot") + "\\Fonts");
+  }
+#endif
   testing::InitGoogleTest(&argc, argv);
   const QApplication application(argc, argv);
   if (const QString usual = QStringLiteral("DejaVu Sans"); QFontDatabase::families().contains(usual)) {

@@ -111,7 +111,10 @@ class Checks {
       QWidget* focus = window_.focusWidget() != nullptr ? window_.focusWidget() : &window_;
       QKeyEvent tab(QEvent::KeyPress, Qt::Key_Tab, Qt::NoModifier);
       QApplication::sendEvent(focus, &tab);
-      reached.insert(window_.focusWidget());
+      const QWidget* at = window_.focusWidget();
+      if (reached.insert(at).second && at != nullptr && at->visibleRegion().isEmpty()) {
+        fault(*at, "is not seen when Tab has reached it");
+      }
     }
     for (const QWidget* control : controls_) {
       const bool link =

@@ -4,6 +4,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QScreen>
 #include <QStyle>
 #include <QStyleOptionButton>
 #include <QTextLayout>
@@ -20,6 +21,7 @@ constexpr int kCaptionLetters = 48;
 constexpr int kLeastLetters = 14;
 constexpr int kIconAir = 4;
 constexpr int kRemarkLetters = 30;
+constexpr int kRemarksAbreast = 4;   // on a screen, whatever the size of the writing
 constexpr double kLeastCover = 0.6;  // of its usual width
 constexpr double kMostCover = 1.6;
 constexpr int kLineAir = 8;  // above and below a line of a list
@@ -77,6 +79,10 @@ void PictureWidget::mouseReleaseEvent(QMouseEvent* event) {
     return;
   }
   QWidget::mouseReleaseEvent(event);
+}
+
+RoomyButton::RoomyButton(QWidget* parent) : QPushButton(parent) {
+  setSizePolicy({QSizePolicy::Preferred, QSizePolicy::Fixed, QSizePolicy::PushButton});
 }
 
 void RoomyButton::setCaption(const QString& caption) {
@@ -244,7 +250,9 @@ void Remark::setRemark(const QString& remark, bool present) {
   writing.setBold(present);
   setFont(writing);
   setForegroundRole(present ? QPalette::WindowText : QPalette::PlaceholderText);
-  setText(fontMetrics().elidedText(remark, Qt::ElideMiddle, kRemarkLetters * fontMetrics().averageCharWidth()));
+  const int room =
+      std::min(kRemarkLetters * fontMetrics().averageCharWidth(), screen()->availableSize().width() / kRemarksAbreast);
+  setText(fontMetrics().elidedText(remark, Qt::ElideMiddle, room));
   setToolTip(remark);
   beside_.setAccessibleDescription(remark);
   beside_.setIcon(pictureIcon(present ? "plug" : "nothing"));  // the empty one keeps the captions in line

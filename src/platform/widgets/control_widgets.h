@@ -45,7 +45,7 @@ class PictureWidget : public QWidget {
 /// A push button with air around its caption, however long that is, and a key that the caption does not show.
 class RoomyButton : public QPushButton {
  public:
-  explicit RoomyButton(QWidget* parent = nullptr) : QPushButton(parent) {}
+  explicit RoomyButton(QWidget* parent = nullptr);
   void setCaption(const QString& caption);
   /// Alt and this letter press the button.
   void setKey(Qt::Key letter);

@@ -216,10 +216,10 @@ bool FormWindow::event(QEvent* event) {
 QSize FormWindow::neededSize(int width) const {
   QSize needed = layout()->totalMinimumSize();
   width = std::max(width, needed.width());
-  int height = layout()->hasHeightForWidth() ? layout()->totalHeightForWidth(width) : needed.height();
+  int height = layout()->hasHeightForWidth() ? layout()->totalMinimumHeightForWidth(width) : needed.height();
   if (page_ != nullptr && page_->widget() != nullptr) {
     const QLayout* page = page_->widget()->layout();
-    const int pageWidth = page_->viewport()->width() + width - this->width();
+    const int pageWidth = page_->width() + width - this->width();
     const int whole =
         std::max(page->hasHeightForWidth() ? page->totalHeightForWidth(pageWidth) : 0, page->totalMinimumSize().height());
     height += std::max(0, whole - page_->minimumSizeHint().expandedTo(page_->minimumSize()).height());
@@ -237,7 +237,11 @@ void FormWindow::makeRoom() {
   }
   const QRect whole = screen()->availableGeometry();
   const QSize room = whole.size() - (frameGeometry().size() - size());
-  const QSize needed = neededSize(std::min(width(), room.width()));
+  QSize needed = neededSize(std::min(width(), room.width()));
+  if (page_ != nullptr && needed.height() > room.height()) {
+    const int bar = page_->verticalScrollBar()->sizeHint().width();  // takes nothing from the page
+    needed.setWidth(std::max(needed.width(), layout()->totalMinimumSize().width() + bar));
+  }
   const QSize wanted = size().expandedTo(needed).boundedTo(room);
   const QPoint middle = std::exchange(middle_, {}).value_or(frameGeometry().center());
   const bool hasGrown = middle != frameGeometry().center();  // by its layout, on its own
@@ -255,6 +259,15 @@ void FormWindow::makeRoom() {
   if (inside != pos()) {
     move(inside);
   }
+}
+
+/// The page scrolls by itself when Tab stays on it, not when it comes from the buttons.
+bool FormWindow::focusNextPrevChild(bool next) {
+  const bool moved = QDialog::focusNextPrevChild(next);
+  if (moved && page_ != nullptr && page_->isAncestorOf(focusWidget())) {
+    page_->ensureWidgetVisible(focusWidget());
+  }
+  return moved;
 }
 
 void FormWindow::keyPressEvent(QKeyEvent* event) {

@@ -72,6 +72,7 @@ class FormWindow : public QDialog {
 
  protected:
   bool event(QEvent* event) override;
+  bool focusNextPrevChild(bool next) override;
   void keyPressEvent(QKeyEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
 

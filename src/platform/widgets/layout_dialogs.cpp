@@ -1,5 +1,6 @@
 // The dialogs and the factory's panels.
 #include <QTimer>
+#include <algorithm>
 #include <vector>
 
 #include "platform/widgets/activity_panel.h"
@@ -14,9 +15,8 @@ namespace {
 constexpr int kPorts = 16;
 constexpr int kHintEveryMs = 1500;
 
-QVBoxLayout* dialog(FormWindow& window, int leastWidth = 0) {
-  auto* layout = new QVBoxLayout(&window);
-  layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+QVBoxLayout* dialogPage(int leastWidth = 0) {
+  auto* layout = new QVBoxLayout;
   layout->setSpacing(kSpacing + 2);
   layout->addStrut(leastWidth);
   return layout;
@@ -41,9 +41,10 @@ void keepHints(FormWindow& window, const LayoutContext& context, std::vector<Rem
 }  // namespace
 
 void layOutPort(FormWindow& window, const LayoutContext& context) {
-  auto* layout = dialog(window);
+  auto* layout = dialogPage();
   for (const char* name : {"Command2", "Command3"}) {
-    written(window[name], TypeSize::Text)->setMinimumHeight(44);
+    QWidget* button = written(window[name], TypeSize::Text);
+    button->setMinimumHeight(std::max(44, button->sizeHint().height()));
   }
   layout->addLayout(row({window["Command2"], window["Command3"]}));
   layout->addWidget(written(window["Label1"], TypeSize::Text, true));
@@ -64,7 +65,7 @@ void layOutPort(FormWindow& window, const LayoutContext& context) {
   layout->addWidget(ports);
   layout->addWidget(new ActivityPanel(context, ActivityScope::PortSearch));
   layout->addStretch();
-  layout->addLayout(row({nullptr, window["Command1"]}));
+  frameDialog(window, layout, new ButtonRow({nullptr, window["Command1"]}));
   keepHints(window, context, std::move(remarks));
   window.setDefaultButton("Command2");
   window.setDefaultButton("Command1");
@@ -75,7 +76,7 @@ void layOutVersion(FormWindow& window, const LayoutContext& context) {
     const char* name;
     const char* value;
   };
-  auto* layout = dialog(window, 360);
+  auto* layout = dialogPage(360);
   auto* serial = row({written(window["Label1"], TypeSize::Text), written(window["lblSN"], TypeSize::Heading)});
   serial->setStretch(1, 1);
   layout->addLayout(serial);
@@ -93,7 +94,7 @@ void layOutVersion(FormWindow& window, const LayoutContext& context) {
   layout->addLayout(table);
   layout->addWidget(new ActivityPanel(context, ActivityScope::Reading));
   layout->addStretch();
-  layout->addLayout(row({nullptr, window["Command1"]}));
+  frameDialog(window, layout, new ButtonRow({nullptr, window["Command1"]}));
   window.setDefaultButton("Command1");
 }
 
@@ -106,10 +107,9 @@ void layOutRecover(FormWindow& window, const LayoutContext& /*context*/) {
   upper->addWidget(sign, 0, Qt::AlignTop);
   upper->setSpacing(kMargin);
   upper->addLayout(column({pageText(window["lblMain"]), window["Label1"]}), 1);
-  auto* layout = dialog(window, 520);
+  auto* layout = dialogPage(520);
   layout->addLayout(upper, 1);
-  layout->addWidget(line());
-  layout->addLayout(row({nullptr, window["btnRecover"], window["btnComPort"], window["btnExit"]}));
+  frameDialog(window, layout, new ButtonRow({nullptr, window["btnRecover"], window["btnComPort"], window["btnExit"]}), true);
   window.setDefaultButton("btnComPort");  // the choice that changes nothing in the unit
   window.setKey("btnExit", Qt::Key_X);
   window.announce("lblMain");
@@ -125,27 +125,26 @@ void layOutAbout(FormWindow& window, const LayoutContext& context) {
   auto* upper = row({icon});
   upper->setSpacing(kMargin);
   upper->addLayout(words, 1);
-  auto* layout = dialog(window, 440);
+  auto* layout = dialogPage(440);
   layout->addLayout(upper, 1);
-  auto* buttons = row({nullptr, window["Command1"]});
+  RoomyButton* copy = nullptr;
   if (context.copyDetails) {
-    auto* copy = new RoomyButton;  // NOLINT(cppcoreguidelines-owning-memory): the layout's window owns it
+    copy = new RoomyButton(&window);
     copy->setText(QString::fromLatin1(kCopyDetails));
     copy->setAutoDefault(false);
     QObject::connect(copy, &QPushButton::clicked, copy, context.copyDetails);
-    buttons->insertWidget(0, copy);
   }
-  layout->addLayout(buttons);
+  frameDialog(window, layout, new ButtonRow({copy, nullptr, window["Command1"]}));
   window.setDefaultButton("Command1");
 }
 
 void layOutInHouse(FormWindow& window, const LayoutContext& /*context*/) {
-  auto* layout = dialog(window, 340);
+  auto* layout = dialogPage(340);
   layout->addWidget(written(window["Label1"], TypeSize::Heading));
   layout->addWidget(choices(window, "Processor", {"optUP(0)", "optUP(1)", "optUP(2)", "optUP(3)", "optUP(4)", "optUP(5)"}));
   layout->addStretch();
   layout->addWidget(window.described("prg", "Progress"));
-  layout->addLayout(row({nullptr, window["Command1"]}));
+  frameDialog(window, layout, new ButtonRow({nullptr, window["Command1"]}));
   window.setDefaultButton("Command1");
 }
 
@@ -154,7 +153,7 @@ void layOutDebug(FormWindow& window, const LayoutContext& /*context*/) {
     const char* name;
     const char* value;
   };
-  auto* layout = dialog(window, 540);
+  auto* layout = dialogPage(540);
   layout->addWidget(written(window["Label1"], TypeSize::Heading));
   auto* table = spaced(new QGridLayout);
   table->setHorizontalSpacing(24);
@@ -169,10 +168,11 @@ void layOutDebug(FormWindow& window, const LayoutContext& /*context*/) {
   table->setColumnStretch(1, 1);
   layout->addLayout(table);
   layout->addStretch();
+  frameDialog(window, layout, nullptr);
 }
 
 void layOutSerial(FormWindow& window, const LayoutContext& /*context*/) {
-  auto* layout = dialog(window, 360);
+  auto* layout = dialogPage(360);
   layout->addWidget(window["Label1"]);
   auto* number = row({window["Text1"]});
   number->setStretch(0, 1);
@@ -181,7 +181,7 @@ void layOutSerial(FormWindow& window, const LayoutContext& /*context*/) {
   layout->addLayout(number);
   window.nameBy("Label1", "Text1");
   layout->addStretch();
-  layout->addLayout(row({nullptr, window["btnOK"], window["btnCancel"]}));
+  frameDialog(window, layout, new ButtonRow({nullptr, window["btnOK"], window["btnCancel"]}));
   window.setDefaultButton("btnOK");
 }
 

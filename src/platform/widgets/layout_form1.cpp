@@ -100,9 +100,9 @@ void layOutForm1(FormWindow& window, const LayoutContext& context) {
   page->addStretch(0);
   page->addWidget(window["lblFAQ"]);
 
-  frameWizard(
-      window, *cover, page,
-      row({window["Command5"], window["Command1"], window["btnVRCrelnotef"], nullptr, window["Command3"], window["Command2"]}));
+  frameWizard(window, *cover, page,
+              new ButtonRow({window["Command5"], window["Command1"], window["btnVRCrelnotef"], nullptr, window["Command3"],
+                             window["Command2"]}));
   window.tellOnce("lblOutcome", "lblTop");
   window.setDefaultButton("Command3");
   window.setKey("Command3", Qt::Key_N);

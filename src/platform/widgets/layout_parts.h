@@ -7,6 +7,7 @@
 #include <QLabel>
 #include <initializer_list>
 
+#include "platform/widgets/button_row.h"
 #include "platform/widgets/control_widgets.h"
 #include "platform/widgets/form_window.h"
 #include "platform/widgets/looks.h"
@@ -77,8 +78,10 @@ inline QWidget* dimmed(QWidget* widget) {
 /// Choices of one group below each other.
 QWidget* choices(FormWindow& window, const char* group, std::initializer_list<std::string> options);
 
-/// The window's whole content: a picture down the left side, the page beside it, a line, and the buttons below. On a small screen
-/// the page scrolls; the buttons stay.
-void frameWizard(FormWindow& window, PictureWidget& cover, QVBoxLayout* page, QHBoxLayout* buttons);
+/// The window's whole content: a picture down the left side, the page beside it, a line, and the buttons below. Where the screen
+/// has no room for it the page scrolls; the buttons stay.
+void frameWizard(FormWindow& window, PictureWidget& cover, QVBoxLayout* page, ButtonRow* buttons);
+/// A dialog's: the page, a line if they are `parted`, and the buttons below, if there are any.
+void frameDialog(FormWindow& window, QVBoxLayout* page, ButtonRow* buttons, bool parted = false);
 
 }  // namespace firmlane

@@ -37,7 +37,7 @@ void layOutWizard(FormWindow& window, const LayoutContext& context) {
   number->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
   number->setAccessibleDescription(QStringLiteral("Number of the page"));
   number->setMinimumWidth(40);
-  frameWizard(window, *cover, page, row({number, nullptr, window["btnBack"], window["btnNext"], window["cmdQuit"]}));
+  frameWizard(window, *cover, page, new ButtonRow({number, nullptr, window["btnBack"], window["btnNext"], window["cmdQuit"]}));
   window.setDefaultButton("btnNext");
   window.setKey("btnBack", Qt::Key_B);
   window.setKey("btnNext", Qt::Key_N);

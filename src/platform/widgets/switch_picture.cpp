@@ -2,6 +2,7 @@
 
 #include <QPainter>
 #include <QPainterPath>
+#include <QScreen>
 
 namespace firmlane {
 
@@ -9,7 +10,8 @@ namespace {
 
 // Drawn on a sheet of this size, which is scaled to the widget.
 constexpr QSizeF kSheet(172, 74);
-constexpr double kLines = 4.2;  // of text, high
+constexpr double kLines = 4.2;          // of text, high
+constexpr double kMostOfScreen = 0.25;  // wide, however large the text
 
 constexpr QRgb kCase = 0xff1d3445;
 constexpr QRgb kDeep = 0xff0f222f;
@@ -76,7 +78,8 @@ SwitchPicture::SwitchPicture(QWidget* parent) : QWidget(parent) {
 }
 
 QSize SwitchPicture::sizeHint() const {
-  return kSheet.scaled(1e6, fontMetrics().height() * kLines, Qt::KeepAspectRatio).toSize();
+  return kSheet.scaled(screen()->availableSize().width() * kMostOfScreen, fontMetrics().height() * kLines, Qt::KeepAspectRatio)
+      .toSize();
 }
 
 void SwitchPicture::paintEvent(QPaintEvent* /*event*/) {
