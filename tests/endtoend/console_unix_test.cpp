@@ -42,6 +42,14 @@ TEST_F(EndToEndTest, QuitEndsInTheMiddleOfAWaitAndExitWithItsQuestion) {
   EXPECT_THAT(console.events().last().toStdString(), testing::HasSubstr("\"end\""));
 }
 
+TEST_F(EndToEndTest, AScriptMayComeFromAnEditorOfWindows) {
+  Process console("firmlane-console", consoleOptions("/dev/null", "1"));
+  console.must(QStringLiteral("\uFEFFget RunState.WizardPage\r"));
+  console.must("click Form1.Command3\r");
+  console.must("quit\r");
+  EXPECT_EQ(console.finish(), 0);
+}
+
 TEST_F(EndToEndTest, AWrongOptionEndsWithStatusTwo) {
   for (const QStringList& options :
        {QStringList{"--what"}, QStringList{"--port", "17=/dev/null"}, QStringList{"--time-scale", "0.5"},

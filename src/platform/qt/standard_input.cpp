@@ -12,7 +12,7 @@ StandardInput::StandardInput(std::function<void(const std::string&)> line, std::
 
 void StandardInput::end() {
   if (!pending_.empty()) {
-    line_(std::exchange(pending_, {}));  // a last line without its end
+    endLine();  // a last line without its end
   }
   if (endOfFile_ == EndOfFile::Ends || InputReader::isPipe()) {
     ended_();
@@ -27,9 +27,19 @@ void StandardInput::split(std::string_view bytes) {
     if (end == std::string_view::npos) {
       return;
     }
-    line_(std::exchange(pending_, {}));
+    endLine();
     bytes.remove_prefix(end + 1);
   }
+}
+
+/// The editors and shells of Windows put a mark before the first line that says that UTF-8 follows.
+void StandardInput::endLine() {
+  constexpr std::string_view kMark = "\xEF\xBB\xBF";
+  std::string line = std::exchange(pending_, {});
+  if (!std::exchange(begun_, true) && line.starts_with(kMark)) {
+    line.erase(0, kMark.size());
+  }
+  line_(line);
 }
 
 void StandardInput::drain(int milliseconds) { reader_.drain(milliseconds); }

@@ -21,8 +21,8 @@ class StandardInput {
   /// so that a program can run in the background of a script.
   enum class EndOfFile { Ends, MeansNoLines };
 
-  /// `line` takes each line, without its end; `ended` is called once when the input has ended. Of a line beyond kLongest bytes
-  /// only the first kLongest + 1 are kept.
+  /// `line` takes each line, without its end and without a UTF-8 mark before the first; `ended` is called once when the input has
+  /// ended. Of a line beyond kLongest bytes only the first kLongest + 1 are kept.
   StandardInput(std::function<void(const std::string&)> line, std::function<void()> ended, EndOfFile endOfFile);
 
   /// Takes in what comes until nothing has come for this long, in real time and without the event loop.
@@ -33,11 +33,13 @@ class StandardInput {
  private:
   void end();
   void split(std::string_view bytes);
+  void endLine();
 
   std::function<void(const std::string&)> line_;
   std::function<void()> ended_;
   EndOfFile endOfFile_;
   std::string pending_;
+  bool begun_ = false;
   InputReader reader_;
 };
 
