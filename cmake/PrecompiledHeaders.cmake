@@ -10,7 +10,9 @@ set(test_headers <gmock/gmock.h> <gtest/gtest.h>)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   # ccache cannot see the set otherwise; and a compiler that starts with a set would collect garbage too early.
   add_compile_options(-fpch-preprocess --param=ggc-min-heapsize=262144)
-  if(NOT WIN32) # what Qt asks for, so that sources with and without it can share a set
+  if(WIN32) # what Qt asks for, so that sources with and without it can share a set
+    add_compile_definitions(MINGW_HAS_SECURE_API=1)
+  else()
     add_compile_options(-fPIC)
   endif()
 endif()
