@@ -14,7 +14,7 @@
 namespace firmlane::test {
 namespace {
 
-constexpr Micros kLook = 100 * kMillisecond;
+constexpr Micros kPause = 2 * kSecond;
 struct WalkOver {};
 
 /// What of the run state a walk tells. The versions and records stand on the forms.
@@ -51,6 +51,12 @@ struct Written {
 /// What old hands read about the frames goes with the bytes, not with the pages.
 bool isDiagnosis(const std::string& name) {
   return name.starts_with("msg") || name == "txtstat" || name == "txtlen" || name == "txtQtime" || name == "txtSent";
+}
+
+/// What shows how far an operation is, other than where it begins and where it ends.
+bool isUnderWay(const Control& control) {
+  const auto* bar = dynamic_cast<const ProgressBar*>(&control);
+  return bar != nullptr ? bar->Value > 0 && bar->Value < bar->Max : control.name() == "lblProgressInfo";
 }
 
 std::string wordsOf(const Activity& activity) {
@@ -93,10 +99,10 @@ class Walk : Ground {
   std::string play() {
     program_ = std::make_unique<Program>(platformOver(*this), build_);
     screen.press = [this](MessageButton button) { program_->host().answer(button); };
-    screen.onChange = [this](Control& control) { changed_.insert(&control); };
-    const auto listening = program_->activity().listen([this] { changed_.insert(nullptr); });
-    tell(true, false);
-    time.after(kLook, [this] { step(); });
+    screen.onChange = [this](Control& control) { tellChange(control); };
+    const auto listening = program_->activity().listen([this] { tellState(); });
+    tellAll(false);
+    time.after(kPause, [this] { step(); });
     try {
       program_->start();
       for (;;) {
@@ -104,8 +110,8 @@ class Walk : Ground {
       }
     } catch (const WalkOver&) {
     } catch (const ProgramEnded&) {
-      tell(true);
-      told_ << "the program has ended\n";
+      tellAll();
+      say("the program has ended");
     }
     return withoutDirectory(told_.str());
   }
@@ -152,28 +158,16 @@ class Walk : Ground {
   }
 
   void step() {
-    tell(true);
+    tellAll();
     if (steps_.empty()) {
       throw WalkOver();
     }
     const std::string step = steps_.front();
     steps_.pop_front();
-    told_ << "> " << step << "\n";
-    looks_ = 20;
+    say("> " + step);
+    pause_ = kPause;
     act(step);
-    look();
-  }
-
-  /// What comes and goes while an operation runs is told too, all but the bars.
-  void look() {
-    if (--looks_ > 0) {
-      if (!changed_.empty()) {
-        tell(false);
-      }
-      time.after(kLook, [this] { look(); });
-    } else {
-      step();
-    }
+    time.after(pause_, [this] { this->step(); });
   }
 
   void act(const std::string& step) {
@@ -215,35 +209,50 @@ class Walk : Ground {
     } else if (verb == "plug") {
       wires.find(1)->openFailure.reset();
     } else if (verb == "wait") {
-      looks_ = std::stoi(name) * 10;
+      pause_ = std::stoi(name) * kSecond;
     } else {
       refused = "no such thing on the screen";
     }
     if (refused) {
-      told_ << "refused: " << *refused << "\n";
+      say("refused: " + *refused);
     }
   }
 
-  /// Writes what differs from the last look.
-  void tell(bool atRest, bool aloud = true) {
+  /// A change is told as it happens and in its order, all but the steps of a bar: what had changed before goes first.
+  void tellChange(const Control& control) {
+    if (!isDiagnosis(control.name()) && !isUnderWay(control)) {
+      tellState();
+      tellProperties(control, true);
+    }
+  }
+
+  void tellAll(bool aloud = true) {
+    tellState(aloud);
     for (const Form* form : program_->host().forms()) {
-      tellProperties(form->name(), *form, atRest, aloud);
+      for (const PropertyBase* property : form->properties()) {
+        tellValue(form->name() + "." + property->name(), held(*property), aloud);
+      }
       for (const Control* control : form->controls()) {
-        if (isDiagnosis(control->name()) || !(atRest || changed_.contains(control))) {
-          continue;
+        if (!isDiagnosis(control->name())) {
+          tellProperties(*control, aloud);
         }
-        tellProperties(form->name() + "." + control->name(), *control, atRest, aloud);
       }
     }
+  }
+
+  void tellState(bool aloud = true) {
     std::istringstream fields(kTold);
     for (std::string field; fields >> field;) {
       tellValue(field, *runStateField(program_->state(), field), aloud);
     }
     tellValue("activity", wordsOf(program_->activity()), aloud);
     for (const int port : {1, 2}) {
-      const VirtualWire* wire = wires.find(port);
-      const bool open = wire != nullptr && wire->isOpen();
-      tellValue("port " + std::to_string(port), open ? wordsOf(*wire->settings()) : "closed", aloud);
+      if (const VirtualWire* wire = wires.find(port)) {
+        tellValue("port " + std::to_string(port), wire->isOpen() ? wordsOf(*wire->settings()) : "closed", aloud);
+      }
+    }
+    for (; shown_ < screen.log().size(); ++shown_) {
+      say(screen.log()[shown_]);
     }
     tellValue("unit", bench_ ? versionsOf(bench_->unit) : "", aloud);
     const auto& box = program_->host().messageBox();
@@ -251,25 +260,37 @@ class Walk : Ground {
     tellValue("asked the server for", http.requests().empty() ? "" : http.requests().back(), aloud);
     tellValue("opened", desktop.documents.empty() ? "" : desktop.documents.back(), aloud);
     tellValue("started", desktop.programs.empty() ? "" : desktop.programs.back(), aloud);
-    changed_.clear();
   }
 
-  void tellProperties(const std::string& owner, const PropertyOwner& of, bool atRest, bool aloud) {
-    const auto* control = dynamic_cast<const Control*>(&of);
-    const bool moving =
-        control != nullptr && (control->kind() == ControlKind::ProgressBar || control->name() == "lblProgressInfo");
-    for (const PropertyBase* property : of.properties()) {
-      if (atRest || !moving || property->name() == "visible") {
-        std::visit([&](const auto& value) { tellValue(owner + "." + property->name(), RunStateValue(value), aloud); },
-                   property->value());
+  /// What went out before goes first.
+  void say(const std::string& line) {
+    constexpr std::size_t kFrame = 30;
+    for (const int port : {1, 2}) {
+      const VirtualWire* wire = wires.find(port);
+      if (wire != nullptr && sent_[port] < wire->sent().size()) {
+        const ByteSpan more = ByteSpan(wire->sent()).subspan(sent_[port]);
+        told_ << "sent on port " << port << ": " << (more.size() < kFrame ? hex(more) : std::to_string(more.size()) + " bytes")
+              << "\n";
+        sent_[port] = wire->sent().size();
       }
     }
+    told_ << line << "\n";
+  }
+
+  void tellProperties(const Control& control, bool aloud) {
+    for (const PropertyBase* property : control.properties()) {
+      tellValue(control.form().name() + "." + control.name() + "." + property->name(), held(*property), aloud);
+    }
+  }
+
+  static RunStateValue held(const PropertyBase& property) {
+    return std::visit([](const auto& value) { return RunStateValue(value); }, property.value());
   }
 
   void tellValue(const std::string& name, RunStateValue value, bool aloud) {
     RunStateValue& last = last_[name];
     if (aloud && last != value) {
-      told_ << name << " = " << std::visit(Written{}, value) << "\n";
+      say(name + " = " + std::visit(Written{}, value));
     }
     last = std::move(value);
   }
@@ -285,9 +306,10 @@ class Walk : Ground {
   std::deque<std::string> steps_;
   std::unique_ptr<Program> program_;
   std::map<std::string, RunStateValue> last_;
-  std::set<const Control*> changed_;  // since the last look; null stands for the activity
+  std::map<int, std::size_t> sent_;  // of that, told
+  std::size_t shown_ = 0;
   std::ostringstream told_;
-  int looks_ = 0;
+  Micros pause_ = 0;
 };
 
 std::vector<std::string> walks() {
