@@ -10,11 +10,12 @@ set(test_headers <gmock/gmock.h> <gtest/gtest.h>)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   # ccache cannot see the set otherwise; and a compiler that starts with a set would collect garbage too early.
   add_compile_options(-fpch-preprocess --param=ggc-min-heapsize=262144)
-  if(WIN32) # what Qt asks for, so that sources with and without it can share a set
-    add_compile_definitions(MINGW_HAS_SECURE_API=1)
-  else()
+  if(NOT WIN32) # what Qt asks for, so that sources with and without it can share a set
     add_compile_options(-fPIC)
   endif()
+endif()
+if(WIN32 AND FIRMLANE_QT) # there it defines what the tests' set reads
+  set(tests_platform Qt6::Platform)
 endif()
 
 # Sources that are to share a set must be compiled with the same flags, so what brings flags stands here too. Each set takes the
@@ -29,7 +30,7 @@ function(firmlane_header_set name)
 endfunction()
 
 firmlane_header_set(standard HEADERS ${standard_headers})
-firmlane_header_set(tests HEADERS ${standard_headers} ${test_headers} USES GTest::gmock)
+firmlane_header_set(tests HEADERS ${standard_headers} ${test_headers} USES GTest::gmock ${tests_platform})
 if(FIRMLANE_QT)
   firmlane_header_set(core HEADERS ${core_headers} USES Qt6::Core)
 endif()

@@ -54,7 +54,7 @@ function(firmlane_tests folder)
   string(REPLACE "/" "_" name ${folder})
   add_executable(test_${name} ${sources})
   target_include_directories(test_${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests/support)
-  target_link_libraries(test_${name} PRIVATE ${ARG_USES} test_support GTest::gmock GTest::gtest_main)
+  target_link_libraries(test_${name} PRIVATE ${ARG_USES} test_support GTest::gmock GTest::gtest_main ${tests_platform})
   target_precompile_headers(test_${name} REUSE_FROM precompiled_tests)
   firmlane_in_batches(test_${name})
   if(CMAKE_CROSSCOMPILING) # one run of the other system's programs is dear
