@@ -100,9 +100,9 @@ TEST_F(TableTest, DisplayNamesAndRecordsFillTheCurrentColumn) {
 
 TEST_F(TableTest, UnreadableDisplayNamesAreToldAndTheRestGoesOn) {
   world.screen.answerOthers();
-  world.form1.List1.Lines = {"DSP V1.05-May", "Hub 1.5"};
+  world.form1.List1.Lines = {"DSP V1.05-May", "Hub V-1-5"};
   table.ParseVersions();
-  EXPECT_EQ(world.frmAuto.DSPC.Caption, "1.05");
+  EXPECT_EQ(world.frmAuto.DSPC.Caption.get() + " " + world.frmAuto.HUBC.Caption.get(), "1.05 0.00");
   world.form1.List1.Lines = std::vector<std::string>(12, "X V1-y");
   table.ParseVersions();
   velarcTable.ParseVersions();

@@ -139,6 +139,8 @@ TEST_F(Lists, AnAnswerThatIsNoListEndsOnPage50) {
     http.answer(url, "<html>");
     fetch(software);
     EXPECT_EQ(page(), std::string("50 status: ") + kNoList);
+    EXPECT_EQ(outcome(form1),
+              "failure: The Firmlane was unable to find a list of currently available software on Tolvex's website.");
     EXPECT_EQ(form1.ProgressBar1.Value, 100);
     EXPECT_EQ(frmAuto.lblMain.Caption.get().empty(), software) << "the wizard waits for no list of software";
   }
@@ -209,6 +211,9 @@ TEST_F(Lists, AFailureIsToldInABoxAndKeepsWhatWasRead) {
   EXPECT_THAT(boxes(), ElementsAre("!Error trying to connect: The list names more than 21 versions (#9)"));
   EXPECT_EQ(form1.List1.ListCount(), 22);
   EXPECT_EQ(lists.SoftwareUrls[20], "u20");
+  lists.FirmwareUrls[0] = "u0";
+  lists.clearUrls();
+  EXPECT_EQ(lists.SoftwareUrls[20] + lists.FirmwareUrls[0], "");
   EXPECT_FALSE(state.CatalogueReady);
 
   http.answer(maker("/LWX/updateV4.txt"), kList + std::string(40000, 'x'));

@@ -57,6 +57,8 @@ TEST(UpdateListText, FirmwareListsAtTheirEdges) {
       {"no bar at all", "#WLS REMOTE V", " #5"},
       {"REMOTE in a location ends there", "#WLS|a V|b REMOTE c\n|d V|e\n", "a V>b REMOTE c;"},
       {"v instead of V", "#WLS|a|b\nREMOTE|v", "a>b;"},
+      {"v as the first letter of a location", "#WLS|a|v\nREMOTE", "a>v;\n>none; #5"},
+      {"an empty name further down", "#WLS|a V|b\nV||c\nREMOTE|V", "a V>b;>c;"},
   };
   for (const auto& [name, text, expected] : cases) {
     EXPECT_EQ(told(readFirmwareList(text, "WLS", 0)), expected) << name;

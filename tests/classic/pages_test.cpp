@@ -225,6 +225,7 @@ TEST_F(PagesTest, AFrontPanelWithoutAnImageIsNotErased) {
     int option;
   };
   velarcFrontReady_ = false;
+  state_.DebugView = true;
   for (const Case& c : {Case{"WS", 4}, Case{"VC", 2}, Case{"VC", 3}}) {
     log_.clear();
     state_.ProductCode = c.product;
@@ -238,6 +239,9 @@ TEST_F(PagesTest, AFrontPanelWithoutAnImageIsNotErased) {
     EXPECT_THAT(top(), testing::StartsWith("If you are ready to Update")) << "nothing waits for the unit";
     EXPECT_THAT(form1_.lblOutcome.Caption.get(), testing::StartsWith("There is no image to program"));
   }
+  const FrmDBUG& view = world_.frmDBUG;
+  EXPECT_EQ(view.lblStage.Caption.get() + ", " + view.lblBytes.Caption.get() + ", " + view.lblErrors.Caption.get(),
+            "Waiting for Receiver response, 0, Ready to start programming front");
 }
 
 }  // namespace

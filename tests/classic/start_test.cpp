@@ -11,6 +11,7 @@ TEST_F(StartTest, ThePageOfTheStartComesWhateverStoodThere) {
   state_.FactoryFirstPass = false;
   receive_.RxBuffer = bytes("02 00 1F");
   receive_.FrameLength = {};
+  receive_.RxSearchStart = 5;
   form1_.lblTop.Hide();
   form1_.frmUC.Show();
   for (int i = 0; i <= 2; ++i) {
@@ -26,6 +27,7 @@ TEST_F(StartTest, ThePageOfTheStartComesWhateverStoodThere) {
   EXPECT_EQ(state_.WizardPage, -2);
   EXPECT_FALSE(state_.CatalogueReady || state_.InHouseBuild || state_.DebugView || !state_.FactoryFirstPass);
   EXPECT_TRUE(receive_.RxBuffer.empty());
+  EXPECT_EQ(receive_.RxSearchStart, 1);
   EXPECT_EQ(receive_.FrameLength[31], 8) << "no report of a boot loader would ever be complete";
 }
 

@@ -341,7 +341,7 @@ TEST_F(FlashRunTest, ARunIsRefusedWithoutItsImage) {
     state_.FlashTarget = target;
     EXPECT_THROW(processors_.requireImage(), Failure) << file;
     image(file, 0);
-    EXPECT_THROW(processors_.requireImage(), Failure) << "empty " << file;
+    EXPECT_THAT([this] { processors_.requireImage(); }, testing::ThrowsMessage<Failure>(std::string(file) + " is empty"));
     image(file, 1);
     EXPECT_NO_THROW(processors_.requireImage()) << file;
   }

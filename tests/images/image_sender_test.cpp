@@ -51,10 +51,10 @@ class ImageSenderTest : public testing::Test {
 TEST_F(ImageSenderTest, BytesOnTheWireOfEitherForm) {
   std::string before;
   for (const auto& [product, vrc2, content, wire] : {std::tuple{"WS", false, "80 7F FF 00", "01 80 7F FF 00 7E"},
-                                                   {"VC", true, "80 80 80", "01 80 80 80 00"},
-                                                   {"VC", false, "80 7F FF 00", "01 01 00 00 7F 01 7F 00 00 7E"},
-                                                   {"VC", false, "", "01 00"},
-                                                   {"WS", true, "", "01 00"}}) {
+                                                     {"VC", true, "80 80 80", "01 80 80 80 00"},
+                                                     {"VC", false, "80 7F FF 00", "01 01 00 00 7F 01 7F 00 00 7E"},
+                                                     {"VC", false, "", "01 00"},
+                                                     {"WS", true, "", "01 00"}}) {
     world_.state.ProductCode = product;
     world_.state.UnitIsVrc2 = vrc2;
     form1_.Watchdog.setInterval(1000);
@@ -133,6 +133,7 @@ TEST_F(ImageSenderTest, AMissingFileSendsNothingAndLeavesTheLimitInForce) {
   for (const auto dump : {&ImageSender::DumpFile2, &ImageSender::DumpFile3}) {
     world_.screen.answerNext(MessageButton::OK);
     (sender_.*dump)(world_.files.path("nowhere.bin"));
+    EXPECT_EQ(world_.mainPort.receiveThreshold(), dump == &ImageSender::DumpFile3 ? 1 : 9);
   }
   ASSERT_EQ(world_.screen.boxes().size(), 2U);
   EXPECT_EQ(sent(), "");

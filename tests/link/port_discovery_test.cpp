@@ -98,6 +98,11 @@ TEST_F(PortDiscoveryTest, WhatIsNotAnAnswerInTimeIsNoUnitAndHidesNone) {
   unitOn(5);
   search();
   EXPECT_EQ(state_.ComPort, 5);
+  unitOn(1);
+  form_.Show();
+  world_.mainPort.Open();
+  search();
+  EXPECT_EQ(state_.ComPort, 1) << "the port was left open";
 }
 
 TEST_F(PortDiscoveryTest, ALateAnswerOfOneSearchIsNoUnitInTheNext) {

@@ -115,6 +115,15 @@ TEST_F(VersionReadoutTest, ASilentLineIsAskedEveryTickAndTheSpeedChangesEveryTwo
   // At full speed ticks 1 to 19, the reset of the beginning and its question; then the tick that came back to it and 19 more.
   EXPECT_EQ(fast.count(kReset), 1 + 19 + 20);
   EXPECT_EQ(fast.count(kWho), 1 + 19 + 20);
+  form_.Show();
+  EXPECT_TRUE(state_.LegacyLink);
+  tryAgain();
+  world_.after(50 * kMillisecond, [&] { tryAgain(); });
+  world_.run(kSecond);
+  EXPECT_FALSE(state_.LegacyLink) << "the search starts over";
+  EXPECT_EQ(wire_.settings()->baud, 57600);
+  EXPECT_EQ(fast.count(kReset), 1 + 19 + 20 + 2 + 9);
+  EXPECT_EQ(fast.count(kWho), 1 + 19 + 20 + 1 + 9) << "of two tries the last asks";
 }
 
 TEST_F(VersionReadoutTest, GarbledVersionsAreAskedForAgain) {

@@ -121,8 +121,8 @@ TEST_F(SerialPortTest, AUnitThatHoldsTheLineBackHoldsTheWriteBack) {
   world_.after(50 * kSecond, [&] { wire_.holdBack(false); });
   world_.after(50 * kSecond + 5 * kMillisecond, [&] { wire_.holdBack(true); });  // a unit that takes a little lives
   world_.after(100 * kSecond, [&] { wire_.holdBack(false); });
-  for (int i = 0; i < 200; ++i) {
-    port_.Write({0x55});
+  for (int i = 0; i < 2; ++i) {
+    port_.Write(Bytes(200, 0x55));
   }
   EXPECT_GE(world_.time.now(), 100 * kSecond);
 }
@@ -148,8 +148,9 @@ TEST_F(SerialPortTest, ExitEndsAWriteThatIsHeldBack) {
   port_.Open();
   wire_.holdBack(true);
   world_.after(5 * kSecond, [&] { world_.queue.post([] { throw ProgramEnded{}; }); });
+  int written = 0;
   const auto writeOn = [&] {
-    for (;;) {
+    for (;; ++written) {
       port_.Write({0x55});
     }
   };
@@ -157,6 +158,7 @@ TEST_F(SerialPortTest, ExitEndsAWriteThatIsHeldBack) {
   EXPECT_EQ(world_.time.now() / kSecond, 5);
   world_.after(5 * kSecond, [&] { wire_.vanish(); });
   EXPECT_EQ(failureOf(writeOn), kGone);
+  EXPECT_EQ(written, 65) << "what has not left is not taken for written";
   EXPECT_EQ(world_.time.now() / kSecond, 10);
 }
 
@@ -194,6 +196,7 @@ TEST_F(SerialPortTest, APulledAdapterIsAClosedPortThatSaysSo) {
   port_.OnComm = [] { ADD_FAILURE() << "bytes of a closed port"; };
   port_.Open();
   wire_.deliver(Bytes(1, 0x41));
+  port_.Write(Bytes(64, 0x55));
   wire_.vanish();
   EXPECT_FALSE(port_.IsOpen());
   world_.run(0);
@@ -202,6 +205,8 @@ TEST_F(SerialPortTest, APulledAdapterIsAClosedPortThatSaysSo) {
   wire_.openFailure.reset();
   port_.Open();
   EXPECT_EQ(hex(port_.Read()), "") << "what came before the loss says nothing of this opening";
+  port_.Write({1});
+  EXPECT_EQ(world_.time.now(), 0) << "nor does what was still to leave then";
   wire_.deliver(Bytes(1, 0x41));
   port_.Close();
   EXPECT_EQ(hex(port_.Read()), "");

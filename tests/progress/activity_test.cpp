@@ -96,7 +96,8 @@ TEST_F(ActivityTest, TheTimeLeftIsToldOnceTheLineIsSteadyAndNotWhileTheUnitTakes
   const Activity::Span sending(activity, Doing::Sending);
   for (const Step& step : {Step{5 * kSecond, 0, -1, true},
                            {0, 100, -1},
-                           {3 * kSecond, 101, 899 * 3000},
+                           {kSecond, 101, -1},
+                           {2 * kSecond, 102, 898 * 1500},
                            {3 * kSecond, 400, 600 * 20},
                            {kSecond, 400, 600 * 20 - 1000},
                            {2 * kSecond, 400, 600 * 20 - 3000},

@@ -1,4 +1,4 @@
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include "world.h"
 
@@ -85,6 +85,7 @@ TEST_F(SupervisionTest, AFrontPanelCountsBytesAgainstDigits) {
                                      {"Front2Flash", "Programmed 500 bytes (50%)"},
                                      {"RF1Flash", "Programmed 500 bytes (12%)"}}) {
     state_.FlashTarget = target;
+    const Activity::Span sending(supervision_.activity, Doing::Sending);
     supervision_.beginSending(4000);
     supervision_.BytesSent = 500;
     bool ran = false;
@@ -92,9 +93,11 @@ TEST_F(SupervisionTest, AFrontPanelCountsBytesAgainstDigits) {
     supervision_.UpdateProgress();
     EXPECT_TRUE(ran) << "events run between the bytes";
     EXPECT_EQ(form1_.lblProgressInfo.Caption.get(), text) << target;
+    EXPECT_EQ(supervision_.activity.now().done, 500);
+    EXPECT_EQ(supervision_.activity.now().total, target == std::string("RF1Flash") ? 4000 : 1000);
   }
   supervision_.BytesTotal = 0;
-  EXPECT_THROW(supervision_.UpdateProgress(), Failure);
+  EXPECT_THAT([this] { supervision_.UpdateProgress(); }, testing::ThrowsMessage<Failure>("Division by zero"));
 }
 
 TEST_F(SupervisionTest, OnlyTheWizardInChargeMirrorsTheBar) {

@@ -19,11 +19,11 @@ struct WalkOver {};
 
 /// What of the run state a walk tells. The versions and records stand on the forms.
 constexpr const char* kTold =
-    "AutoDriving AutoPage CatalogueReady ComPort ContactBlank DebugView FactoryBuild FactoryFirstPass FinalCheckFailed "
-    "FlashPhase FlashTarget GetVersionsSent GotId HasRf2 InAutoWizard InHouseBuild InVrcAutoWizard LegacyLink MatchedSystem "
-    "OldVelarc "
-    "OptionsShown PortChosen ProductCode ReadTimedOut RecoverChosen SelectedSystem SerialOnly SerialRead SerialStep TimedOut "
-    "VersionPicked VersionsCompared VersionsComplete VersionsRead WizardPage";
+    "AutoDriving AutoPage CatalogueReady ComPort ContactBlank DebugView ErrorText FactoryBuild FactoryFirstPass FileSerial "
+    "FinalCheckFailed FlashPhase FlashTarget FrontStreaming GetVersionsSent GotId HasRf2 ImageDone InAutoWizard InHouseBuild "
+    "InVrcAutoWizard LegacyLink MatchedSystem MicAck OldVelarc OptionsShown PortChosen PortFound PortSearching ProductCode "
+    "ProgressSized ReadTimedOut RecoverChosen SelectedSystem SerialAnswerTaken SerialNumber SerialOnly SerialRead SerialStep "
+    "SystemCount TimedOut UnitIsVrc2 UnitModel VersionPicked VersionsCompared VersionsComplete VersionsRead VrcOldDsp WizardPage";
 
 std::string replaced(std::string text, const std::string& what, const std::string& by) {
   for (std::size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + by.size())) {
@@ -73,6 +73,10 @@ std::string wordsOf(const Activity& activity) {
 
 std::string wordsOf(const LineSettings& settings) {
   return std::to_string(settings.baud) + ", handshake " + std::to_string(static_cast<int>(settings.handshake));
+}
+
+std::string wordsOf(const Timer& timer) {
+  return (timer.enabled() ? "on, " : "off, ") + std::to_string(timer.interval()) + " ms";
 }
 
 /// The program and a user who reads his steps from a walk's file.
@@ -251,6 +255,9 @@ class Walk : Ground {
         tellValue("port " + std::to_string(port), wire->isOpen() ? wordsOf(*wire->settings()) : "closed", aloud);
       }
     }
+    for (const Form* form : program_->host().forms()) {
+      tellTimers(*form, aloud);
+    }
     for (; shown_ < screen.log().size(); ++shown_) {
       say(screen.log()[shown_]);
     }
@@ -260,6 +267,18 @@ class Walk : Ground {
     tellValue("asked the server for", http.requests().empty() ? "" : http.requests().back(), aloud);
     tellValue("opened", desktop.documents.empty() ? "" : desktop.documents.back(), aloud);
     tellValue("started", desktop.programs.empty() ? "" : desktop.programs.back(), aloud);
+  }
+
+  void tellTimers(const Form& form, bool aloud) {
+    if (const auto* form1 = dynamic_cast<const Form1*>(&form)) {
+      tellValue("Form1.Watchdog", wordsOf(form1->Watchdog), aloud);
+      tellValue("Form1.Timer1", wordsOf(form1->Timer1), aloud);
+      tellValue("Form1.Timer3", wordsOf(form1->Timer3), aloud);
+    } else if (const auto* wizard = dynamic_cast<const AutoForm*>(&form)) {
+      tellValue(form.name() + ".Watch", wordsOf(wizard->Watch), aloud);
+    } else if (const auto* version = dynamic_cast<const FrmVersion*>(&form)) {
+      tellValue("frmVersion.Timer1", wordsOf(version->Timer1), aloud);
+    }
   }
 
   /// What went out before goes first.
