@@ -214,12 +214,17 @@ TEST_F(SystemFileTest, AUnitIsRecognisedByTheTextOfItsVersions) {
   state.LwxSysFile[4] = system("3.0", "2.31", "2.40", "1.50", "1.60");
   state.LwxSysFile[50] = system("2.9", "2.30", "2.40", "1.50", "1.60");
   state.LwxSysFile[51] = system("2.8", "2.20", "2.40", "1.50", "1.60");
-  const std::tuple<const char*, const char*, int> cases[] = {
-      {"2.31", "1.60", 4}, {"2.30", "1.60", 50}, {"2.20", "1.60", 99}, {"2.31", "1.61", 99}, {"2.3", "1.60", 99}};
-  for (const auto& [dsp, front, row] : cases) {
-    unit(dsp, "2.40", "1.50", front);
+  using Four = std::array<const char*, 4>;
+  for (const auto& [versions, row] : {std::pair{Four{"2.31", "2.40", "1.50", "1.60"}, 4},
+                                      {Four{"2.30", "2.40", "1.50", "1.60"}, 50},
+                                      {Four{"2.20", "2.40", "1.50", "1.60"}, 99},
+                                      {Four{"2.31", "2.41", "1.50", "1.60"}, 99},
+                                      {Four{"2.31", "2.40", "1.51", "1.60"}, 99},
+                                      {Four{"2.31", "2.40", "1.50", "1.61"}, 99},
+                                      {Four{"2.3", "2.40", "1.50", "1.60"}, 99}}) {
+    unit(versions[0], versions[1], versions[2], versions[3]);
     file.ShowSysVer();
-    EXPECT_EQ(state.MatchedSystem, row) << dsp << " " << front;
+    EXPECT_EQ(state.MatchedSystem, row) << versions[0] << " " << versions[1] << " " << versions[2] << " " << versions[3];
   }
   state.LegacyLink = true;
   file.ShowSysVer();

@@ -100,10 +100,14 @@ TEST_F(TableTest, DisplayNamesAndRecordsFillTheCurrentColumn) {
 
 TEST_F(TableTest, UnreadableDisplayNamesAreToldAndTheRestGoesOn) {
   world.screen.answerOthers();
-  world.form1.List1.Lines = {"DSP V1.05-May", "Hub V-1-5"};
+  world.frmAuto.HUBC.Caption = "";
+  world.form1.List1.Lines = {"DSP V1.05-May", "Hub V-"};
   table.ParseVersions();
   EXPECT_EQ(world.frmAuto.DSPC.Caption.get() + " " + world.frmAuto.HUBC.Caption.get(), "1.05 0.00");
-  world.form1.List1.Lines = std::vector<std::string>(12, "X V1-y");
+  world.form1.List1.Lines = std::vector<std::string>(11, "X V1-y");
+  table.ParseVersions();
+  EXPECT_EQ(world.screen.boxes().size(), 1U);
+  world.form1.List1.AddItem("X V1-y");
   table.ParseVersions();
   velarcTable.ParseVersions();
   for (const char* name : {"Hub 1.5-x", "Hub V1.5"}) {
@@ -115,6 +119,31 @@ TEST_F(TableTest, UnreadableDisplayNamesAreToldAndTheRestGoesOn) {
   EXPECT_EQ(world.screen.boxes()[0].text, "Error reading LWX firmware versions. Please try again");
   EXPECT_EQ(world.screen.boxes()[1].text, "Error reading LWX firmware versions. Please try again");
   EXPECT_EQ(world.screen.boxes()[2].text, "Error reading Velarc2 firmware versions. Please try again");
+}
+
+TEST_F(TableTest, TheListHasALineForEachSystemOfTheUpdateList) {
+  for (const auto& [last, lines] : {std::pair{0, 1}, {10, 11}, {11, 11}}) {
+    state.SystemCount = static_cast<std::int16_t>(last);
+    table.LoadVersionList();
+    EXPECT_EQ(world.frmAuto.VersionList.ListCount(), lines);
+  }
+}
+
+TEST_F(TableTest, TheWholeTableCanBeShown) {
+  FrmAuto& form = world.frmAuto;
+  std::vector<Control*> shown = {&form.Label2,  &form.Label3,  &form.Label4,  &form.Label5,     &form.Label6, &form.Label8,
+                                 &form.Label10, &form.Label11, &form.Label14, &form.btnDetails, &form.Shape1, &form.Shape5};
+  for (const VersionRow& row : receiver.rows) {
+    shown.insert(shown.end(), {&row.current, &row.inUnit, &row.selection});
+  }
+  for (Control* control : shown) {
+    control->Hide();
+  }
+  table.ShowTable();
+  for (const Control* control : shown) {
+    EXPECT_TRUE(control->Visible) << control->name();
+  }
+  velarcTable.ShowTable();
 }
 
 struct Comparison {

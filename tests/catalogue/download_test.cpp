@@ -64,7 +64,8 @@ TEST_F(Downloads, EachLineHasItsUrlAndItsName) {
     SCOPED_TRACE(c.url);
     product(c.product, c.older);
     state.SelectedSystem = static_cast<std::int16_t>(c.system);
-    http.answer(c.url, c.url);
+    http.answer(c.url, c.url, c.line % 2 == 0);
+    wizard.setBar(0);
     firmware(c.line);
     EXPECT_EQ(http.requests().back(), c.url);
     EXPECT_EQ(directory.read(c.name), c.url);
@@ -213,7 +214,7 @@ TEST_F(Downloads, NamesOutOfAListThatReachBeyondTheirPlaceAreRefused) {
        {"http://h/a/b/c/setup.exe", "http://h/a/b/..\\setup.exe", "http://h/a/b/a..exe", "http://h/a/b/.hidden.exe",
         "http://h/a/b/C:setup.exe", "http://h/a/b/set\nup.exe", "http://h/a/b/set\x7Fup.exe", "http://h/a/b/con.exe",
         "http://h/a/b/LPT9.exe", "http://h/a/b/com0.exe", "http://h/a/b/" + std::string(116, '?') + ".exe",
-        "http://h/a/b/" + std::string(30000, '/') + ".exe"}},
+        "http://h/a/b/x" + std::string(30000, '/') + ".exe"}},
       {"The program uses a file of that name itself", {"http://h/a/b/firmlane.exe", "http://h/a/b/FirmLane-Console.exe"}},
   };
   for (const auto& [why, locations] : refused) {
@@ -226,7 +227,7 @@ TEST_F(Downloads, NamesOutOfAListThatReachBeyondTheirPlaceAreRefused) {
       EXPECT_LE(std::ranges::count(told.front(), '/'), 120);
       EXPECT_FALSE(download.DownloadDone);
       if (location.size() > 1000) {
-        EXPECT_EQ(std::ranges::count(state.ErrorText, '/'), 120);
+        EXPECT_EQ(std::ranges::count(state.ErrorText, '/'), 119);
       }
     }
   }

@@ -165,6 +165,13 @@ TEST_F(SetOnDisk, ADamagedRecordMeansThatThereIsNoSetUntilAWholeOneHasCome) {
   start();
   directory.write("firmlane.set", good);
   EXPECT_NO_THROW(settle()) << "a record that an earlier version has written";
+  directory.write("wls.bin.new", std::string("new"));
+  directory.write("firmlane.set", good);
+  {
+    FirmwareSet set(*files);
+    const FirmwareSet::Fetch another(set);
+  }
+  EXPECT_EQ(directory.read("wls.bin"), "new") << "what was on its way is brought to its end before another one begins";
   for (const std::string& record :
        {std::string(), good.substr(0, good.size() - 1), good + "x", "x" + good,
         std::string("firmlane set 1\nLWXSys.lwx\nwls.bin\n"), "firmlane set 1\nother\nwls.bin\nend\n" + row("new"),
@@ -200,7 +207,8 @@ TEST_F(SetOnDisk, TwoProgramsDoNotFetchIntoOneDirectory) {
     other.saveSystems(kSystems, rowBytes("mine"));
     EXPECT_EQ(directory.read(kSystems), row("old") + row("seen"));
     directory.write("firmlane.set", std::string("as while it takes its place"));
-    EXPECT_THROW(other.settle(), Failure);
+    EXPECT_THAT([&] { other.settle(); },
+                testing::ThrowsMessage<Failure>("Another program is just putting firmware into " + directory.path().string()));
     std::filesystem::remove(directory.path() / "firmlane.set");
     EXPECT_EQ(directory.read("wls.bin.new"), "new wls.bin") << "the other one keeps its hands off";
   }

@@ -7,11 +7,11 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 constexpr const char* kList =
-    "#\r\nWLS|DSP V2.31-x|http://h/a/b/one.bin\r\nREMOTE|Remote V3|http://h/a/b/setup.exe\r\n"
+    "# of May|\r\nWLS|DSP V2.31-x|http://h/a/b/one.bin\r\nREMOTE|Remote V3|http://h/a/b/setup.exe\r\n"
     "SYSTEM|3.1|1 May|a note|2.31|2.12|1.16|2.23|directory longer than 20\r\n"
     "SYSTEM|3.0|1 April|older|2.30|2.11|1.15|2.22|s30\r\n";
 constexpr const char* kVelarcList =
-    "#\r\nVRC|DSP V5.03-x|http://h/a/b/one.bin\r\nREMOTE|Remote V3|http://h/a/b/setup.exe\r\n"
+    "# of May|\r\nVRC|DSP V5.03-x|http://h/a/b/one.bin\r\nREMOTE|Remote V3|http://h/a/b/setup.exe\r\n"
     "SYSTEM|7.1|1 May|a note|5.03|5.02|3.4|s71\r\n";
 constexpr const char* kReceived = "The Firmlane has received a list of currently available software\r\rClick on Next to continue";
 constexpr const char* kNoConnection =
@@ -190,7 +190,7 @@ TEST_F(Lists, AFailureIsToldInABoxAndKeepsWhatWasRead) {
   for (const auto& [answer, told] :
        {std::pair{ScriptedAnswer{.failure = Failure(12029, "Cannot connect to the server")},
                   "Cannot connect to the server (#12029)"},
-        {ScriptedAnswer{.body = kList, .headers = {{"content-length", "1000"}}}, "The server sent only 202 of 1000 bytes (#62)"},
+        {ScriptedAnswer{.body = kList, .headers = {{"content-length", "1000"}}}, "The server sent only 210 of 1000 bytes (#62)"},
         {ScriptedAnswer{.delay = kForever}, "The request has timed out (#12002)"}}) {
     http.answer(maker("/LWX/updateV4.txt"), answer);
     fetch();

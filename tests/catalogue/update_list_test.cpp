@@ -58,6 +58,7 @@ TEST(UpdateListText, FirmwareListsAtTheirEdges) {
       {"REMOTE in a location ends there", "#WLS|a V|b REMOTE c\n|d V|e\n", "a V>b REMOTE c;"},
       {"v instead of V", "#WLS|a|b\nREMOTE|v", "a>b;"},
       {"v as the first letter of a location", "#WLS|a|v\nREMOTE", "a>v;\n>none; #5"},
+      {"V as the first letter of a location", "#WLS|a|V\nREMOTE", "a>V;#WLS>a|V; #5"},
       {"an empty name further down", "#WLS|a V|b\nV||c\nREMOTE|V", "a V>b;>c;"},
   };
   for (const auto& [name, text, expected] : cases) {
@@ -87,21 +88,25 @@ TEST(UpdateListText, SystemLinesAtTheirEdges) {
   for (int i = 0; i < 11; ++i) {
     eleven += "SYSTEM|a|b|c\r\n";
   }
-  const std::tuple<const char*, std::string, int, std::size_t, int> cases[] = {
-      {"none", "", 0, 0, 5},
-      {"no CR", "SYSTEM|a|b|c", 0, 0, 5},
-      {"too few fields", "SYSTEM|a|b\r\n", 0, 1, 5},
-      {"no bar in the line", "SYSTEM a\r\n", 0, 1, 5},
-      {"empty last field", "SYSTEM|a|b|\r\n", 0, 1, 0},
-      {"eleven", eleven, 10, 11, 0},
-      {"twelve", eleven + "SYSTEM|a|b|c\r\n", 11, 11, 9},
-      {"second cut short", "SYSTEM|a|b|c\r\nSYSTEM|a", 1, 1, 5},
+  constexpr const char* kNone = "The list names no released system";
+  constexpr const char* kCut = "The list is cut short or damaged";
+  constexpr const char* kTooFew = "A SYSTEM line of the list has too few fields";
+  const std::tuple<const char*, std::string, int, std::size_t, const char*> cases[] = {
+      {"none", "", 0, 0, kNone},
+      {"no CR", "SYSTEM|a|b|c", 0, 0, kCut},
+      {"too few fields", "SYSTEM|a|b\r\n", 0, 1, kTooFew},
+      {"no bar in the line", "SYSTEM a\r\n", 0, 1, kTooFew},
+      {"empty last field", "SYSTEM|a|b|\r\n", 0, 1, ""},
+      {"SYSTEM in a note", "SYSTEM|a|b SYSTEM|c\r\nSYSTEM|a|b|c\r\n", 1, 2, ""},
+      {"eleven", eleven, 10, 11, ""},
+      {"twelve", eleven + "SYSTEM|a|b|c\r\n", 11, 11, "The list names more than 11 systems"},
+      {"second cut short", "SYSTEM|a|b|c\r\nSYSTEM|a", 1, 1, kCut},
   };
   for (const auto& [name, lines, lastSystem, systems, failure] : cases) {
     const UpdateList list = readFirmwareList("#WLS|a V|b\nREMOTE|V\r\n" + lines, "WLS", 3);
     EXPECT_EQ(list.lastSystem, lastSystem) << name;
     EXPECT_EQ(list.systems.size(), systems) << name;
-    EXPECT_EQ(list.failure ? list.failure->number() : 0, failure) << name;
+    EXPECT_EQ(list.failure ? list.failure->description() : "", failure) << name;
   }
   EXPECT_EQ(readFirmwareList("#WLS|a V|b\nREMOTE|V", "WLS", 0).lastSystem, std::nullopt) << "the older list has none";
 }

@@ -95,8 +95,12 @@ TEST_F(WebJobsTest, ARefusedOrLateEntryIsTriedAgainOnYesAlone) {
 }
 
 TEST_F(WebJobsTest, WhatIsNoNumberGoesUpToTheCaller) {
-  for (const char* answer : {"", "<html>", "1x", "40000"}) {
-    EXPECT_THROW(send({.body = answer}), Failure) << answer;
+  for (const auto& [answer, words] : {std::pair{"", "The registration server has not answered"},
+                                      {"<html>", "The registration server's answer is not a number"},
+                                      {"1x", "The registration server's answer is not a number"},
+                                      {"40000", "The registration server's answer is too large a number"}}) {
+    const ScriptedAnswer scripted{.body = answer};
+    EXPECT_THAT([&] { send(scripted); }, testing::ThrowsMessage<Failure>(words));
     EXPECT_FALSE(download.Registering);
     EXPECT_FALSE(form1.Watchdog.enabled());
   }

@@ -43,6 +43,12 @@ TEST_F(PagesTest, WhileSomethingComesDownTheBarMovesAndNextIsDead) {
     next();
   }
   EXPECT_THAT(log_, ElementsAre("firmware", "release notes", "software"));
+  state_.ProductCode = "WS";  // at the production line
+  state_.WizardPage = 4;
+  next();
+  EXPECT_EQ(top(),
+            "If you are ready to update the firmware in your receiver now, click on Next\r\rOtherwise, click on Exit or More "
+            "Options");
 }
 
 TEST_F(PagesTest, TheFirstTaskPageComesBackAsItWasFromEveryStateOfAFetch) {
@@ -178,6 +184,8 @@ TEST_F(PagesTest, TheTargetFollowsProductAndProcessor) {
       state_.WizardPage = 6;
       form1_.Option4(i).Value = true;
       form1_.lblTop.Caption = "before";
+      form1_.Timer1.start(100);  // of a fetch that the user has left
+      onFlash_ = [this] { EXPECT_FALSE(form1_.Timer1.enabled()); };
       next();
       EXPECT_EQ(log_.back(), std::string("flash ") + c.targets.at(static_cast<std::size_t>(i)));
       EXPECT_EQ(top(), std::string(c.product) == "VC" && !c.older

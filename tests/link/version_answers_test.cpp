@@ -7,7 +7,6 @@
 namespace firmlane::test {
 namespace {
 
-
 class VersionAnswersTest : public testing::Test {
  protected:
   /// Starts over, as a caller does before each reading.
@@ -116,6 +115,7 @@ TEST_F(VersionAnswersTest, AVelarcWithAnOldDspIsCompleteAtOnce) {
     take(answer);
     EXPECT_EQ(state_.VrcOldDsp && state_.VersionsRead && state_.VersionsComplete && state_.LegacyLink, old) << dsp;
     EXPECT_EQ(world_.frmVersion.lblDSP.Caption.get(), dsp);
+    EXPECT_EQ(state_.VrcDspVer3, 2);
   }
   state_.SerialRead = false;
   state_.GotId = false;
