@@ -2,6 +2,7 @@
 
 #include "platform/failure.h"
 #include "platform/files.h"
+#include "platform/system_path.h"
 #include "web/maker_site.h"
 
 namespace firmlane::sim {
@@ -11,12 +12,12 @@ Shelf shelfWith(const std::string& directory) {
   for (const auto& [path, page] : makeMakerSite("")) {
     shelf.add(Bytes(page.body.begin(), page.body.end()));
   }
-  shelf.addDirectory(directory);
+  shelf.addDirectory(firmlane::systemPath(directory));
   return shelf;
 }
 
 void putFiles(const Recording& recording, const Shelf& shelf, const std::string& directory) {
-  const Files files(directory);
+  const Files files(firmlane::systemPath(directory));
   std::string unknown;
   for (const Entry* entry : recording.filesAtFirst()) {
     const std::string& name = entry->words.front();

@@ -1,8 +1,7 @@
 #include "platform/partial_file.h"
 
-#include <filesystem>
-
 #include "platform/failure.h"
+#include "platform/system_path.h"
 
 namespace firmlane {
 
@@ -29,7 +28,7 @@ void PartialFile::complete() {
   file_->close();
   disk_.rename(path_, target_);
   complete_ = true;
-  disk_.syncDirectory(std::filesystem::path(target_).parent_path().string());
+  disk_.syncDirectory(systemPath(target_).parent_path().string());
 }
 
 }  // namespace firmlane

@@ -6,6 +6,7 @@
 #include <iterator>
 
 #include "platform/failure.h"
+#include "platform/system_path.h"
 
 namespace firmlane::test {
 
@@ -41,7 +42,7 @@ class FaultyFile : public DiskFile {
   std::shared_ptr<FaultyDisk::Content> content_;
 };
 
-FaultyDisk::FaultyDisk(std::string directory) : directory_(std::move(directory)) { load(); }
+FaultyDisk::FaultyDisk(const std::string& directory) : directory_(systemPath(directory)) { load(); }
 
 void FaultyDisk::plan(Fault fault, int at) {
   fault_ = fault;
@@ -78,7 +79,7 @@ void FaultyDisk::strike(const std::string& path) {
 void FaultyDisk::reboot(std::mt19937& random) {
   const auto upTo = [&random](std::size_t most) { return std::uniform_int_distribution<std::size_t>(0, most)(random); };
   for (const auto& [name, content] : names_) {
-    fs::remove(fs::path(directory_) / name);
+    fs::remove(directory_ / name);
   }
   for (const auto& [name, content] : past_[upTo(past_.size() - 1)]) {
     Bytes left = content->synced;
@@ -86,7 +87,7 @@ void FaultyDisk::reboot(std::mt19937& random) {
       left.assign(content->bytes.begin(),
                   content->bytes.begin() + static_cast<std::ptrdiff_t>(left.size() + upTo(content->bytes.size() - left.size())));
     }
-    std::ofstream(fs::path(directory_) / name, std::ios::binary)
+    std::ofstream(directory_ / name, std::ios::binary)
         .write(reinterpret_cast<const char*>(left.data()), static_cast<std::streamsize>(left.size()));
   }
   dead_ = false;

@@ -3,6 +3,7 @@
 // any beginning is left.
 #pragma once
 
+#include <filesystem>
 #include <map>
 #include <random>
 
@@ -22,7 +23,7 @@ class FaultyDisk : public Disk {
     Power,
   };
 
-  explicit FaultyDisk(std::string directory);
+  explicit FaultyDisk(const std::string& directory);
 
   /// The fault strikes at the operation of this number from now, counted from 0.
   void plan(Fault fault, int at);
@@ -51,7 +52,7 @@ class FaultyDisk : public Disk {
   void load();
 
   RealDisk real_;
-  std::string directory_;
+  std::filesystem::path directory_;
   Fault fault_ = Fault::None;
   int at_ = 0;
   int operations_ = 0;
