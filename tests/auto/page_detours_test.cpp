@@ -26,6 +26,52 @@ TEST_F(DetoursTest, TheLimitOfAnEarlierReadingDoesNotEndALaterOne) {
   EXPECT_FALSE(world.frmRecover.Loaded);
 }
 
+TEST_F(DetoursTest, EachPageComesAsItIsWhateverStoodThere) {
+  Form1& form1 = world.form1;
+  form.Show();
+  const int centre = form.Left;
+  form.ChkOffline.Show();
+  form.chkReceiver.Show();
+  form.OnLoad();
+  EXPECT_EQ(shown(form), "Back Next");
+  form.Left = 1;
+  world.click(form.btnNext);
+  world.click(form.btnBack);
+  EXPECT_EQ(form.Left, centre);
+  state.WizardPage = 9;
+  form1.List1.Show();
+  for (Control* control : std::initializer_list<Control*>{&form1.frmFS, &form1.imgGUI, &form1.imgLWX}) {
+    control->Hide();
+  }
+  world.click(form.btnBack);
+  EXPECT_EQ(state.WizardPage, 0);
+  EXPECT_TRUE(form1.frmFS.Visible && form1.imgGUI.Visible && form1.imgLWX.Visible && !form1.List1.Visible);
+
+  state.PortChosen = true;
+  state.LwxSysFile[0] = system("3.1", "2.31", "2.20", "1.2", "1.9");
+  world.open(form, false, true);
+  world.click(form.btnNext);
+  state.AutoPage = 4;  // a unit that is current alone
+  state.VersionsCompared = true;
+  form.ChkOffline.Disable();
+  form.chkReceiver.Disable();
+  form.Progress1.Show();
+  world.click(form.btnBack);
+  EXPECT_EQ(shown(form), "Back Next Off Rec imgDL imgFlash");
+  EXPECT_FALSE(state.VersionsCompared);
+  for (int press = 0; press < 2; ++press) {
+    world.click(form.btnNext);
+  }
+  world.unit = [&] {
+    report(2, 31, 2, 20);
+    form.btnNext.Enable();
+    form.Progress1.Show();
+  };
+  world.click(form.btnNext);
+  EXPECT_EQ(shown(form), "More total lblTotal");
+  EXPECT_FALSE(form.btnNext.Enabled);
+}
+
 TEST_F(DetoursTest, APortThatIsGoneAtTheFinalCheckCanBeTriedAgain) {
   world.screen.answerOthers();
   state.PortChosen = true;

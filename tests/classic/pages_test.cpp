@@ -45,14 +45,21 @@ TEST_F(PagesTest, WhileSomethingComesDownTheBarMovesAndNextIsDead) {
   EXPECT_THAT(log_, ElementsAre("firmware", "release notes", "software"));
   state_.ProductCode = "WS";  // at the production line
   state_.WizardPage = 4;
+  for (Control* control : std::initializer_list<Control*>{&form1_.List1, &form1_.ProgressBar1, &form1_.lblProgressInfo}) {
+    control->Show();
+  }
   next();
+  EXPECT_FALSE(form1_.List1.Visible || form1_.ProgressBar1.Visible || form1_.lblProgressInfo.Visible);
   EXPECT_EQ(top(),
             "If you are ready to update the firmware in your receiver now, click on Next\r\rOtherwise, click on Exit or More "
             "Options");
 }
 
 TEST_F(PagesTest, TheFirstTaskPageComesBackAsItWasFromEveryStateOfAFetch) {
+  form1_.Option2(0).Show();
+  form1_.Option2(1).Show();
   product(form1_.LWXButton);
+  EXPECT_FALSE(form1_.Option2(0).Visible || form1_.Option2(1).Visible);
   const auto visible = [this] {
     std::vector<std::string> names;
     for (const Control* control : form1_.controls()) {

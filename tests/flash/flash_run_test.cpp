@@ -1,4 +1,5 @@
 #include "flash/silence_limit.h"
+#include "flash/targets.h"
 #include "flash_world.h"
 
 namespace firmlane::test {
@@ -47,6 +48,7 @@ TEST_F(FlashRunTest, EachProcessorGetsItsLinkItsCommandAndItsImage) {
     EXPECT_EQ(ending(), "3 page 7 -timedout -port +next -watchdog -timer1 +bar") << c.product << c.target;
     EXPECT_TRUE(receivePath_.FlashSucceeded);
     EXPECT_FALSE(receivePath_.ExpectFrameEnd);
+    EXPECT_EQ(linkFor(state_).outBuffer, c.target == std::string("OldVRCFlash") ? 0 : 8192);
     EXPECT_EQ(outcome(), nameOf(ProcessorState::Done)) << c.target;
   }
 }
@@ -313,10 +315,10 @@ TEST_F(FlashRunTest, APortThatIsOpenIsLeftAlone) {
   world_.mainPort.setNumber(3);
   world_.mainPort.Open();
   state_.WizardPage = 6;
+  world_.screen.onBox = [this](const MessageBox& box) { EXPECT_EQ(frmAuto_.lblOutcome.Caption.get(), box.text); };
   fly("WS", "DSPFlash", {});
   EXPECT_EQ(world_.screen.boxes().back().text,
             "Your Serial Port is already open, please close your remote software if it is open and try again");
-  EXPECT_EQ(frmAuto_.lblOutcome.Caption.get(), world_.screen.boxes().back().text);
   EXPECT_EQ(ending(), "0 page 6 -timedout +port -next -watchdog -timer1 +bar");
 }
 

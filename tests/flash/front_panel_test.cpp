@@ -62,6 +62,9 @@ TEST_F(FrontPanelTest, PanelsOfAVelarcGetTheirPauses) {
     world_.screen.onChange = [&](Control& control) {
       if (&control == &form1_.lblTop && form1_.lblTop.Caption.get().starts_with("FLASH memory")) {
         erased = world_.time.now();
+        world_.after(9 * kMillisecond, [this, before = wire_.sent().size()] {
+          EXPECT_EQ(wire_.sent().size(), before) << "the pause comes before the length";
+        });
       }
     };
     fly("VC", target, {.announces = base, .batchAnswers = {86, 87, 87, base + 2}});

@@ -224,7 +224,9 @@ class Walk : Ground {
 
   /// A change is told as it happens and in its order, all but the steps of a bar: what had changed before goes first.
   void tellChange(const Control& control) {
-    if (!isDiagnosis(control.name()) && !isUnderWay(control)) {
+    if (isUnderWay(control)) {
+      tellValue(control.form().name() + "." + control.name() + ".visible", RunStateValue(control.Visible.get()), true);
+    } else if (!isDiagnosis(control.name())) {
       tellState();
       tellProperties(control, true);
     }
