@@ -62,6 +62,7 @@ TEST_F(Downloads, EachLineHasItsUrlAndItsName) {
                         Case{"WS", false, 0, 4, "http://h/a/b/extra4.bin", "extra4"},
                         Case{"VC", false, 0, 5, "http://h/a/b/extra5.bin", "extra5"}}) {
     SCOPED_TRACE(c.url);
+    directory.write("LWXSys.lwx", std::string(kSystemRowBytes, 'x'));
     product(c.product, c.older);
     state.SelectedSystem = static_cast<std::int16_t>(c.system);
     http.answer(c.url, c.url, c.line % 2 == 0);
@@ -71,6 +72,8 @@ TEST_F(Downloads, EachLineHasItsUrlAndItsName) {
     EXPECT_EQ(directory.read(c.name), c.url);
     EXPECT_TRUE(download.DownloadDone);
     EXPECT_EQ(form1.ProgressBar1.Value, 100) << "also of a file whose length nobody has told";
+    EXPECT_EQ(directory.read("LWXSys.lwx").front(), std::string(c.product) == "WS" && c.line < 4 ? '\0' : 'x')
+        << "a file that came by itself makes no set of what lies there";
   }
   EXPECT_THAT(boxes(), IsEmpty());
 }

@@ -142,10 +142,13 @@ TEST_F(SetOnDisk, ASetThatIsNotCompleteLeavesNothing) {
   start();
   {
     FirmwareSet set(*files);
-    const FirmwareSet::Fetch fetch(set);
-    store(set, "wls.bin");
-    directory.write("RFSL.s19.new.part", std::string("a piece"));
-    disk->plan(FaultyDisk::Fault::None, 0);
+    {
+      const FirmwareSet::Fetch fetch(set);
+      store(set, "wls.bin");
+      directory.write("RFSL.s19.new.part", std::string("a piece"));
+      disk->plan(FaultyDisk::Fault::None, 0);
+    }
+    EXPECT_EQ(set.place("wls.bin"), files->path("wls.bin")) << "the next file comes by itself";
   }
   EXPECT_EQ(found(), "old");
   for (const char* left : {"wls.bin.new", "FNTLCDc.s19.new.part", "firmlane.set.part"}) {
@@ -163,6 +166,8 @@ TEST_F(SetOnDisk, ASetThatIsNotCompleteLeavesNothing) {
 TEST_F(SetOnDisk, ADamagedRecordMeansThatThereIsNoSetUntilAWholeOneHasCome) {
   const std::string good = "firmlane set 1\nLWXSys.lwx\nwls.bin\nend\n" + row("new");
   start();
+  settle();
+  EXPECT_FALSE(directory.has("firmlane.lock")) << "there is nothing to do";
   directory.write("firmlane.set", good);
   EXPECT_NO_THROW(settle()) << "a record that an earlier version has written";
   directory.write("wls.bin.new", std::string("new"));
@@ -204,6 +209,8 @@ TEST_F(SetOnDisk, TwoProgramsDoNotFetchIntoOneDirectory) {
       EXPECT_EQ(failure.description(), "Another program is downloading firmware into " + directory.path().string());
     }
     other.settle();
+    mine.settle();
+    EXPECT_THROW(other.breakUp("wls.bin"), Failure);
     other.saveSystems(kSystems, rowBytes("mine"));
     EXPECT_EQ(directory.read(kSystems), row("old") + row("seen"));
     directory.write("firmlane.set", std::string("as while it takes its place"));

@@ -29,27 +29,43 @@ TEST_F(PagesTest, NextWaitsForAListOnItsWay) {
   fetching_ = true;
   next();
   EXPECT_EQ(state_.WizardPage, 1);
+  EXPECT_THAT(log_, ElementsAre("clear urls", "firmware list"));
   EXPECT_TRUE(world_.screen.boxes().empty());
+  fetching_ = false;
+  state_.CatalogueReady = true;
+  form1_.List1.AddItem("V1");
+  form1_.lblStatus.Show();
+  next();
+  EXPECT_EQ(state_.WizardPage, 2);
+  EXPECT_FALSE(form1_.lblConnect.Visible || form1_.lblStatus.Visible || form1_.ProgressBar1.Visible);
 }
 
 TEST_F(PagesTest, WhileSomethingComesDownTheBarMovesAndNextIsDead) {
   world_.screen.answerOthers();
   form1_.List1.AddItem("V1");
   form1_.List1.ListIndex = 0;
+  const auto shown = [this] { return form1_.List1.Visible || form1_.ProgressBar1.Visible || form1_.lblProgressInfo.Visible; };
+  const auto showAll = [this] {
+    for (Control* control : std::initializer_list<Control*>{&form1_.List1, &form1_.ProgressBar1, &form1_.lblProgressInfo}) {
+      control->Show();
+    }
+  };
+  world_.screen.onBox = [&](const MessageBox&) { EXPECT_FALSE(shown()) << "under the question for release notes"; };
   for (const std::int16_t page : {std::int16_t{3}, std::int16_t{22}}) {
     state_.WizardPage = page;
     form1_.Timer1.stop();
-    form1_.ProgressBar1.Hide();
+    showAll();
+    if (page == 3) {
+      form1_.ProgressBar1.Hide();
+    }
     next();
   }
   EXPECT_THAT(log_, ElementsAre("firmware", "release notes", "software"));
   state_.ProductCode = "WS";  // at the production line
   state_.WizardPage = 4;
-  for (Control* control : std::initializer_list<Control*>{&form1_.List1, &form1_.ProgressBar1, &form1_.lblProgressInfo}) {
-    control->Show();
-  }
+  showAll();
   next();
-  EXPECT_FALSE(form1_.List1.Visible || form1_.ProgressBar1.Visible || form1_.lblProgressInfo.Visible);
+  EXPECT_FALSE(shown());
   EXPECT_EQ(top(),
             "If you are ready to update the firmware in your receiver now, click on Next\r\rOtherwise, click on Exit or More "
             "Options");
@@ -86,8 +102,10 @@ TEST_F(PagesTest, TheFirstTaskPageComesBackAsItWasFromEveryStateOfAFetch) {
       form1_.lblOutcome.tell(OutcomeKind::Failure, "no list");
       form1_.List1.ListIndex = form1_.List1.Visible ? 0 : -1;
     }
+    form1_.Option1(2).Value = true;
     engine_.returnToFirstTaskPage();
     form1_.Option1(3).Hide();
+    EXPECT_EQ(form1_.Option1.selected(), 0);
     EXPECT_EQ(visible(), first);
     EXPECT_EQ(top(), text);
     EXPECT_EQ(state_.WizardPage, 0);
@@ -105,6 +123,20 @@ TEST_F(PagesTest, APageWithoutAHandlerChangesOnlyItsNumberOnScreen) {
   EXPECT_EQ(form1_.lblPage.Caption.get(), "8");
   EXPECT_EQ(top(), before);
   EXPECT_EQ(state_.WizardPage, 8);
+}
+
+TEST_F(PagesTest, NextLeavesANumberThatIsOnItsWayAlone) {
+  state_.SerialOnly = true;
+  for (const std::int16_t step : {std::int16_t{0}, std::int16_t{2}, std::int16_t{4}}) {
+    state_.WizardPage = 7;
+    state_.SerialStep = step;
+    next();
+    EXPECT_EQ(state_.SerialStep, step == 4 ? 4 : step + 1);
+  }
+  EXPECT_THAT(log_, ElementsAre("serial number"));
+  state_.FactoryBuild = state_.FactoryFirstPass = true;
+  next();
+  EXPECT_FALSE(state_.SerialOnly) << "the first unit gets its firmware first";
 }
 
 TEST_F(PagesTest, AUserWhoClosesThePortWindowStaysOnThePage) {

@@ -59,7 +59,7 @@ TEST_F(PortDiscoveryTest, TheFirstPortWithAUnitIsTaken) {
   Activity::Phase phase;
   world_.after(250 * kMillisecond, [&] { phase = world_.activity.now(); });
   search();
-  EXPECT_EQ(phase.doing, Doing::SearchingPorts);
+  EXPECT_STREQ(nameOf(phase.doing), "searching ports");
   EXPECT_EQ(std::tuple(phase.part, phase.parts, phase.limit), std::tuple(3, 16, 0));
   EXPECT_EQ(world_.mainPort.lineSettings().handshake, Handshake::None);
   EXPECT_EQ(boxes(), "[LWX Firmlane: COM3 found, now Connecting]");

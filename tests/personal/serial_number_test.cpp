@@ -247,6 +247,8 @@ TEST_F(SerialNumberTest, TheFactoryButtonsMakeTheWizardReadyForTheirRun) {
     world_.mainPort.Close();
     form1_.Command3.Enable();
     state_.SerialStep = 0;
+    EXPECT_TRUE(serial || !receivePath_.ExpectFrameEnd);
+    receivePath_.ExpectFrameEnd = true;
   }
   // The microphones go by the port that was chosen.
   state_.ComPort = 5;

@@ -117,6 +117,14 @@ TEST_F(ActivityTest, TheTimeLeftIsToldOnceTheLineIsSteadyAndNotWhileTheUnitTakes
     EXPECT_EQ(estimate ? *estimate / kMillisecond : -1, step.left) << step.done;
     EXPECT_EQ(activity.stalled(), step.stalled) << step.done;
   }
+  {
+    const Activity::Span another(activity, Doing::Sending);
+    run(kSecond);
+    activity.progress(50, 110);
+    run(3 * kSecond);
+    activity.progress(80, 110);
+    EXPECT_EQ(activity.estimate(), 3 * kSecond) << "the line is measured from its first bytes on";
+  }
   const int before = changes;
   activity.progress(1000, 1000);
   EXPECT_EQ(changes, before) << "nothing new";
