@@ -7,7 +7,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
-using testing::SizeIs;
 
 constexpr const char* kWireless =
     "#Tolvex update list\r\n"
@@ -25,14 +24,6 @@ std::string told(const UpdateList& list) {
     text.append(list.names[i]).append(">").append(i < list.locations.size() ? list.locations[i] : "none").append(";");
   }
   return list.failure ? text + " #" + std::to_string(list.failure->number()) : text;
-}
-
-std::string entries(int count, const std::string& tag) {
-  std::string text = "#" + tag;
-  for (int i = 0; i < count; ++i) {
-    text += "|V" + std::to_string(i) + "|u" + std::to_string(i) + "\n";
-  }
-  return text;
 }
 
 TEST(UpdateListText, FirmwareEntriesAndSystemsAreTakenByTheBars) {
@@ -66,21 +57,6 @@ TEST(UpdateListText, FirmwareListsAtTheirEdges) {
   }
   // Neither V nor v behind the last entry: it begins again at the head, until there are too many.
   EXPECT_EQ(told(readFirmwareList("#WLS|a|b\nREMOTE", "WLS", 0)).substr(0, 20), "a>b;#>a|b;#WL>a|b;#W");
-}
-
-TEST(UpdateListText, TheTwentySecondEntryStaysWithoutLocation) {
-  for (const int count : {21, 22}) {
-    const UpdateList firmware = readFirmwareList(entries(count, "VRC") + "REMOTE|V", "VRC", 0);
-    std::string text = "#";
-    for (int i = 0; i < count; ++i) {
-      text += "REMOTE|V|u\n";
-    }
-    for (const UpdateList& list : {firmware, readSoftwareList(text)}) {
-      EXPECT_THAT(list.names, SizeIs(static_cast<std::size_t>(count)));
-      EXPECT_THAT(list.locations, SizeIs(21));
-      EXPECT_EQ(list.failure ? list.failure->number() : 0, count == 21 ? 0 : 9);
-    }
-  }
 }
 
 TEST(UpdateListText, SystemLinesAtTheirEdges) {

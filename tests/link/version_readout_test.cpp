@@ -126,16 +126,6 @@ TEST_F(VersionReadoutTest, ASilentLineIsAskedEveryTickAndTheSpeedChangesEveryTwo
   EXPECT_EQ(fast.count(kWho), 1 + 19 + 20 + 1 + 9) << "of two tries the last asks";
 }
 
-TEST_F(VersionReadoutTest, GarbledVersionsAreAskedForAgain) {
-  FakeUnit& unit = unitAt(57600, kIdAnswer, "02 00 00 00 5F 0B 05 02 0C 01 07 03 01 00 00 00 00 80");
-  load();
-  world_.run(500 * kMillisecond);
-  EXPECT_FALSE(state_.VersionsComplete || state_.VersionsRead);
-  EXPECT_GE(unit.count(kVersions), 3);
-  unit.answers[kVersions] = kVersionAnswer;
-  complete();
-}
-
 TEST_F(VersionReadoutTest, BytesOfTheWrongSpeedDoNotSpoilTheAnswer) {
   for (const char* noise : {"FF 00 FE 80", "80", "02 11", "02 FF FF FF FF FF FF FF", "02 05 06 07 80", "02 00 01 01 55 01 80"}) {
     unitAt(9600);
