@@ -30,7 +30,7 @@ class FaultyFile : public DiskFile {
     disk_.strike(path_);
     file_->close();
     if (disk_.full()) {
-      fs::resize_file(path_, content_->bytes.size() / 2);
+      fs::resize_file(systemPath(path_), content_->bytes.size() / 2);
       throw Failure(ENOSPC, "No space left on device: " + path_);
     }
   }
