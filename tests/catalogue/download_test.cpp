@@ -118,7 +118,7 @@ TEST_F(Downloads, BodiesOfAnySizeAndAnyStatedLength) {
   };
   for (const Case& c :
        {Case{"0", 0, "before"}, Case{nullptr, 700, "before"}, Case{"-5", 700, "before"}, Case{"many", 700, "before"},
-        Case{"700 bytes", 700, "before"}, Case{"99999999999999999999", 700, "before"},
+        Case{"700 bytes", 700, "before"}, Case{"99999999999999999999", 700, "before"}, Case{"1", 1, "Downloaded 1 bytes (100%)"},
         Case{"10", 700, "Downloaded 700 bytes (100%)"}, Case{"8388608", 8U << 20U, "Downloaded 8388608 bytes (100%)"},
         Case{"2147483647", 700, "Downloaded 700 bytes (1%)", "700 of 2147483647"},
         Case{"2147483648", 700, "before", "700 of 2147483648"}, Case{" 1400 ", 700, "Downloaded 700 bytes (51%)", "700 of 1400"},

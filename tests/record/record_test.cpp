@@ -46,6 +46,8 @@ TEST_F(RecordTest, BytesBothWaysStandInTheirOrderAndALongStreamByItsEndsAndSum) 
   run(kSecond);
   port.Write(Bytes(100, 0xFF));
   wire.vanish();
+  EXPECT_EQ(record.cause(), "Serial port COM 3 has gone: its adapter was pulled (#8020)");
+  EXPECT_THROW(port.Open(), Failure);
   EXPECT_EQ(entries(),
             "open 3 9600 none\n"
             "sent 3: 02 00 1F\n"
@@ -55,8 +57,8 @@ TEST_F(RecordTest, BytesBothWaysStandInTheirOrderAndALongStreamByItsEndsAndSum) 
                 sumText(recordSum(Bytes(200, 0xAA))) +
                 " in 0.027516\n"
                 "sent 3: FF*100\n"
-                "lost 3 #8020 \"Serial port COM 3 has gone: its adapter was pulled\"\n");
-  EXPECT_EQ(record.cause(), "Serial port COM 3 has gone: its adapter was pulled (#8020)");
+                "lost 3 #8020 \"Serial port COM 3 has gone: its adapter was pulled\"\n"
+                "refused 3 #53 \"No such port: the adapter is not plugged in\"\n");
   EXPECT_EQ(sumText(recordSum(bytesOf("foobar"))), "85944171F73967E8") << "FNV-1a";
 }
 
