@@ -147,6 +147,10 @@ TEST_F(Lists, AnAnswerThatIsNoListEndsOnPage50) {
   EXPECT_THAT(form1.List1.Lines.get(), IsEmpty());
   EXPECT_FALSE(directory.has("updateWS.txt"));
   EXPECT_FALSE(state.CatalogueReady);
+  std::filesystem::create_directory(directory.path() / "updateWS.txt");
+  http.answer(maker("/LWX/updateV4.txt"), kList);
+  fetch();
+  EXPECT_NE(status(), kReceived) << "a copy that cannot be kept";
 }
 
 TEST_F(Lists, TheAutoWizardInChargeHearsOfItToo) {

@@ -250,6 +250,7 @@ TEST_F(VersionReadoutTest, AUnitThatTellsLessThanTheOneBeforeTakesNothingOverFro
 
 TEST_F(VersionReadoutTest, APortThatFailsIsToldOnceAndTryAgainReadsWhenItIsBack) {
   wire_.openFailure = Failure(failure_number::kPortInUse, "The port is in use");
+  world_.screen.onBox = [this](const MessageBox&) { EXPECT_EQ(pointer(), Pointer::Normal); };
   form_.ShowModal();
   ASSERT_EQ(world_.screen.boxes().size(), 1U);
   EXPECT_EQ(world_.screen.boxes()[0].text, "Error: The port is in use (#8005)");

@@ -60,6 +60,14 @@ TEST_F(RecordTest, BytesBothWaysStandInTheirOrderAndALongStreamByItsEndsAndSum) 
                 "lost 3 #8020 \"Serial port COM 3 has gone: its adapter was pulled\"\n"
                 "refused 3 #53 \"No such port: the adapter is not plugged in\"\n");
   EXPECT_EQ(sumText(recordSum(bytesOf("foobar"))), "85944171F73967E8") << "FNV-1a";
+  wire.openFailure.reset();
+  port.setHandshake(Handshake::Rts);
+  port.Open();
+  wire.holdBack(true);
+  port.Write(Bytes(100, 0x55));
+  after(kSecond, [&] { wire.vanish(); });
+  EXPECT_THROW(port.Write({0x77}), Failure);
+  EXPECT_EQ(entries().find("77"), std::string::npos) << "it has not gone out";
 }
 
 TEST_F(RecordTest, ALineThatNeverStopsDoesNotPushOutWhatWasBefore) {
