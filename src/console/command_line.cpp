@@ -7,13 +7,13 @@
 namespace firmlane {
 
 namespace {
-constexpr const char* kBlanks = " \t";
+constexpr const char* kBlanks = " \t\r";  // an editor may have left a CR anywhere
 }  // namespace
 
 Refusal badCommand(const std::string& why) { return Refusal("bad command: " + why); }
 
 CommandLine::CommandLine(std::string line) : line_(std::move(line)) {
-  while (!line_.empty() && std::string(" \t\r").find(line_.back()) != std::string::npos) {
+  while (!line_.empty() && std::string(kBlanks).find(line_.back()) != std::string::npos) {
     line_.pop_back();
   }
   skipBlanks();

@@ -90,7 +90,7 @@ TEST_F(ConsoleBench, LinesThatMakeNoSenseAreAnsweredAndTheConsoleGoesOn) {
   }
   EXPECT_EQ(answer("get " + std::string(CommandLine::kLongest, 'x')),
             "{\"ok\":false,\"error\":\"bad command: the line is too long\"}\n");
-  EXPECT_EQ(answer("\n   \n# click Sheet.next \xFF\n  # too\n\r\nforms \t\r"),
+  EXPECT_EQ(answer("\n   \n# click Sheet.next \xFF\n  # too\n\r\n\r# and so\nforms \t\r"),
             R"({"ok":true,"value":[{"form":"Sheet","modal":false}]})"
             "\n");
 }
