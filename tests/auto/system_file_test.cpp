@@ -100,16 +100,6 @@ TEST_F(SystemFileTest, TheFileHoldsTheChosenSystemFirstAndEachSystemSeen) {
   EXPECT_TRUE(world.screen.boxes().empty());
 }
 
-TEST_F(SystemFileTest, AnUnusedRowIsWrittenAsZeroBytesAndReadBackAsSuch) {
-  release({"3.2"});
-  pick(0);
-  download(0);
-  restart();
-  file.ReadSysFile();
-  EXPECT_EQ(rows(), "3.2 3.2") << "row 0 is the set on disk, not a system seen";
-  EXPECT_EQ(state.LwxSysFile[2], SystemRecord());
-}
-
 TEST_F(SystemFileTest, AFullTableIsOverwrittenFromRow0) {
   for (std::size_t i = 0; i < state.LwxSysFile.size(); ++i) {
     state.LwxSysFile[i] = system("old" + std::to_string(i), "1", "1", "1", "1");
@@ -124,16 +114,6 @@ TEST_F(SystemFileTest, AFullTableIsOverwrittenFromRow0) {
   EXPECT_EQ(state.LwxSysFile[200].SystemVersion.trimmed(), "old200");
   file.SaveSysFile();
   EXPECT_EQ(world.directory.read("LWXSys.lwx").size(), kFileBytes);
-}
-
-TEST_F(SystemFileTest, TheLastFreeRowIsFollowedByRow0) {
-  for (std::size_t i = 0; i < 200; ++i) {
-    state.LwxSysFile[i] = system("old" + std::to_string(i), "1", "1", "1", "1");
-  }
-  release({"newA", "newB", "newC", "old5", "old6", "old7", "old8", "old9", "old10", "old11", "old12"});
-  pick(1);
-  EXPECT_EQ(state.LwxSysFile[200].SystemVersion.trimmed(), "newA");
-  EXPECT_TRUE(rows().starts_with("newB newC old2")) << rows().substr(0, 40);
 }
 
 TEST_F(SystemFileTest, WhateverAFileHoldsItsWholeRecordsAreTakenAndTheRestStays) {
