@@ -28,6 +28,14 @@ TEST_F(EventQueueTest, APassRunsWhatWasPendingAndNotWhatHandlersAdd) {
   EXPECT_THAT(log, ElementsAre("first", "second", "added"));
 }
 
+TEST_F(EventQueueTest, APassTakesInWhatHasHappenedOutside) {
+  bool ran = false;
+  time_.after(0, [&] { queue_.post([&] { ran = true; }); });
+  queue_.post([] {});  // so that it need not rest
+  queue_.PumpEvents();
+  EXPECT_TRUE(ran);
+}
+
 TEST_F(EventQueueTest, APassTakesWhatIsDueAndRestsWhenThereIsNothing) {
   Timer timer(queue_);
   std::string log;
