@@ -35,11 +35,11 @@ if(FIRMLANE_QT)
   firmlane_header_set(core HEADERS ${core_headers} USES Qt6::Core)
 endif()
 
-# A folder is compiled ten sources at a time: most of the cost is what each source would do once more. Off in the sanitize preset
+# A folder is compiled fifteen sources at a time: most of the cost is what each source would do once more. Off in the sanitize preset
 # too, for the same reason.
 option(FIRMLANE_BATCHES "Compile several sources of a folder at a time" ON)
 function(firmlane_in_batches target)
   if(FIRMLANE_BATCHES)
-    set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 10)
+    set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 15)
   endif()
 endfunction()
