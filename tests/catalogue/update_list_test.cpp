@@ -50,6 +50,7 @@ TEST(UpdateListText, FirmwareListsAtTheirEdges) {
       {"v instead of V", "#WLS|a|b\nREMOTE|v", "a>b;"},
       {"v as the first letter of a location", "#WLS|a|v\nREMOTE", "a>v;\n>none; #5"},
       {"V as the first letter of a location", "#WLS|a|V\nREMOTE", "a>V;#WLS>a|V; #5"},
+      {"two bars behind a name", "#WLS|a||b V|c\nREMOTE|V", "a>|b V|c;b V>c;"},
       {"an empty name further down", "#WLS|a V|b\nV||c\nREMOTE|V", "a V>b;>c;"},
   };
   for (const auto& [name, text, expected] : cases) {
