@@ -14,6 +14,20 @@ class FormsTest : public testing::Test {
   Form1& form1_ = world_.form1;
 };
 
+TEST_F(FormsTest, LoadingGivesControlsTheirValuesAtStartAndUnloadingForgetsThem) {
+  FrmPort& form = world_.frmPort;
+  form.Command1.Show();
+  form.OnLoad = [&] { EXPECT_FALSE(form.Command1.Visible) << "written before the load"; };
+  form.Show();
+  form.Option1(7).Value = true;
+  form.Timer1.start(100);
+  form.Unload();
+  EXPECT_EQ(form.Option1.selected(), 0);
+  EXPECT_FALSE(form.Timer1.enabled());
+  EXPECT_FALSE(form.Loaded || form.Visible);
+  EXPECT_THAT(world_.screen.log(), ElementsAre("show frmPort", "unload frmPort"));
+}
+
 TEST_F(FormsTest, ACheckBoxRaisesItsClickWhenCodeChangesIt) {
   CheckBox& box = world_.frmAuto.Check1;
   int clicks = 0;
@@ -28,6 +42,14 @@ TEST_F(FormsTest, ACheckBoxRaisesItsClickWhenCodeChangesIt) {
   world_.queue.PumpEvents();
   EXPECT_EQ(clicks, 2);
   EXPECT_TRUE(box.checked());
+}
+
+TEST_F(FormsTest, OptionsOfOneGroupExcludeEachOtherAndLeaveOtherGroupsAlone) {
+  form1_.Option2(1).Value = true;
+  form1_.Option1(2).Value = true;
+  EXPECT_EQ(form1_.Option1.selected(), 2);
+  EXPECT_EQ(form1_.Option2.selected(), 1);
+  EXPECT_TRUE(form1_.Option5.Value);
 }
 
 TEST_F(FormsTest, AProgressBarStaysWithinItsRange) {

@@ -66,6 +66,46 @@ TEST(BootLoader, SpoiltImagesAndThoseOfAnotherProcessorAreRefused) {
   }
 }
 
+TEST(BootLoader, DemandsItsSpeedAndHandshakeDuringTheStream) {
+  for (const auto& [settings, verdict] : {std::pair{LineSettings{9600, Handshake::Rts}, kHubIsGood},
+                                          {{9600, Handshake::None}, kHubIsBad},
+                                          {{9600, Handshake::XonXoff}, kHubIsBad},
+                                          {{19200, Handshake::Rts}, ""}}) {  // not heard at another speed
+    Bench bench("lwx51");
+    bench.start(kWantHub);
+    bench.driver.configure(settings);
+    bench.send(imageFile(ImageKind::WirelessHub, kNew, 500));
+    bench.run(10 * kSecond);
+    EXPECT_EQ(bench.heard(), verdict) << settings.baud;
+  }
+}
+
+/// Sends a front panel 100 bytes of code, batch by batch, and gives its verdict.
+std::string sendFront(const Bytes& code) {
+  Bench bench("lwx51");
+  bench.start("02 00 00 00 1E 50 6E 3E 3E");
+  bench.send(Bytes{0, 100});
+  for (const std::size_t batch : {0U, 16U, 32U, 48U, 64U, 68U, 84U}) {  // the last two again, as the vector table
+    Bytes values;
+    for (std::size_t at = batch; at < batch + 16; ++at) {
+      values.push_back(code[at] / 16);
+      values.push_back(code[at] % 16);
+    }
+    bench.heard();  // asks for the next
+    bench.send(values);
+    bench.run(400 * kMillisecond);
+  }
+  bench.run(15 * kSecond);
+  return bench.heard();
+}
+
+TEST(BootLoader, AFrontPanelRefusesADamagedImage) {
+  Bytes code = makeFirmware(ImageKind::WirelessFront, kNew, 100);
+  EXPECT_EQ(sendFront(code), "02 00 00 00 1F 52 71 3E 3E");
+  code.back() ^= 1;
+  EXPECT_EQ(sendFront(code), "02 00 00 00 1F 53 72 3E 3E");
+}
+
 TEST(Records, BadOnesAreRefused) {
   for (const char* line : {"", "S1", "S10400003FBD", "S10500003FBB", "S10400003fbc", "X10400003FBC", "S40400003FBC",
                            "S10400003FB", "S1040000GFBC", "S1020000"}) {
